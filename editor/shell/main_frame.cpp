@@ -1,0 +1,154 @@
+#include "editor/shell/main_frame.h"
+
+#include "editor/commands.h"
+#include "editor/shell/menu_bar.h"
+#include "editor/shell/panel_ids.h"
+#include "editor/shell/recent_files.h"
+#include "engine/dinterface.h"
+
+using platform::Buttons;
+using platform::Icon;
+using platform::Pane;
+
+namespace {
+
+constexpr int kListWidth = 200;
+constexpr int kPanelHeight = 135;
+constexpr const char* kWindowTitle = "Tessel Works's QUILT!";
+constexpr const char* kIdleMessage =
+    "Use arrow keys to move cursor.  Ctrl + Left mouse button drags the view.";
+
+}  // namespace
+
+CMainFrame::CMainFrame(std::function<void(int)> onCommand)
+    : otherCommand(std::move(onCommand)),
+      selectView([this] { RedrawAll(); }, [this](int command) { PostCommand(command); }),
+      quiltView(*this),
+      paintView(*this),
+      toolView(*this) {}
+
+CMainFrame::~CMainFrame() {
+    // The windows go before the views that they report to.
+    frame.reset();
+}
+
+bool CMainFrame::CreatePanes() {
+    platform::Window* list = frame->CreatePane(Pane::Left, selectView);
+    platform::Window* edit = frame->CreatePane(Pane::Upper, quiltView);
+    if (!list || !edit) return false;
+    selectView.Attach(*list);
+    quiltView.Attach(*edit);
+    panel = frame->CreateFormPane(Pane::Lower, CPaintView::Layout(), paintView);
+    if (!panel) return false;
+    frame->SetLeftWidth(kListWidth);
+    frame->SetLowerHeight(kPanelHeight);
+    frame->SetHomeFocus(edit);
+    vPanesReady = true;
+    return true;
+}
+
+bool CMainFrame::Create() {
+    ResetViewState();
+    frame = vPlatform->CreateFrame(*this);
+    if (!frame || !CreatePanes()) {
+        vPlatform->MessageBox("Error setting up splitter frames!", "Init Error!", Buttons::Ok,
+                              Icon::Stop);
+        return false;
+    }
+    frame->SetIdleMessage(kIdleMessage);
+    frame->ShowStatusBar(true);
+    UpdateMenuBar();
+    return true;
+}
+
+void CMainFrame::Show() { frame->Show(); }
+
+void CMainFrame::SetTitle(const std::string& title) {
+    frame->SetCaption(title + " - " + kWindowTitle);
+}
+
+void CMainFrame::UpdateMenuBar() {
+    frame->SetMenuBar(MakeMenuBar(RecentFiles()));
+    OnFramePaint();
+}
+
+void CMainFrame::ShowVideoMode() {
+    for (int mode = 0; mode < kVideoModes; ++mode)
+        frame->CheckMenuItem(kCmdVideoMode + mode, mode == vWorld->videoMode);
+    frame->CheckMenuItem(kCmdWindowed, vWorld->windowed != 0);
+}
+
+void CMainFrame::OnFramePaint() {
+    ShowVideoMode();
+    frame->CheckMenuItem(kCmdStatusBar, frame->IsStatusBarShown());
+}
+
+void CMainFrame::OnSize(platform::Size) {
+    if (vPanesReady) frame->SetLowerHeight(kPanelHeight);
+}
+
+bool CMainFrame::OnClose() {
+    return vPlatform->MessageBox("Do you want to quit?", "Confirm Quit", Buttons::OkCancel,
+                                 Icon::Question);
+}
+
+void CMainFrame::ShowPanel(int command) {
+    vShowAttrib = false;
+    if (command == kCmdShowPaintPanel)
+        panel = frame->CreateFormPane(Pane::Lower, CPaintView::Layout(), paintView);
+    else
+        panel = frame->CreateFormPane(Pane::Lower, CToolView::Layout(), toolView);
+    RedrawAll();
+}
+
+void CMainFrame::RedrawPicture(bool isUp) {
+    if (!isUp || !panel) return;
+    const int id = vPanelMode == kPanelPaint ? kBrushPreview : kPropViewer;
+    if (platform::Window* picture = panel->Picture(id)) picture->Invalidate();
+}
+
+void CMainFrame::ShowBrushMode() {
+    if (vPanelMode == kPanelPaint && panel) paintView.OnFormPaint(*panel);
+}
+
+bool CMainFrame::EditBrush() { return false; }
+
+void CMainFrame::About() {
+    vPlatform->MessageBox(
+        "QUILT! " QUILT_VERSION
+        "\n\nThe editor of a game-creation kit for tile games.\n\nFree software under the GNU "
+        "General Public License, version 3 or later.",
+        "About QUILT!", Buttons::Ok, Icon::None);
+}
+
+void CMainFrame::OnCommand(int command) {
+    if (command >= kCmdVideoMode && command < kCmdVideoMode + kVideoModes) {
+        vWorld->videoMode = command - kCmdVideoMode;
+        ShowVideoMode();
+        RedrawAll();
+        return;
+    }
+    switch (command) {
+        case kCmdShowPaintPanel:
+        case kCmdShowPropertiesPanel:
+            ShowPanel(command);
+            break;
+        case kCmdWindowed:
+            vWorld->windowed = vWorld->windowed == 0;
+            ShowVideoMode();
+            break;
+        case kCmdStatusBar:
+            frame->ShowStatusBar(!frame->IsStatusBarShown());
+            break;
+        case kCmdAbout:
+            About();
+            break;
+        case kCmdFileExit:
+            Close();
+            break;
+        default:
+            otherCommand(command);
+            break;
+    }
+    frame->CheckMenuItem(kCmdStatusBar, frame->IsStatusBarShown());
+}

@@ -1,0 +1,70 @@
+// The main window: menu bar, status bar and the three panes. It owns the layout, the video mode
+// menu, the swap of the lower pane and the quit question; the panes do the work.
+#pragma once
+
+#include "editor/shell/paint_view.h"
+#include "editor/shell/panel_host.h"
+#include "editor/shell/select_view.h"
+#include "editor/shell/tool_view.h"
+#include "editor/view/quilt_view.h"
+#include "platform/platform.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class CMainFrame final : public platform::FrameEvents, public ViewHost, public PanelHost {
+public:
+    /// `onCommand` takes the commands that are not the frame's own: those of the document and
+    /// the application.
+    explicit CMainFrame(std::function<void(int)> onCommand);
+    CMainFrame(const CMainFrame&) = delete;
+    CMainFrame& operator=(const CMainFrame&) = delete;
+    ~CMainFrame() override;
+
+    /// Makes the window with its panes, hidden. False, after a message, when that fails.
+    bool Create();
+    void Show();
+    void Close() { frame->Close(); }
+
+    void SetTitle(const std::string& title);
+    /// Builds the menu bar anew, for another list of recent files.
+    void UpdateMenuBar();
+
+    platform::Frame& Window() { return *frame; }
+    CQuiltView& EditView() { return quiltView; }
+
+    // FrameEvents
+    void OnCommand(int command) override;
+    bool OnClose() override;
+    void OnSize(platform::Size client) override;
+    void OnFramePaint() override;
+
+    // ViewHost
+    void RedrawTree() override { selectView.Invalidate(); }
+    void RedrawPropViewer() override { RedrawPicture(vPanelMode == kPanelProperties); }
+    void RedrawBrushPreview() override { RedrawPicture(vPanelMode == kPanelPaint); }
+    void ShowBrushMode() override;
+    bool EditBrush() override;
+
+    // PanelHost
+    void RedrawAll() override { frame->InvalidateAll(); }
+    void RedrawEditView() override { quiltView.Invalidate(); }
+    void PostCommand(int command) override { vPlatform->PostCommand(command); }
+
+private:
+    bool CreatePanes();
+    void ShowPanel(int command);
+    void RedrawPicture(bool isUp);
+    void ShowVideoMode();
+    void About();
+
+    std::function<void(int)> otherCommand;
+    CSelectView selectView;
+    CQuiltView quiltView;
+    CPaintView paintView;
+    CToolView toolView;
+    std::unique_ptr<platform::Frame> frame;
+    platform::FormWindow* panel = nullptr;  ///< what stands in the lower pane
+    bool vPanesReady = false;
+};

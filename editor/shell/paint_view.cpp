@@ -1,0 +1,170 @@
+#include "editor/shell/paint_view.h"
+
+#include "editor/commands.h"
+#include "editor/shell/panel_ids.h"
+#include "editor/view/brush.h"
+#include "editor/view/view_state.h"
+#include "engine/dinterface.h"
+#include "platform/platform.h"
+
+#include <charconv>
+#include <optional>
+
+using platform::Control;
+using platform::ControlKind;
+using platform::FormWindow;
+
+namespace {
+
+constexpr int kMaxStep = 100;
+
+// What stands behind the preview is still to come: it keeps its place.
+constexpr Control kControls[] = {
+    {kBrushPreview, ControlKind::Picture, "Brush Preview", 3, 3, 39, 48, 0, 0, "The brush", false},
+    {kBrushName, ControlKind::ReadOnlyEdit, "Brush mode", 45, 3, 93, 12, 0, 0,
+     "How the keys paint; Tab switches TAB painting"},
+    {kSlotSlider, ControlKind::Slider, "Brush slot", 45, 19, 112, 13, 0, kBrushSlots - 1,
+     "Nine brushes to choose from"},
+    {kRadioBrush, ControlKind::Radio, "&Brush", 45, 37, 31, 14, 0, 0,
+     "Space and Shift stamp the brush"},
+    {kRadioBlender, ControlKind::Radio, "B&lender", 78, 37, 37, 14, 0, 0,
+     "Space and Shift step a tile through the shades"},
+    {kRadioText, ControlKind::Radio, "&Add Text", 117, 37, 41, 14, 0, 0, "Type into the tiles"},
+    {kShowAttrib, ControlKind::CheckBox, "Show Attrib", 166, 6, 55, 10, 0, 0,
+     "Mark solid, breakable and water tiles"},
+    {kRestoreBackup, ControlKind::Button, "&Restore Backup", 162, 20, 63, 14, 0, 0,
+     "Bring back the tiles as they were at the last backup"},
+    {kSaveBackup, ControlKind::Button, "&Save Backup", 162, 37, 63, 14, 0, 0,
+     "Remember the tiles as they are now"},
+    {kToProperties, ControlKind::Button, "PROPERTIES", 228, 3, 56, 14, 0, 0,
+     "Select and move objects"},
+    {kStepX, ControlKind::NumberEdit, "Columns a scroll step", 229, 20, 25, 14, 0, kMaxStep,
+     "Columns that F1 and F2 scroll"},
+    {kStepY, ControlKind::NumberEdit, "Rows a scroll step", 259, 20, 25, 14, 0, kMaxStep,
+     "Rows that F1 and F2 scroll"},
+    {kScrollBack, ControlKind::Button, "< F1", 229, 37, 25, 14, 0, 0,
+     "Scroll the object's view back (F1)"},
+    {kScrollForward, ControlKind::Button, "F2 >", 259, 37, 25, 14, 0, 0,
+     "Scroll the object's view forward (F2)"},
+};
+
+struct ModeRadio {
+    int id;
+    int mode;
+};
+constexpr ModeRadio kRadios[] = {
+    {kRadioBrush, kBrushNormal},
+    {kRadioBlender, kBrushBlender},
+    {kRadioText, kBrushText},
+};
+
+int RadioOf(int mode) {
+    switch (mode) {
+        case kBrushText:
+            return kRadioText;
+        case kBrushBlender:
+        case kBrushBlenderTab:
+            return kRadioBlender;
+        default:
+            return kRadioBrush;
+    }
+}
+
+void ShowMode(FormWindow& form) {
+    form.SetText(kBrushName, BrushModeName(vBrushMode));
+    for (const ModeRadio& radio : kRadios) form.SetCheck(radio.id, radio.id == RadioOf(vBrushMode));
+}
+
+std::optional<int> ParseStep(const std::string& text) {
+    int value = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end || value < 0 || value > kMaxStep) return std::nullopt;
+    return value;
+}
+
+// Writing a text that is there already would move the caret of who is typing.
+void ShowStep(FormWindow& form, int id, int value) {
+    const std::string text = form.GetText(id);
+    if (!text.empty() && ParseStep(text) != value) form.SetText(id, std::to_string(value));
+}
+
+}  // namespace
+
+const platform::Form& CPaintView::Layout() {
+    static constexpr platform::Form kForm{"", 287, 54, "OCR A Extended", 10, kControls};
+    return kForm;
+}
+
+void CPaintView::OnInit(FormWindow& form) {
+    form.SetValue(kSlotSlider, vBrushSlot);
+    form.SetText(kStepX, std::to_string(vStepX));
+    form.SetText(kStepY, std::to_string(vStepY));
+    vShowAttrib = false;
+    ShowMode(form);
+}
+
+void CPaintView::OnFormPaint(FormWindow& form) {
+    ShowMode(form);
+    ShowStep(form, kStepX, vStepX);
+    ShowStep(form, kStepY, vStepY);
+}
+
+void CPaintView::OnControl(FormWindow& form, int id) {
+    for (const ModeRadio& radio : kRadios) {
+        if (radio.id != id) continue;
+        vBrushMode = radio.mode;
+        ShowMode(form);
+    }
+    const HandleGuard h(vWorld->GetCurrentObject());
+    switch (id) {
+        case kShowAttrib:
+            vShowAttrib = form.IsChecked(kShowAttrib);
+            host.RedrawAll();
+            break;
+        case kSaveBackup:
+            vWorld->BackupTiles(h);
+            break;
+        case kRestoreBackup:
+            vWorld->RestoreTiles(h);
+            host.RedrawAll();
+            break;
+        case kToProperties:
+            vPanelMode = kPanelProperties;
+            host.PostCommand(kCmdShowPropertiesPanel);
+            break;
+        case kScrollBack:
+            ScrollBack();
+            host.RedrawEditView();
+            break;
+        case kScrollForward:
+            ScrollForward();
+            host.RedrawEditView();
+            break;
+        default:
+            break;
+    }
+}
+
+void CPaintView::OnChange(FormWindow& form, int id) {
+    if (id == kSlotSlider) {
+        ChooseBrushSlot(form.GetValue(kSlotSlider));
+        if (auto* preview = form.Picture(kBrushPreview)) preview->Invalidate();
+    } else if (id == kStepX || id == kStepY) {
+        ReadStep(form, id);
+    }
+}
+
+void CPaintView::ReadStep(FormWindow& form, int id) {
+    const std::string text = form.GetText(id);
+    if (text.empty()) return;
+    const std::optional<int> step = ParseStep(text);
+    if (step) {
+        (id == kStepX ? vStepX : vStepY) = *step;
+        return;
+    }
+    vPlatform->MessageBox("Please enter an integer between 0 and 100.", "QUILT!",
+                          platform::Buttons::Ok, platform::Icon::Warning);
+    form.SetText(id, std::to_string(id == kStepX ? vStepX : vStepY));
+    form.SetFocus(id);
+}

@@ -1,0 +1,108 @@
+#include "editor/shell/quilt_app.h"
+
+#include "editor/commands.h"
+#include "editor/shell/recent_files.h"
+#include "engine/compositor.h"
+#include "engine/report.h"
+#include "platform/platform.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+constexpr const char* kTraceVariable = "QUILT_TRACE";
+
+void ShowEngineMessage(const char* text, const char* caption) {
+    vPlatform->MessageBox(text, caption, platform::Buttons::Ok, platform::Icon::Warning);
+}
+
+bool StartAllegro() {
+    constexpr int kColorDepth = 8;
+    if (install_allegro(SYSTEM_NONE, &errno, nullptr) != 0) return false;
+    set_color_depth(kColorDepth);
+    return true;
+}
+
+std::array<std::uint32_t, 256> ScreenColors(const RGB* palette) {
+    // Allegro's components have six bits; repeating the high ones makes 63 full brightness.
+    const auto wide = [](int six) { return static_cast<std::uint32_t>((six << 2) | (six >> 4)); };
+    std::array<std::uint32_t, 256> colors{};
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        colors[i] = wide(palette[i].r) << 16 | wide(palette[i].g) << 8 | wide(palette[i].b);
+    return colors;
+}
+
+}  // namespace
+
+CQuiltApp::CQuiltApp() = default;
+
+CQuiltApp::~CQuiltApp() {
+    frame.reset();
+    vClipBuffer.reset();
+    vSubClipBuffer.reset();
+    world.reset();
+    library.reset();
+    vMessageHook = nullptr;
+}
+
+bool CQuiltApp::OpenFirstDocument(const std::string& game) {
+    return game.empty() ? document->OnNewDocument() : document->OnOpenDocument(game);
+}
+
+bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string& game) {
+    std::error_code error;
+    const std::string startFolder = std::filesystem::current_path(error).string();
+    const std::string path = game.empty() ? game : std::filesystem::absolute(game).string();
+    std::filesystem::current_path(programFolder, error);
+    StartTrace(std::getenv(kTraceVariable));
+    vMessageHook = ShowEngineMessage;
+    if (!StartAllegro()) {
+        Fatal("Unable to start Allegro", __FILE__, __LINE__);
+        return false;
+    }
+    library.reset(load_datafile("Library/default.dat"));
+    if (!library) Fatal("Unable to load default.dat", __FILE__, __LINE__);
+    world = std::make_unique<Dinterface>();
+    vPlatform->SetPalette(ScreenColors(world->GetFont()->GetPalette()));
+
+    frame = std::make_unique<CMainFrame>([this](int command) { OnCommand(command); });
+    if (!frame->Create()) return false;
+    document = std::make_unique<CQuiltDoc>(
+        [this] {
+            frame->SetTitle(document->Title());
+            frame->UpdateMenuBar();
+        },
+        [this] { frame->RedrawAll(); });
+    document->SetStartFolder(startFolder);
+    if (!OpenFirstDocument(path)) return false;
+    Trace("Break ...\n");
+    frame->Show();
+    Trace("Break2 ...\n");
+    return true;
+}
+
+void CQuiltApp::OnCommand(int command) {
+    switch (command) {
+        case kCmdFileNew:
+            document->OnNewDocument();
+            return;
+        case kCmdFileOpen:
+            document->OnFileOpen();
+            return;
+        case kCmdFileSave:
+            document->OnFileSave();
+            return;
+        case kCmdFileSaveAs:
+            document->OnFileSaveAs();
+            return;
+        default:
+            break;
+    }
+    const std::vector<std::string> recent = RecentFiles();
+    const int index = command - kCmdFileRecent;
+    if (index >= 0 && index < static_cast<int>(recent.size()))
+        document->OnOpenDocument(recent[static_cast<std::size_t>(index)]);
+}

@@ -1,0 +1,41 @@
+// The program object: brings up Allegro and the world, makes the main window and the document,
+// and opens the first game.
+#pragma once
+
+#include "editor/shell/main_frame.h"
+#include "editor/shell/quilt_doc.h"
+#include "engine/dinterface.h"
+
+#include <memory>
+#include <string>
+
+class CQuiltApp {
+public:
+    CQuiltApp();
+    CQuiltApp(const CQuiltApp&) = delete;
+    CQuiltApp& operator=(const CQuiltApp&) = delete;
+    /// Frees the compositor's masks, then the world.
+    ~CQuiltApp();
+
+    /// Start-up, up to the shown window. `game` is the path on the command line, empty for a
+    /// new game; a relative one counts from the folder in which the user stands.
+    /// `programFolder`, absolute, becomes the working directory. False when the program cannot
+    /// go on, which has been reported.
+    bool InitInstance(const std::string& programFolder, const std::string& game);
+
+    CMainFrame& Frame() { return *frame; }
+    CQuiltDoc& Document() { return *document; }
+
+private:
+    void OnCommand(int command);
+    bool OpenFirstDocument(const std::string& game);
+
+    struct DatafileCloser {
+        void operator()(DATAFILE* file) const { unload_datafile(file); }
+    };
+
+    std::unique_ptr<DATAFILE, DatafileCloser> library;
+    std::unique_ptr<Dinterface> world;
+    std::unique_ptr<CMainFrame> frame;
+    std::unique_ptr<CQuiltDoc> document;
+};

@@ -1,0 +1,89 @@
+#include "editor/shell/quilt_doc.h"
+
+#include "editor/shell/recent_files.h"
+#include "engine/dinterface.h"
+#include "engine/report.h"
+#include "platform/platform.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+constexpr const char* kUntitled = "Untitled";
+constexpr const char* kNewFileBase = "Quilt";
+constexpr const char* kExtension = ".zqlt";
+constexpr const char* kFilter = "QUILT! game Files (*.zqlt)|*.zqlt||";
+
+bool CanRead(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error) && std::ifstream(path).good();
+}
+
+}  // namespace
+
+void CQuiltDoc::SetTitle(const std::string& text) {
+    title = text;
+    onTitle();
+}
+
+void CQuiltDoc::SetPathName(const std::string& path) {
+    pathName = path;
+    AddRecentFile(path);
+    SetTitle(get_filename(path.c_str()));
+}
+
+void CQuiltDoc::SelectFirstBoard() {
+    constexpr int kFirstRow = 15;
+    vWorld->ClickTreeList(0, kFirstRow);
+    onWorld();
+}
+
+bool CQuiltDoc::OnNewDocument() {
+    if (!vWorld->New()) return false;
+    pathName.clear();
+    SetTitle(kUntitled);
+    SelectFirstBoard();
+    Trace("OnNewDocument Finished..\n");
+    return true;
+}
+
+bool CQuiltDoc::OnOpenDocument(const std::string& path) {
+    if (!CanRead(path)) {
+        vPlatform->MessageBox("The game could not be opened:\n" + path, "QUILT!",
+                              platform::Buttons::Ok, platform::Icon::Warning);
+        return false;
+    }
+    if (!vWorld->Load(path)) return false;
+    SetPathName(path);
+    SelectFirstBoard();
+    return true;
+}
+
+std::string CQuiltDoc::DialogPath() const {
+    if (!pathName.empty()) return pathName;
+    return (std::filesystem::path(startFolder) / (std::string(kNewFileBase) + kExtension)).string();
+}
+
+bool CQuiltDoc::OnFileOpen() {
+    const std::string folder = std::filesystem::path(DialogPath()).parent_path().string() + "/";
+    const auto path = vPlatform->OpenFileDialog({"", kFilter, kExtension, folder});
+    return path && OnOpenDocument(*path);
+}
+
+bool CQuiltDoc::SaveTo(const std::string& path) {
+    if (!vWorld->Save(path)) return false;
+    SetPathName(path);
+    return true;
+}
+
+bool CQuiltDoc::OnFileSave() {
+    // Goes by the text alone, so a game that is called so is asked for its name each time.
+    if (title.find(kUntitled) != std::string::npos) return OnFileSaveAs();
+    return vWorld->Save(pathName);
+}
+
+bool CQuiltDoc::OnFileSaveAs() {
+    const auto path = vPlatform->SaveFileDialog({"", kFilter, kExtension, DialogPath()});
+    return path && SaveTo(*path);
+}

@@ -1,0 +1,44 @@
+// The single document: a title and a path over the one world.
+//
+// There is no changed mark: nothing records that the world differs from its file, and no
+// command offers to save.
+#pragma once
+
+#include <functional>
+#include <string>
+
+class CQuiltDoc {
+public:
+    /// `changed` is called when the title, the path or the list of recent files has changed,
+    /// `loaded` when another world stands in place of the old one.
+    CQuiltDoc(std::function<void()> changed, std::function<void()> loaded)
+        : onTitle(std::move(changed)), onWorld(std::move(loaded)) {}
+
+    const std::string& Title() const { return title; }
+    const std::string& PathName() const { return pathName; }
+
+    /// The commands. False when nothing was done, because the user cancelled or because it
+    /// failed, which has been reported; title, path and the world on the screen then stay.
+    bool OnNewDocument();
+    bool OnOpenDocument(const std::string& path);
+    bool OnFileOpen();
+    bool OnFileSave();
+    bool OnFileSaveAs();
+
+    /// The folder in which file dialogs start while the document has no file of its own.
+    void SetStartFolder(const std::string& folder) { startFolder = folder; }
+
+private:
+    void SetTitle(const std::string& text);
+    /// Also enters the path in the list of recent files and makes its file name the title.
+    void SetPathName(const std::string& path);
+    void SelectFirstBoard();
+    bool SaveTo(const std::string& path);
+    std::string DialogPath() const;
+
+    std::function<void()> onTitle;
+    std::function<void()> onWorld;
+    std::string title;
+    std::string pathName;
+    std::string startFolder;
+};

@@ -1,0 +1,20 @@
+// The properties panel: the current node, and what the edit view composes.
+#pragma once
+
+#include "editor/shell/panel_host.h"
+#include "platform/form.h"
+
+class CToolView final : public platform::FormEvents {
+public:
+    explicit CToolView(PanelHost& frame) : host(frame) {}
+
+    static const platform::Form& Layout();
+
+    void OnControl(platform::FormWindow& form, int id) override;
+    void OnFormPaint(platform::FormWindow& form) override;
+
+private:
+    void FlipViewMode(platform::FormWindow& form, int id, int flag);
+
+    PanelHost& host;
+};

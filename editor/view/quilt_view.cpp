@@ -1,0 +1,295 @@
+#include "editor/view/quilt_view.h"
+
+#include "editor/commands.h"
+#include "editor/view/brush.h"
+#include "editor/view/object_clip.h"
+#include "editor/view/tool_menus.h"
+#include "editor/view/view_marks.h"
+#include "engine/dinterface.h"
+#include "engine/report.h"
+
+#include <algorithm>
+#include <cmath>
+
+using platform::Point;
+using platform::Size;
+
+namespace {
+
+constexpr float kNearest = 0.25f;
+constexpr float kFarthest = 2.0f;
+
+// A whole number of tiles, always more than `pixels`.
+int RoomFor(int pixels) { return (pixels & ~(kTileSize - 1)) + kTileSize; }
+
+int Truncated(double value) { return static_cast<int>(std::trunc(value)); }
+
+}  // namespace
+
+CQuiltView::CQuiltView(ViewHost& panes)
+    : host(panes), vToolMenu(MakeToolMenu()), vPrimMenu(MakePrimMenu()) {
+    ResetBrushes();
+    MakeObjectClip();
+}
+
+CQuiltView::~CQuiltView() { vObjectClip.reset(); }
+
+// --- repaint -----------------------------------------------------------------------------------
+
+void CQuiltView::MakeBackBuffer(Size client) {
+    const double zoom = static_cast<double>(vZoom);
+    const int w = RoomFor(Truncated(client.w * zoom));
+    const int h = RoomFor(Truncated(client.h * zoom));
+    if (vZoom != vLastZoom || w != vBackW || h != vBackH) {
+        vBackBuffer.reset();
+        vBackW = w;
+        vBackH = h;
+    }
+    vLastZoom = vZoom;
+    if (vBackBuffer) return;
+    vBackBuffer = MakeBitmap(vBackW, vBackH);
+    if (!vBackBuffer) {
+        Fatal("Unable to create vBackBuffer", __FILE__, __LINE__);
+        return;
+    }
+    vWorld->SetViewSize(vBackW / kTileSize, vBackH / kTileSize);
+}
+
+void CQuiltView::Compose() {
+    BITMAP* to = vBackBuffer.get();
+    clear_bitmap(to);
+    if (vViewMode == 0) {
+        vWorld->DrawWorld(to, tPX, tPY);
+        return;
+    }
+    const HandleGuard h(vWorld->GetCurrentObject());
+    vWorld->DrawObjectMode(to, tPX, tPY, h, vViewMode);
+}
+
+void CQuiltView::DrawMarks() {
+    BITMAP* to = vBackBuffer.get();
+    const Point scroll{tPX, tPY};
+    const Point cursor{vCursorX + tPX, vCursorY + tPY};
+    const Point anchor{vAnchorX + tPX, vAnchorY + tPY};
+    Point first;
+    Point last;
+    if (vPanelMode == kPanelPaint && vToolState == kDragBox) {
+        first = {std::min(cursor.x, anchor.x), std::min(cursor.y, anchor.y)};
+        last = {std::max(cursor.x, anchor.x), std::max(cursor.y, anchor.y)};
+        DrawBoxMark(to, first, last);
+    } else {
+        DrawBoxMark(to, cursor, cursor);
+        if (vPanelMode == kPanelPaint && vToolState == kDragPoints) {
+            first = cursor;
+            last = anchor;
+            DrawBoxMark(to, anchor, anchor);
+        }
+    }
+
+    constexpr int kBoardFrame = 4;
+    constexpr int kObjectFrame = 2;
+    DrawNodeFrame(to, HandleGuard(vWorld->GetCurrentBoard()), scroll, kBoardFrame);
+    const HandleGuard object(vWorld->GetCurrentObject());
+    DrawNodeFrame(to, object, scroll, kObjectFrame);
+    if (vPanelMode == kPanelPaint && vShowAttrib) DrawAttribOverlay(to, object, scroll);
+    DrawScreenFrame(to, scroll, vWorld->videoMode);
+    if (vRuler != 1) return;
+    if (first == last)
+        DrawRulerCross(to, object, Cursor(), scroll);
+    else
+        DrawRulerBox(to, first, last);
+}
+
+void CQuiltView::OnDraw(platform::Window& own) {
+    MakeBackBuffer(own.ClientSize());
+    if (!vBackBuffer) return;
+    Compose();
+    xor_mode(TRUE);
+    DrawMarks();
+    xor_mode(FALSE);
+    // Each bitmap pixel takes the same number of window pixels (or each second one is shown),
+    // so that the tile under the mouse is the tile that is seen there. What this leaves over at
+    // the right and the bottom the window cuts off.
+    const double zoom = static_cast<double>(vZoom);
+    own.ShowPicture({vBackBuffer->line, vBackW, vBackH},
+                    {Truncated(vBackW / zoom), Truncated(vBackH / zoom)});
+}
+
+// --- places ------------------------------------------------------------------------------------
+
+Point CQuiltView::TileAt(Point pixel) const {
+    return {Truncated(pixel.x / Scale() - tPX), Truncated(pixel.y / Scale() - tPY)};
+}
+
+Point CQuiltView::CursorCorner() const {
+    return {Truncated((vCursorX + tPX + 1) * Scale()), Truncated((vCursorY + tPY + 1) * Scale())};
+}
+
+void CQuiltView::PlaceCursor(Point tile) {
+    vCursorX = tile.x;
+    vCursorY = tile.y;
+}
+
+void CQuiltView::DragView(Point pixel) {
+    tPX = Truncated((pixel.x - vAnchorX) / Scale() + vGrabX);
+    tPY = Truncated((pixel.y - vAnchorY) / Scale() + vGrabY);
+}
+
+void CQuiltView::MoveCurrentObject(Point tile) {
+    vWorld->MoveTo(HandleGuard(vWorld->GetCurrentObject()), tile.x, tile.y);
+    host.RedrawPropViewer();
+}
+
+// --- mouse -------------------------------------------------------------------------------------
+
+void CQuiltView::OnLButtonDown(bool ctrl, Point at) {
+    if (ctrl) {
+        vToolState = kDragView;
+        vAnchorX = at.x;
+        vAnchorY = at.y;
+        vGrabX = tPX;
+        vGrabY = tPY;
+        window->SetCapture();
+    } else {
+        PlaceCursor(TileAt(at));
+        if (vPanelMode == kPanelPaint) {
+            vToolState = kFollow;
+            vTextMargin = vCursorX;
+        } else {
+            Pick(at);
+        }
+    }
+    Invalidate();
+}
+
+void CQuiltView::OnLButtonUp(bool, Point) {
+    vToolState = kIdle;
+    window->ReleaseCapture();
+}
+
+void CQuiltView::OnRButtonDown(bool ctrl, Point at) {
+    const Point tile = TileAt(at);
+    if (vPanelMode == kPanelProperties) MoveCurrentObject(tile);
+    vToolState = ctrl ? kDragPoints : kDragBox;
+    PlaceCursor(tile);
+    vAnchorX = tile.x;
+    vAnchorY = tile.y;
+    Invalidate();
+}
+
+void CQuiltView::OnRButtonUp(bool, Point at) {
+    if (vPanelMode == kPanelPaint) {
+        if (vToolState == kDragPoints)
+            RunMenu(vPrimMenu, at);
+        else
+            RunToolMenu(at);
+        return;
+    }
+    vToolState = kIdle;
+    window->ReleaseCapture();
+}
+
+void CQuiltView::OnMouseMove(bool, Point at) {
+    const Point tile = TileAt(at);
+    const bool properties = vPanelMode == kPanelProperties;
+    switch (vToolState) {
+        case kDragView:
+            DragView(at);
+            break;
+        case kIdle:
+            if (properties) PlaceCursor(tile);
+            break;
+        case kFollow:
+            PlaceCursor(tile);
+            break;
+        case kDragBox:
+            if (properties) {
+                MoveCurrentObject(tile);
+                PlaceCursor(tile);
+                break;
+            }
+            [[fallthrough]];
+        case kDragPoints:
+            if (properties) break;
+            vAnchorX = tile.x;
+            vAnchorY = tile.y;
+            break;
+        default:
+            break;
+    }
+    Invalidate();
+}
+
+void CQuiltView::OnMouseWheel(int delta) {
+    if (delta > 0) OnCommand(kCmdZoomIn);
+    if (delta < 0) OnCommand(kCmdZoomOut);
+}
+
+// --- menus and picking -------------------------------------------------------------------------
+
+void CQuiltView::RunMenu(const platform::Menu& menu, Point at) {
+    // The drag stays as it is while the menu is up, so that its mark can be seen.
+    const int command = window->TrackPopupMenu(menu, window->ClientToScreen(at));
+    vToolState = kIdle;
+    window->ReleaseCapture();
+    OnCommand(command);
+    Invalidate();
+}
+
+void CQuiltView::RunToolMenu(Point at) {
+    platform::FindEntry(vToolMenu, kCmdRuler)->checked = vRuler == 1;
+    RunMenu(vToolMenu, at);
+}
+
+void CQuiltView::Pick(Point at) {
+    int list = -1;
+    {
+        const HandleGuard board(vWorld->GetCurrentBoard());
+        list = vWorld->StartHandleListAt(board, vCursorX, vCursorY);
+    }
+    const int count = vWorld->CountHandles(list);
+    platform::Menu menu;
+    for (Handle h = vWorld->NextHandle(list); h != kNoHandle; h = vWorld->NextHandle(list)) {
+        // Of one or two nodes the last is meant: the only one, or the one on the board.
+        if (count <= 2) vWorld->SetCurrentObject(h);
+        menu.push_back(platform::Entry(platform::MenuText(vWorld->GetName(h)),
+                                       vWorld->GetId(h) + kCmdPickBase));
+    }
+    vWorld->ReleaseHandleList(list);
+    if (count > 2) {
+        menu.push_back(platform::Separator());
+        menu.push_back(platform::Entry("&Cancel", kCmdNone));
+        OnCommand(window->TrackPopupMenu(menu, window->ClientToScreen(at)));
+    }
+    host.RedrawTree();
+    host.RedrawPropViewer();
+    Invalidate();
+}
+
+void CQuiltView::SelectPicked(int command) {
+    const HandleGuard h(vWorld->GetHandleById(kRootHandle, command - kCmdPickBase));
+    vWorld->SetCurrentObject(h);
+}
+
+void CQuiltView::ZoomBy(float factor) {
+    vZoom = std::clamp(vZoom * factor, kNearest, kFarthest);
+    Invalidate();
+}
+
+void CQuiltView::OnCommand(int command) {
+    if (command >= kCmdPickBase && command < kCmdPickEnd) SelectPicked(command);
+    switch (command) {
+        case kCmdZoomIn:
+            ZoomBy(0.5f);
+            break;
+        case kCmdZoomOut:
+            ZoomBy(2.0f);
+            break;
+        case kCmdRuler:
+            vRuler = 1 - vRuler;
+            Invalidate();
+            break;
+        default:
+            break;
+    }
+}

@@ -1,0 +1,157 @@
+// The edit view: the pane in which the user sees the world and works on it.
+//
+// On every repaint the whole world is composed anew into one kept bitmap, the editing marks go
+// on top in XOR, and the bitmap is shown at the zoom. Mouse and keyboard move the cursor,
+// scroll, zoom, select and paint; the area tools are reached through two pop-up menus.
+//
+// Three kinds of coordinates occur: window pixels (the mouse), world tiles (cursor, anchor,
+// scroll), and the grid of one node. A world tile (x, y) stands at bitmap pixel
+// ((x + tPX) * 8, (y + tPY) * 8).
+#pragma once
+
+#include "editor/view/view_state.h"
+#include "engine/bitmap.h"
+#include "platform/menu.h"
+#include "platform/window.h"
+
+#include <cstdint>
+#include <limits>
+
+/// What the view asks of the panes and panels around it.
+class ViewHost {
+public:
+    virtual ~ViewHost() = default;
+    virtual void RedrawTree() = 0;
+    virtual void RedrawPropViewer() = 0;
+    virtual void RedrawBrushPreview() = 0;
+    /// The brush mode was changed by a key.
+    virtual void ShowBrushMode() = 0;
+    /// Runs the Brush Settings dialog on vBrush; true when it closed with OK.
+    virtual bool EditBrush() = 0;
+};
+
+class CQuiltView final : public platform::WindowEvents {
+public:
+    /// Also makes what belongs to the whole run: the brushes and the object clipboard.
+    explicit CQuiltView(ViewHost& panes);
+    CQuiltView(const CQuiltView&) = delete;
+    CQuiltView& operator=(const CQuiltView&) = delete;
+    ~CQuiltView() override;
+
+    /// The window that the view lives in; before the first event.
+    void Attach(platform::Window& own) { window = &own; }
+    void Invalidate() { window->Invalidate(); }
+
+    void OnDraw(platform::Window& own) override;
+    void OnKeyDown(int code) override;
+    void OnKeyUp(int code) override;
+    void OnChar(int ch) override;
+    void OnLButtonDown(bool ctrl, platform::Point at) override;
+    void OnLButtonUp(bool ctrl, platform::Point at) override;
+    void OnRButtonDown(bool ctrl, platform::Point at) override;
+    void OnRButtonUp(bool ctrl, platform::Point at) override;
+    void OnMouseMove(bool ctrl, platform::Point at) override;
+    void OnMouseWheel(int delta) override;
+    /// A choice from one of the view's menus; unknown numbers do nothing.
+    void OnCommand(int command);
+
+    /// Cursor and anchor in world tiles: what the area tools start from.
+    platform::Point Cursor() const { return {vCursorX, vCursorY}; }
+    platform::Point Anchor() const { return {vAnchorX, vAnchorY}; }
+    float Zoom() const { return vZoom; }
+    /// The scroll in tiles.
+    platform::Point Scroll() const { return {tPX, tPY}; }
+
+private:
+    enum ToolState : std::int32_t {
+        kIdle = 0,
+        kDragView = 1,    ///< Ctrl and left button
+        kDragBox = 2,     ///< right button: a box, or a move of the current object
+        kFollow = 3,      ///< left button in the paint panel: the cursor follows
+        kDragPoints = 4,  ///< Ctrl and right button: the two points of a primitive
+    };
+    static constexpr std::int32_t kNowhere = std::numeric_limits<std::int32_t>::min();
+
+    using KeyAction = void (CQuiltView::*)();
+    struct KeyBinding;
+    static const KeyBinding kPaintKeys[];
+    static const KeyBinding kPropertiesKeys[];
+
+    // repaint
+    void MakeBackBuffer(platform::Size client);
+    void Compose();
+    void DrawMarks();
+
+    // places
+    double Scale() const { return 8.0 / static_cast<double>(vZoom); }
+    platform::Point TileAt(platform::Point pixel) const;
+    /// Window point of the lower right corner of the cursor's tile.
+    platform::Point CursorCorner() const;
+    void PlaceCursor(platform::Point tile);
+    void DragView(platform::Point pixel);
+    void MoveCurrentObject(platform::Point tile);
+
+    // menus and picking
+    void RunMenu(const platform::Menu& menu, platform::Point at);
+    void RunToolMenu(platform::Point at);
+    void Pick(platform::Point at);
+    void SelectPicked(int command);
+    void ZoomBy(float factor);
+
+    // keys
+    template <std::size_t Count>
+    void RunKey(const KeyBinding (&bindings)[Count], int code, unsigned mode);
+    void Stamp();
+    void BlendStep();
+    void PaintStep();
+    void PaintStepOncePerVisit();
+    void RememberVisit(int code);
+    void PenDown();
+    void MoveCursor(int dx, int dy);
+    void KeyUpArrow() { MoveCursor(0, -1); }
+    void KeyDownArrow() { MoveCursor(0, 1); }
+    void KeyLeftArrow() { MoveCursor(-1, 0); }
+    void KeyRightArrow() { MoveCursor(1, 0); }
+    void Eyedropper();
+    void EnterTabMode();
+    void LeaveTabMode();
+    void SetBrushMode(int mode);
+    void ToolMenuAtCursor();
+    void StepBrush(std::int32_t& field, int step, int last);
+    void FgDown();
+    void FgUp();
+    void BgDown();
+    void BgUp();
+    void ChrDown();
+    void ChrUp();
+    void KeyScrollBack();
+    void KeyScrollForward();
+    void PlaceObjectClip();
+    void RecolourGrid();
+    void PickAtCursor();
+
+    // typing
+    void TypeTile(int ch);
+    void TypeEnter();
+    void TypeBackspace();
+
+    ViewHost& host;
+    platform::Window* window = nullptr;
+
+    Bitmap vBackBuffer;  ///< null until the first repaint
+    float vZoom = 1.0f;  ///< source pixels per window pixel: 0.25, 0.5, 1 or 2
+    float vLastZoom = 1.0f;
+    std::int32_t vBackW = 0, vBackH = 0;  ///< of vBackBuffer, pixels
+    std::int32_t tPX = 0, tPY = 0;        ///< scroll in tiles; may be negative
+    std::int32_t vToolState = kIdle;
+    /// In a view drag the pixel of the press, in a right drag the tile under the mouse.
+    std::int32_t vAnchorX = 0, vAnchorY = 0;
+    std::int32_t vGrabX = 0, vGrabY = 0;      ///< tPX, tPY at the press of a view drag
+    std::int32_t vCursorX = 0, vCursorY = 0;  ///< may lie outside every grid
+    /// Where the Blender stepped with the last key, kNowhere if it did not.
+    std::int32_t vLastX = kNowhere, vLastY = kNowhere;
+    std::int32_t vTextMargin = 0;  ///< world column to which Enter returns
+    std::int32_t vPenDown = 0;     ///< 1 while Shift paints
+    platform::Menu vToolMenu;
+    platform::Menu vPrimMenu;
+};

@@ -1,0 +1,266 @@
+// The edit view's keyboard: painting, the brush keys, typing, and the properties panel's keys.
+
+#include "editor/view/brush.h"
+#include "editor/view/object_clip.h"
+#include "editor/view/quilt_view.h"
+#include "engine/copy_object.h"
+#include "engine/dinterface.h"
+#include "platform/keys.h"
+
+#include <algorithm>
+
+namespace {
+
+// The brush modes in which a key acts.
+constexpr unsigned In(int mode) { return 1u << mode; }
+constexpr unsigned kNormal = In(kBrushNormal);
+constexpr unsigned kBlender = In(kBrushBlender);
+constexpr unsigned kTabs = In(kBrushTab) | In(kBrushBlenderTab);
+constexpr unsigned kBrushes = kNormal | In(kBrushTab);
+constexpr unsigned kBySteps = kNormal | kBlender;
+constexpr unsigned kAllButText = kBySteps | kTabs;
+constexpr unsigned kAlways = ~0u;
+
+constexpr int kLastColor = 255;
+constexpr int kBlank = 32;
+constexpr int kTabBlanks = 3;
+
+// The current object and the cursor's cell in its grid.
+struct CursorCell {
+    HandleGuard h;
+    int x;
+    int y;
+
+    explicit CursorCell(platform::Point cursor)
+        : h(vWorld->GetCurrentObject()), x(cursor.x), y(cursor.y) {
+        vWorld->WorldToLocal(h, x, y);
+    }
+
+    int Get(Brush& tile) const {
+        return vWorld->GetTile(h, x, y, tile.chr, tile.fg, tile.bg, tile.attrib);
+    }
+    void SetGlyph(int chr) const {
+        vWorld->SetTile(h, x, y, chr, vBrush.fg, vBrush.bg, vBrush.attrib);
+    }
+};
+
+}  // namespace
+
+struct CQuiltView::KeyBinding {
+    int key;
+    unsigned modes;
+    KeyAction action;
+};
+
+const CQuiltView::KeyBinding CQuiltView::kPaintKeys[] = {
+    {platform::kKeyUp, kAllButText, &CQuiltView::KeyUpArrow},
+    {platform::kKeyDown, kAllButText, &CQuiltView::KeyDownArrow},
+    {platform::kKeyLeft, kAllButText, &CQuiltView::KeyLeftArrow},
+    {platform::kKeyRight, kAllButText, &CQuiltView::KeyRightArrow},
+    {platform::kKeySpace, kBySteps, &CQuiltView::PaintStepOncePerVisit},
+    {platform::kKeyShift, kBySteps, &CQuiltView::PenDown},
+    {platform::kKeyEnter, kBySteps, &CQuiltView::Eyedropper},
+    {platform::kKeyTab, kBySteps, &CQuiltView::EnterTabMode},
+    {platform::kKeyTab, kTabs, &CQuiltView::LeaveTabMode},
+    {platform::kKeyApps, kBySteps, &CQuiltView::ToolMenuAtCursor},
+    {platform::kKeyHome, kAllButText, &CQuiltView::FgDown},
+    {platform::kKeyEnd, kAllButText, &CQuiltView::FgUp},
+    {platform::kKeyPageUp, kAllButText, &CQuiltView::BgDown},
+    {platform::kKeyPageDown, kAllButText, &CQuiltView::BgUp},
+    {platform::kKeyInsert, kBrushes, &CQuiltView::ChrDown},
+    {platform::kKeyDelete, kBrushes, &CQuiltView::ChrUp},
+    {platform::kKeyF1, kAllButText, &CQuiltView::KeyScrollBack},
+    {platform::kKeyF2, kAllButText, &CQuiltView::KeyScrollForward},
+};
+
+const CQuiltView::KeyBinding CQuiltView::kPropertiesKeys[] = {
+    {platform::kKeyUp, kAlways, &CQuiltView::KeyUpArrow},
+    {platform::kKeyDown, kAlways, &CQuiltView::KeyDownArrow},
+    {platform::kKeyLeft, kAlways, &CQuiltView::KeyLeftArrow},
+    {platform::kKeyRight, kAlways, &CQuiltView::KeyRightArrow},
+    {platform::kKeySpace, kAlways, &CQuiltView::PlaceObjectClip},
+    {platform::kKeyTab, kAlways, &CQuiltView::RecolourGrid},
+    {platform::kKeyEnter, kAlways, &CQuiltView::PickAtCursor},
+};
+
+template <std::size_t Count>
+void CQuiltView::RunKey(const KeyBinding (&bindings)[Count], int code, unsigned mode) {
+    for (const KeyBinding& binding : bindings) {
+        if (binding.key != code || !(binding.modes & mode)) continue;
+        (this->*binding.action)();
+        Invalidate();
+        return;
+    }
+}
+
+void CQuiltView::OnKeyDown(int code) {
+    if (vPanelMode != kPanelPaint) {
+        RunKey(kPropertiesKeys, code, kAlways);
+        return;
+    }
+    const bool blender = vBrushMode == kBrushBlender;
+    RunKey(kPaintKeys, code, In(vBrushMode));
+    if (blender) RememberVisit(code);
+}
+
+// A tile takes one step of the Blender a visit, however long the key is held. Moving away and
+// back, or any other key in between, makes another visit of it.
+void CQuiltView::RememberVisit(int code) {
+    const bool steps = code == platform::kKeySpace || code == platform::kKeyShift;
+    vLastX = steps ? vCursorX : kNowhere;
+    vLastY = steps ? vCursorY : kNowhere;
+}
+
+void CQuiltView::OnKeyUp(int code) {
+    if (vPanelMode == kPanelPaint && code == platform::kKeyShift) vPenDown = 0;
+}
+
+// --- painting ----------------------------------------------------------------------------------
+
+void CQuiltView::Stamp() { CursorCell(Cursor()).SetGlyph(vBrush.chr); }
+
+void CQuiltView::BlendStep() {
+    const CursorCell cell(Cursor());
+    Brush tile;
+    if (cell.Get(tile)) cell.SetGlyph(NextBlendChar(tile.chr));
+}
+
+void CQuiltView::PaintStep() {
+    if (vBrushMode == kBrushBlender || vBrushMode == kBrushBlenderTab)
+        BlendStep();
+    else
+        Stamp();
+}
+
+void CQuiltView::PaintStepOncePerVisit() {
+    const bool stepped = vBrushMode == kBrushBlender && vCursorX == vLastX && vCursorY == vLastY;
+    if (!stepped) PaintStep();
+}
+
+void CQuiltView::PenDown() {
+    PaintStepOncePerVisit();
+    vPenDown = 1;
+}
+
+void CQuiltView::MoveCursor(int dx, int dy) {
+    vCursorX += dx;
+    vCursorY += dy;
+    if (vPanelMode != kPanelPaint) return;
+    if (vPenDown || (In(vBrushMode) & kTabs)) PaintStep();
+}
+
+void CQuiltView::Eyedropper() {
+    if (CursorCell(Cursor()).Get(vBrush)) host.RedrawBrushPreview();
+}
+
+void CQuiltView::SetBrushMode(int mode) {
+    vBrushMode = mode;
+    host.ShowBrushMode();
+}
+
+void CQuiltView::EnterTabMode() {
+    vPenDown = 0;
+    PaintStep();
+    SetBrushMode(vBrushMode == kBrushNormal ? kBrushTab : kBrushBlenderTab);
+}
+
+void CQuiltView::LeaveTabMode() {
+    SetBrushMode(vBrushMode == kBrushTab ? kBrushNormal : kBrushBlender);
+}
+
+void CQuiltView::ToolMenuAtCursor() {
+    vAnchorX = vCursorX;
+    vAnchorY = vCursorY;
+    RunToolMenu(CursorCorner());
+}
+
+void CQuiltView::StepBrush(std::int32_t& field, int step, int last) {
+    if (step < 0 ? field > 0 : field < last) field += step;
+    host.RedrawBrushPreview();
+}
+
+void CQuiltView::FgDown() { StepBrush(vBrush.fg, -1, 0); }
+void CQuiltView::FgUp() { StepBrush(vBrush.fg, 1, kLastColor); }
+void CQuiltView::BgDown() { StepBrush(vBrush.bg, -1, 0); }
+void CQuiltView::BgUp() { StepBrush(vBrush.bg, 1, kLastColor); }
+void CQuiltView::ChrDown() { StepBrush(vBrush.chr, -1, 0); }
+void CQuiltView::ChrUp() { StepBrush(vBrush.chr, 1, vWorld->GetFont()->GlyphCount() - 1); }
+void CQuiltView::KeyScrollBack() { ScrollBack(); }
+void CQuiltView::KeyScrollForward() { ScrollForward(); }
+
+// --- the properties panel's keys ---------------------------------------------------------------
+
+void CQuiltView::PlaceObjectClip() {
+    if (!vObjectClip) return;
+    const CursorCell cell(Cursor());
+    Dobject* under = vWorld->Node(cell.h);
+    Dobject* copy = under ? CopyObject(*under, *vObjectClip) : nullptr;
+    if (!copy) return;
+    copy->posx = cell.x;
+    copy->posy = cell.y;
+    host.RedrawTree();
+}
+
+void CQuiltView::RecolourGrid() {
+    const HandleGuard h(vWorld->GetCurrentObject());
+    const Dobject* node = vWorld->Node(h);
+    if (!node || node->tiles.empty()) return;
+    const Dtile first = node->tiles.front();
+    if (std::any_of(node->tiles.begin(), node->tiles.end(),
+                    [&](const Dtile& tile) { return tile != first; }))
+        return;
+    SaveBrush();
+    vBrush = {Signed(first.chr), Signed(first.fg), Signed(first.bg), Signed(first.attrib)};
+    if (host.EditBrush()) {
+        for (int y = 0; y < node->height; ++y)
+            for (int x = 0; x < node->width; ++x)
+                vWorld->SetTile(h, x, y, vBrush.chr, vBrush.fg, vBrush.bg, vBrush.attrib);
+    }
+    RestoreBrush();
+}
+
+void CQuiltView::PickAtCursor() { Pick(CursorCorner()); }
+
+// --- typing ------------------------------------------------------------------------------------
+
+void CQuiltView::TypeTile(int ch) {
+    const CursorCell cell(Cursor());
+    cell.SetGlyph(ch);
+    ++vCursorX;
+    if (cell.x + 1 < vWorld->GetProperty(cell.h, kWidth)) return;
+    vCursorX -= cell.x + 1;
+    ++vCursorY;
+    if (cell.y + 1 >= vWorld->GetProperty(cell.h, kHeight)) vCursorY -= cell.y + 1;
+}
+
+void CQuiltView::TypeEnter() {
+    vCursorX = vTextMargin;
+    ++vCursorY;
+    const CursorCell cell(Cursor());
+    if (cell.y >= vWorld->GetProperty(cell.h, kHeight)) vCursorY -= cell.y;
+}
+
+void CQuiltView::TypeBackspace() {
+    if (vCursorX > vTextMargin) --vCursorX;
+}
+
+void CQuiltView::OnChar(int ch) {
+    if (vPanelMode != kPanelPaint || vBrushMode != kBrushText) return;
+    switch (ch) {
+        case platform::kKeyEnter:
+            TypeEnter();
+            break;
+        case platform::kKeyBackspace:
+            TypeBackspace();
+            break;
+        case platform::kKeyTab:
+            for (int i = 0; i < kTabBlanks; ++i) TypeTile(kBlank);
+            break;
+        case platform::kKeyEscape:
+            break;
+        default:
+            TypeTile(ch);
+            break;
+    }
+    Invalidate();
+}

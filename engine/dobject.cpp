@@ -1,0 +1,206 @@
+#include "engine/dobject.h"
+
+#include "engine/dinterface.h"
+#include "engine/report.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+bool IsGridSize(std::int64_t w, std::int64_t h) {
+    return w >= 0 && h >= 0 && w <= kMaxGridSide && h <= kMaxGridSide && w * h <= kMaxGridCells;
+}
+
+namespace {
+
+struct Grid {
+    Bitmap surf;
+    std::vector<Dtile> tiles;
+};
+
+bool MakeGrid(int w, int h, const Dtile& fill, Grid& grid) {
+    if (!IsGridSize(w, h)) return false;
+    grid.surf = MakeBitmap(w * kTileSize, h * kTileSize);
+    if (!grid.surf) return false;
+    try {
+        grid.tiles.assign(static_cast<std::size_t>(w) * static_cast<std::size_t>(h), fill);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+void PutField(std::uint16_t& field, int value) {
+    if (value != -1) field = static_cast<std::uint16_t>(value);
+}
+
+}  // namespace
+
+bool Dobject::Create(const std::string& newName, int w, int h) {
+    w = std::max(w, 0);
+    h = std::max(h, 0);
+    Grid grid;
+    if (!MakeGrid(w, h, Dtile{}, grid)) {
+        Fatal("Unable to Create Object vSurf", __FILE__, __LINE__);
+        return false;
+    }
+    name = newName;
+    vSurf = std::move(grid.surf);
+    clear_bitmap(vSurf.get());
+    tiles = std::move(grid.tiles);
+    width = vieww = w;
+    height = viewh = h;
+    Trace("%s->Create(%i,%i)\n", name.c_str(), w, h);
+    return true;
+}
+
+void Dobject::Destroy() {
+    Trace("%s->Destroy()\n", name.c_str());
+    name.clear();
+    vSurf.reset();
+    tiles.clear();
+    viewx = viewy = vieww = viewh = 0;
+    posx = posy = posz = 0;
+    width = height = 0;
+}
+
+bool Dobject::Resize(int w, int h) {
+    Trace("%s->Resize(%i,%i)\n", name.c_str(), w, h);
+    w = std::max(w, 0);
+    h = std::max(h, 0);
+    Grid grid;
+    if (!MakeGrid(w, h, kBlankTile, grid)) {
+        Fatal("Unable to Resize Object vSurf", __FILE__, __LINE__);
+        return false;
+    }
+    // The root has a size but no cells.
+    if (!tiles.empty()) {
+        for (int y = 0; y < std::min(height, h); ++y)
+            std::copy_n(tiles.begin() + std::ptrdiff_t{y} * width, std::min(width, w),
+                        grid.tiles.begin() + std::ptrdiff_t{y} * w);
+    }
+    width = w;
+    height = h;
+    vieww = std::min(vieww, w);
+    viewh = std::min(viewh, h);
+    vSurf = std::move(grid.surf);
+    tiles = std::move(grid.tiles);
+    RedrawTiles();
+    return true;
+}
+
+Dobject::Children::iterator Dobject::PlaceFor(std::int32_t z, bool ascending) {
+    return std::find_if(children.begin(), children.end(), [&](const auto& child) {
+        return ascending ? child->posz > z : child->posz < z;
+    });
+}
+
+Dobject::Children::iterator Dobject::Find(const Dobject& child) {
+    return std::find_if(children.begin(), children.end(),
+                        [&](const auto& own) { return own->id == child.id; });
+}
+
+Dobject* Dobject::Insert(Children::iterator before, std::unique_ptr<Dobject> child) {
+    return children.insert(before, std::move(child))->get();
+}
+
+Dobject* Dobject::SpawnAt(std::int32_t childId, std::int32_t z, bool ascending, const char* trace) {
+    Trace(trace, name.c_str(), z);
+    auto child = std::make_unique<Dobject>();
+    child->id = childId;
+    child->posz = z;
+    child->parent = this;
+    return Insert(PlaceFor(z, ascending), std::move(child));
+}
+
+Dobject* Dobject::Spawn(std::int32_t childId, std::int32_t z) {
+    return SpawnAt(childId, z, false, "%s->Spawn(%i)\n");
+}
+
+Dobject* Dobject::Spawn_Back(std::int32_t childId, std::int32_t z) {
+    return SpawnAt(childId, z, true, "%s->Spawn_Back(%i)\n");
+}
+
+void Dobject::Erase(const Dobject& child) {
+    auto found = Find(child);
+    if (found == children.end()) return;
+    Trace("%s->Erase(%s)\n", name.c_str(), (*found)->name.c_str());
+    children.erase(found);
+}
+
+void Dobject::EraseAll() { children.clear(); }
+
+void Dobject::Link(std::unique_ptr<Dobject> child) {
+    Trace("%s->Link(%s)\n", name.c_str(), child->name.c_str());
+    auto place = PlaceFor(child->posz, false);
+    Insert(place, std::move(child));
+}
+
+void Dobject::Link_Back(std::unique_ptr<Dobject> child) {
+    Trace("%s->Link(%s)\n", name.c_str(), child->name.c_str());
+    auto place = PlaceFor(child->posz, true);
+    Insert(place, std::move(child));
+}
+
+std::unique_ptr<Dobject> Dobject::UnLink(const Dobject& child) {
+    auto found = Find(child);
+    if (found == children.end()) return nullptr;
+    Trace("%s->UnLink(%s)\n", name.c_str(), (*found)->name.c_str());
+    std::unique_ptr<Dobject> taken = std::move(*found);
+    children.erase(found);
+    return taken;
+}
+
+Dtile* Dobject::GetTile(int x, int y) {
+    if (x < 0 || y < 0 || x >= width || y >= height || tiles.empty()) return nullptr;
+    return &tiles[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                  static_cast<std::size_t>(x)];
+}
+
+void Dobject::PutTile(int x, int y, int chr, int fg, int bg, int attrib) {
+    Dtile* tile = GetTile(x, y);
+    if (!tile) return;
+    PutField(tile->chr, chr);
+    PutField(tile->fg, fg);
+    PutField(tile->bg, bg);
+    PutField(tile->attrib, attrib);
+    vWorld->GetFont()->DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
+}
+
+void Dobject::RedrawTiles() {
+    const Dfont& tileFont = *vWorld->GetFont();
+    const Dtile* tile = tiles.data();
+    if (!tiles.empty()) {
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x, ++tile)
+                tileFont.DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x,
+                                  y);
+    }
+    for (const auto& child : children) child->RedrawTiles();
+}
+
+void Dobject::BackupTiles() { undoTiles = tiles; }
+
+void Dobject::RestoreTiles() {
+    undoTiles.resize(tiles.size());
+    tiles = undoTiles;
+    RedrawTiles();
+}
+
+void Dobject::AddOffset(int& x, int& y) const {
+    const Dobject* node = this;
+    for (; node->parent && node->parent->parent; node = node->parent) {
+        x += node->posx - node->parent->viewx;
+        y += node->posy - node->parent->viewy;
+    }
+    x += node->posx;
+    y += node->posy;
+}
+
+void Dobject::SubOffset(int& x, int& y) const {
+    int originX = 0;
+    int originY = 0;
+    AddOffset(originX, originY);
+    x -= originX;
+    y -= originY;
+}

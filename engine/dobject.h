@@ -1,0 +1,115 @@
+// A node of the world tree: root, board and object alike.
+//
+// Every node is a grid of tiles with a surface that mirrors it in pixels, a viewport that says
+// which part of the grid is shown and where it lies in the parent's grid, a z value, a script
+// and its children. A node is a board by being a direct child of the root. The rest of the
+// program reaches nodes through the handles of Dinterface; only Dinterface, the file readers
+// and the operations that make whole nodes call a node directly.
+//
+// All sizes and positions are tiles; pixels occur only in `vSurf`, 8 to a tile.
+#pragma once
+
+#include "engine/bitmap.h"
+#include "engine/dtile.h"
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Largest grid: cells a side, and cells in all.
+inline constexpr int kMaxGridSide = 32767;
+inline constexpr std::int64_t kMaxGridCells = 67'108'864;
+
+class Dobject {
+public:
+    using Children = std::list<std::unique_ptr<Dobject>>;
+
+    Dobject() = default;
+    Dobject(const Dobject&) = delete;
+    Dobject& operator=(const Dobject&) = delete;
+    ~Dobject() = default;
+
+    std::string name;              ///< not unique
+    std::string script;            ///< lines joined by a line feed
+    std::int32_t viewx = 0;        ///< first grid column shown
+    std::int32_t viewy = 0;        ///< first grid row shown
+    std::int32_t vieww = 0;        ///< viewport width
+    std::int32_t viewh = 0;        ///< viewport height
+    std::int32_t posx = 0;         ///< column of the parent's grid where the viewport's corner lies
+    std::int32_t posy = 0;         ///< row of the parent's grid; both may be negative
+    std::int32_t width = 0;        ///< grid width
+    std::int32_t height = 0;       ///< grid height
+    std::int32_t posz = 0;         ///< decides the order among siblings
+    std::int32_t evieww = 0;       ///< while expanded the real `vieww`, else 0
+    std::int32_t eviewh = 0;       ///< while expanded the real `viewh`
+    std::int32_t id = 0;           ///< unique; the root has 0
+    Bitmap vSurf;                  ///< always shows `tiles`; null until Create
+    std::vector<Dtile> tiles;      ///< the cell at (x, y) has the index y * width + x
+    std::vector<Dtile> undoTiles;  ///< snapshot of `tiles`, empty until the first BackupTiles
+    Dobject* parent = nullptr;     ///< null at the root
+    /// Under the root in ascending `posz`, under any other node descending; among equals a
+    /// newer node stands behind the older ones. The first lies in front.
+    Children children;
+    std::int32_t drawChildren = 1;  ///< 0: the compositor does not descend
+    std::int32_t hidden = 0;        ///< not 0: the compositor skips the node
+
+    /// Names the node and makes its grid of w by h empty cells with a viewport over all of it.
+    /// Position, scroll, z and expansion are not touched. A negative size counts as 0. False,
+    /// reported through Fatal and with nothing changed, when the grid is too large.
+    bool Create(const std::string& newName, int w, int h);
+    /// Empties the node but for its script, id, parent, children and flags.
+    void Destroy();
+    /// Another grid size. Contents stay where old and new overlap, other cells are kBlankTile;
+    /// the viewport is cut to the grid, its scroll stays. Sizes and failure as for Create.
+    bool Resize(int w, int h);
+
+    /// A new child in descending or (`_Back`, under the root) ascending z order, with that id
+    /// and without a grid: Create follows.
+    Dobject* Spawn(std::int32_t childId, std::int32_t z);
+    Dobject* Spawn_Back(std::int32_t childId, std::int32_t z);
+    /// Deletes a child with its subtree; nothing when no direct child has its id.
+    void Erase(const Dobject& child);
+    void EraseAll();
+    /// Inserts a node by its z; its `parent` is the caller's to set.
+    void Link(std::unique_ptr<Dobject> child);
+    void Link_Back(std::unique_ptr<Dobject> child);
+    /// Takes a child out of the list and hands it over; null when no direct child has its id.
+    std::unique_ptr<Dobject> UnLink(const Dobject& child);
+
+    /// The cell, or null outside the grid.
+    Dtile* GetTile(int x, int y);
+    /// Writes a cell and draws it; -1 leaves a field as it is. Nothing outside the grid.
+    void PutTile(int x, int y, int chr, int fg, int bg, int attrib);
+    /// Draws all tiles of this node and of its whole subtree into their surfaces.
+    void RedrawTiles();
+
+    /// One level of undo. Restoring without a backup gives empty cells; after a Resize the
+    /// snapshot is read at the new row length.
+    void BackupTiles();
+    void RestoreTiles();
+
+    /// Adds or takes off the node's origin: the world position of its viewport's corner. A
+    /// world point lies in the node's grid at world - origin + (viewx, viewy).
+    void AddOffset(int& x, int& y) const;
+    void SubOffset(int& x, int& y) const;
+
+    /// The compositor; see compositor.h for what a target is. On the root: all children, front
+    /// to back, into the whole target.
+    void DrawChildren(BITMAP* target);
+    /// One node with its children. All in tiles: (ox, oy) is the target cell of cell (0, 0) of
+    /// the parent's grid, limitW by limitH that grid's size, and the clip rectangle is the part
+    /// of the target through which the parent is visible.
+    void Draw(BITMAP* target, int ox, int oy, int limitW, int limitH, int clipX, int clipY,
+              int clipW, int clipH);
+
+private:
+    Dobject* Insert(Children::iterator before, std::unique_ptr<Dobject> child);
+    Children::iterator PlaceFor(std::int32_t z, bool ascending);
+    Children::iterator Find(const Dobject& child);
+    Dobject* SpawnAt(std::int32_t childId, std::int32_t z, bool ascending, const char* trace);
+};
+
+/// True when the surface and the cells of such a grid can be asked for at all.
+bool IsGridSize(std::int64_t w, std::int64_t h);

@@ -1,0 +1,38 @@
+// What the engine tells the outside: the trace for the developer, messages for the user.
+//
+// The engine knows no window system. The application sets `vMessageHook` to a message box;
+// tests set it to look at what was reported.
+#pragma once
+
+/// Shows a message with an OK button and returns when it has been read. Null drops messages.
+/// Both texts are the engine's own and need not outlive the call.
+extern void (*vMessageHook)(const char* text, const char* caption);
+
+/// Reports an error that the caller cannot get past, in the trace and as a message whose
+/// caption names the place, and returns: the caller goes on or stops. `file` is a source file's
+/// path, or the text of whatever else names the place. Usually called as
+/// Fatal("...", __FILE__, __LINE__).
+void Fatal(const char* message, const char* file, int line);
+
+/// A message without a place: the limits of the fixed tables.
+void ShowMessage(const char* text, const char* caption);
+
+/// Whether anything takes trace lines at present. While nothing does they are dropped before
+/// they are formatted.
+extern bool vTraceOn;
+
+/// Writes one line to Allegro's trace; `format` is printf's and ends in a line feed. A line of
+/// more than 500 bytes is cut.
+[[gnu::format(printf, 1, 2)]] void TraceLine(const char* format, ...);
+
+template <typename... Args>
+inline void Trace(const char* format, Args... args) {
+    if (vTraceOn) TraceLine(format, args...);
+}
+
+/// Decides where trace lines go: to the file at `path` (created anew), or nowhere when it is
+/// null or empty or cannot be written. To be called once, before anything is traced.
+void StartTrace(const char* path);
+
+/// Hands every trace line to `handler` until it is called with null: for tests.
+void CaptureTrace(void (*handler)(const char* line));

@@ -1,0 +1,89 @@
+// Forms: a table of controls in dialog units, declared as data beside the class that uses it.
+//
+// A dialog unit is a quarter of the form font's mean character width across and an eighth of
+// its line height down. The tool panels are forms that stay; a dialog is a form run modally.
+// The backend lays the controls out and reports what the user does; the editor judges it.
+#pragma once
+
+#include "platform/window.h"
+
+#include <span>
+#include <string>
+
+namespace platform {
+
+enum class ControlKind {
+    Label,
+    Button,
+    DefaultButton,  ///< the button that Enter presses in a dialog
+    CheckBox,
+    Radio,         ///< the radio buttons of a form are one group
+    Edit,          ///< one line of text
+    NumberEdit,    ///< one line that holds a whole number; `low` to `high` are its range
+    ReadOnlyEdit,  ///< shows text, takes no focus
+    Slider,        ///< horizontal, `low` to `high`
+    Picture,       ///< a Window; the client gives its WindowEvents by PictureEvents
+};
+
+struct Control {
+    int id = 0;
+    ControlKind kind = ControlKind::Label;
+    const char* text = "";           ///< UTF-8, "&" before the mnemonic; also the accessible name
+    int x = 0, y = 0, w = 0, h = 0;  ///< dialog units
+    int low = 0, high = 0;
+    const char* tip = "";  ///< tool tip; also the accessible description
+    bool enabled = true;
+};
+
+/// The ids of the buttons that close a dialog.
+inline constexpr int kIdOk = 1;
+inline constexpr int kIdCancel = 2;
+
+struct Form {
+    const char* caption = "";
+    int w = 0, h = 0;  ///< dialog units
+    const char* font = "";
+    int points = 10;
+    std::span<const Control> controls;  ///< in tab order
+};
+
+/// The controls of a form that is on the screen. An id that the form does not have makes the
+/// call do nothing and the result empty, 0 or false.
+class FormWindow {
+public:
+    virtual ~FormWindow() = default;
+
+    virtual void SetText(int id, const std::string& text) = 0;
+    virtual std::string GetText(int id) const = 0;
+    virtual void SetCheck(int id, bool on) = 0;  ///< check box or radio button; sends no event
+    virtual bool IsChecked(int id) const = 0;
+    virtual void SetValue(int id, int value) = 0;  ///< slider position; sends no event
+    virtual int GetValue(int id) const = 0;
+    virtual void Enable(int id, bool on) = 0;
+    virtual void SetFocus(int id) = 0;  ///< a text field's text is selected as well
+    virtual Window* Picture(int id) = 0;
+    virtual Size ClientSize() const = 0;  ///< window pixels
+    virtual void Invalidate() = 0;        ///< asks for OnFormPaint and repaints every picture
+    /// Ends a modal run with that result; nothing in a panel.
+    virtual void EndDialog(int result) = 0;
+};
+
+class FormEvents {
+public:
+    virtual ~FormEvents() = default;
+
+    /// Once, when all controls exist and before the form is shown.
+    virtual void OnInit(FormWindow& /*form*/) {}
+    /// The WindowEvents of a Picture control, asked before OnInit; null shows an empty area.
+    virtual WindowEvents* PictureEvents(int /*id*/) { return nullptr; }
+    /// A button, check box or radio button was clicked, or a key did the same. A check box or
+    /// radio button has already changed. In a dialog kIdOk and kIdCancel (also Enter, Escape
+    /// and the close box) arrive here; the client ends the run by EndDialog.
+    virtual void OnControl(FormWindow& /*form*/, int /*id*/) {}
+    /// A text field's text was changed by the user, or a slider was moved or dragged.
+    virtual void OnChange(FormWindow& /*form*/, int /*id*/) {}
+    /// The form repaints: a panel puts its controls in step with the world here.
+    virtual void OnFormPaint(FormWindow& /*form*/) {}
+};
+
+}  // namespace platform

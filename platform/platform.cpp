@@ -1,0 +1,3 @@
+#include "platform/platform.h"
+
+platform::Platform* vPlatform = nullptr;

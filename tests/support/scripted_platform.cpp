@@ -1,0 +1,298 @@
+#include "tests/support/scripted_platform.h"
+
+using platform::Pane;
+using platform::Size;
+
+// --- windows -----------------------------------------------------------------------------------
+
+void ScriptedWindow::ShowPicture(const platform::Rows8& picture, Size shownAs) {
+    w = picture.w;
+    h = picture.h;
+    shown = shownAs;
+    pixels.clear();
+    for (int y = 0; y < h; ++y) pixels.insert(pixels.end(), picture.rows[y], picture.rows[y] + w);
+}
+
+int ScriptedWindow::TrackPopupMenu(const platform::Menu& menu, platform::Point screen) {
+    return script.TrackMenu(menu, screen);
+}
+
+void ScriptedWindow::Paint() {
+    invalidated = 0;
+    if (events) events->OnDraw(*this);
+}
+
+// --- forms -------------------------------------------------------------------------------------
+
+ScriptedForm::ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
+                           platform::FormEvents& listener)
+    : layout(form), events(listener) {
+    for (const platform::Control& control : form.controls) {
+        controls[control.id] = {&control, control.text, false, control.enabled, control.low};
+        if (control.kind == platform::ControlKind::Picture)
+            pictures[control.id] = std::make_unique<ScriptedWindow>(
+                owner, listener.PictureEvents(control.id), Size{control.w, control.h});
+    }
+    events.OnInit(*this);
+    events.OnFormPaint(*this);
+}
+
+ScriptedForm::State* ScriptedForm::Find(int id) {
+    auto found = controls.find(id);
+    return found == controls.end() ? nullptr : &found->second;
+}
+
+ScriptedForm::State* ScriptedForm::Usable(int id) {
+    State* state = Find(id);
+    if (state && state->enabled) return state;
+    ADD_FAILURE() << "control " << id << (state ? " is disabled" : " does not exist");
+    return nullptr;
+}
+
+void ScriptedForm::SetText(int id, const std::string& text) {
+    if (State* state = Find(id)) state->text = text;
+}
+
+std::string ScriptedForm::GetText(int id) const {
+    auto found = controls.find(id);
+    return found == controls.end() ? "" : found->second.text;
+}
+
+void ScriptedForm::SetCheck(int id, bool on) {
+    if (State* state = Find(id)) state->checked = on;
+}
+
+bool ScriptedForm::IsChecked(int id) const {
+    auto found = controls.find(id);
+    return found != controls.end() && found->second.checked;
+}
+
+void ScriptedForm::SetValue(int id, int value) {
+    if (State* state = Find(id)) state->value = value;
+}
+
+int ScriptedForm::GetValue(int id) const {
+    auto found = controls.find(id);
+    return found == controls.end() ? 0 : found->second.value;
+}
+
+void ScriptedForm::Enable(int id, bool on) {
+    if (State* state = Find(id)) state->enabled = on;
+}
+
+platform::Window* ScriptedForm::Picture(int id) {
+    auto found = pictures.find(id);
+    return found == pictures.end() ? nullptr : found->second.get();
+}
+
+void ScriptedForm::Click(int id) {
+    State* state = Usable(id);
+    if (!state) return;
+    using platform::ControlKind;
+    if (state->control->kind == ControlKind::CheckBox) state->checked = !state->checked;
+    if (state->control->kind == ControlKind::Radio) {
+        for (auto& [other, own] : controls)
+            if (own.control->kind == ControlKind::Radio) own.checked = other == id;
+    }
+    events.OnControl(*this, id);
+}
+
+void ScriptedForm::Type(int id, const std::string& text) {
+    if (State* state = Usable(id)) {
+        state->text = text;
+        events.OnChange(*this, id);
+    }
+}
+
+void ScriptedForm::Slide(int id, int value) {
+    if (State* state = Usable(id)) {
+        state->value = value;
+        events.OnChange(*this, id);
+    }
+}
+
+// --- the frame ---------------------------------------------------------------------------------
+
+void ScriptedFrame::CheckMenuItem(int command, bool checked) {
+    if (platform::MenuItem* item = platform::FindEntry(bar, command)) item->checked = checked;
+}
+
+platform::Window* ScriptedFrame::CreatePane(Pane pane, platform::WindowEvents& listener) {
+    auto& window = panes[pane];
+    window = std::make_unique<ScriptedWindow>(script, &listener, PaneSize(pane));
+    return window.get();
+}
+
+platform::FormWindow* ScriptedFrame::CreateFormPane(Pane, const platform::Form& form,
+                                                    platform::FormEvents& listener) {
+    panel = std::make_unique<ScriptedForm>(script, form, listener);
+    return panel.get();
+}
+
+Size ScriptedFrame::PaneSize(Pane pane) const {
+    switch (pane) {
+        case Pane::Left:
+            return {200, 768};
+        case Pane::Upper:
+            return {820, 629};
+        default:
+            return {820, 135};
+    }
+}
+
+void ScriptedFrame::InvalidateAll() {
+    events.OnFramePaint();
+    for (auto& [pane, window] : panes) window->Invalidate();
+    if (panel) panel->Invalidate();
+}
+
+void ScriptedFrame::Choose(int command) {
+    const platform::MenuItem* item = platform::FindEntry(bar, command);
+    if (item && item->enabled)
+        events.OnCommand(command);
+    else
+        ADD_FAILURE() << "menu entry " << command << (item ? " is disabled" : " does not exist");
+}
+
+// --- the platform ------------------------------------------------------------------------------
+
+ScriptedPlatform::~ScriptedPlatform() {
+    for (const Step& step : steps)
+        ADD_FAILURE() << "never came: " << step.kind << " \"" << step.text << "\"";
+    vPlatform = nullptr;
+}
+
+void ScriptedPlatform::ExpectMessage(const std::string& text, bool answer) {
+    Step step;
+    step.kind = "message";
+    step.text = text;
+    step.ok = answer;
+    steps.push_back(step);
+}
+
+void ScriptedPlatform::ExpectOpenDialog(std::optional<std::string> answer) {
+    Step step;
+    step.kind = "open";
+    step.path = std::move(answer);
+    steps.push_back(step);
+}
+
+void ScriptedPlatform::ExpectSaveDialog(std::optional<std::string> answer) {
+    Step step;
+    step.kind = "save";
+    step.path = std::move(answer);
+    steps.push_back(step);
+}
+
+void ScriptedPlatform::ExpectMenu(std::vector<std::string> texts, int choice) {
+    Step step;
+    step.kind = "menu";
+    step.texts = std::move(texts);
+    step.choice = choice;
+    steps.push_back(step);
+}
+
+void ScriptedPlatform::ExpectDialog(const std::string& caption,
+                                    std::function<void(ScriptedForm&)> person) {
+    Step step;
+    step.kind = "dialog";
+    step.text = caption;
+    step.person = std::move(person);
+    steps.push_back(step);
+}
+
+std::optional<ScriptedPlatform::Step> ScriptedPlatform::Take(const std::string& kind,
+                                                             const std::string& what) {
+    if (steps.empty() || steps.front().kind != kind) {
+        ADD_FAILURE() << "unexpected " << kind << " \"" << what << "\"";
+        return std::nullopt;
+    }
+    Step step = std::move(steps.front());
+    steps.pop_front();
+    return step;
+}
+
+void ScriptedPlatform::Pump() {
+    while (!posted.empty()) {
+        const int command = posted.front();
+        posted.pop_front();
+        frame->events.OnCommand(command);
+    }
+}
+
+bool ScriptedPlatform::MessageBox(const std::string& text, const std::string& caption,
+                                  platform::Buttons buttons, platform::Icon) {
+    lastCaption = caption;
+    const auto step = Take("message", text);
+    if (!step) return false;
+    EXPECT_NE(text.find(step->text), std::string::npos) << text << " lacks " << step->text;
+    return buttons == platform::Buttons::Ok || step->ok;
+}
+
+std::optional<std::string> ScriptedPlatform::OpenFileDialog(const platform::FileDialog& dialog) {
+    lastFileDialog = dialog;
+    const auto step = Take("open", dialog.path);
+    return step ? step->path : std::nullopt;
+}
+
+std::optional<std::string> ScriptedPlatform::SaveFileDialog(const platform::FileDialog& dialog) {
+    lastFileDialog = dialog;
+    const auto step = Take("save", dialog.path);
+    return step ? step->path : std::nullopt;
+}
+
+int ScriptedPlatform::RunDialog(const platform::Form& form, platform::FormEvents& events) {
+    ScriptedForm window(*this, form, events);
+    const auto step = Take("dialog", form.caption);
+    if (!step) return platform::kIdCancel;
+    EXPECT_EQ(step->text, form.caption);
+    step->person(window);
+    EXPECT_NE(window.result, 0) << form.caption << " was left open";
+    return window.result;
+}
+
+int ScriptedPlatform::TrackMenu(const platform::Menu& menu, platform::Point screen) {
+    lastMenu = menu;
+    lastMenuAt = screen;
+    const auto step = Take("menu", menu.empty() ? "" : menu.front().text);
+    if (!step) return 0;
+    if (!step->texts.empty()) {
+        std::vector<std::string> texts;
+        for (const auto& item : menu)
+            texts.push_back(item.kind == platform::MenuItem::Kind::Separator ? "-" : item.text);
+        EXPECT_EQ(texts, step->texts);
+    }
+    if (step->choice) {
+        const platform::MenuItem* item = platform::FindEntry(menu, step->choice);
+        EXPECT_TRUE(item && item->enabled) << "no usable entry " << step->choice;
+    }
+    return step->choice;
+}
+
+int ScriptedPlatform::GetProfileInt(const std::string& section, const std::string& key,
+                                    int absent) {
+    auto found = settings.find({section, key});
+    return found == settings.end() ? absent : std::stoi(found->second);
+}
+
+std::string ScriptedPlatform::GetProfileString(const std::string& section, const std::string& key,
+                                               const std::string& absent) {
+    auto found = settings.find({section, key});
+    return found == settings.end() ? absent : found->second;
+}
+
+void ScriptedPlatform::WriteProfileInt(const std::string& section, const std::string& key,
+                                       int value) {
+    settings[{section, key}] = std::to_string(value);
+}
+
+void ScriptedPlatform::WriteProfileString(const std::string& section, const std::string& key,
+                                          const std::string& value) {
+    settings[{section, key}] = value;
+}
+
+std::unique_ptr<platform::Frame> ScriptedPlatform::CreateFrame(platform::FrameEvents& events) {
+    auto made = std::make_unique<ScriptedFrame>(*this, events);
+    frame = made.get();
+    return made;
+}

@@ -1,0 +1,195 @@
+// The second backend of the platform layer: no window system, but a script that answers.
+//
+// A test writes down beforehand what it expects the editor to ask and what a person would
+// answer, in order. Something asked that the script does not name next fails the test and is
+// answered with Cancel; what the script still names at the end fails it as well.
+#pragma once
+
+#include "platform/platform.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+class ScriptedPlatform;
+
+class ScriptedWindow final : public platform::Window {
+public:
+    ScriptedWindow(ScriptedPlatform& owner, platform::WindowEvents* listener, platform::Size inside)
+        : script(owner), events(listener), size(inside) {}
+
+    platform::Size ClientSize() const override { return size; }
+    void Invalidate() override { ++invalidated; }
+    void SetCapture() override { captured = true; }
+    void ReleaseCapture() override { captured = false; }
+    platform::Point ClientToScreen(platform::Point at) const override {
+        return {at.x + kScreenOffset, at.y + kScreenOffset};
+    }
+    void SetFocus() override { focused = true; }
+    void ShowPicture(const platform::Rows8& picture, platform::Size shownAs) override;
+    int TrackPopupMenu(const platform::Menu& menu, platform::Point screen) override;
+
+    /// Repaints at once and keeps what is shown.
+    void Paint();
+    int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
+
+    static constexpr int kScreenOffset = 1000;
+
+    ScriptedPlatform& script;
+    platform::WindowEvents* events;
+    platform::Size size;
+    int invalidated = 0;
+    bool captured = false;
+    bool focused = false;
+    // The last picture shown: its own size, and the size on the screen.
+    std::vector<unsigned char> pixels;
+    int w = 0, h = 0;
+    platform::Size shown;
+};
+
+class ScriptedForm final : public platform::FormWindow {
+public:
+    ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
+                 platform::FormEvents& listener);
+
+    void SetText(int id, const std::string& text) override;
+    std::string GetText(int id) const override;
+    void SetCheck(int id, bool on) override;
+    bool IsChecked(int id) const override;
+    void SetValue(int id, int value) override;
+    int GetValue(int id) const override;
+    void Enable(int id, bool on) override;
+    void SetFocus(int id) override { focus = id; }
+    platform::Window* Picture(int id) override;
+    platform::Size ClientSize() const override { return {layout.w, layout.h}; }
+    void Invalidate() override { events.OnFormPaint(*this); }
+    void EndDialog(int value) override { result = value; }
+
+    /// What a person does. On a control that is disabled or not there it fails the test.
+    void Click(int id);
+    void Type(int id, const std::string& text);
+    void Slide(int id, int value);
+
+    const platform::Form& layout;
+    platform::FormEvents& events;
+    int focus = 0;
+    int result = 0;
+
+private:
+    struct State {
+        const platform::Control* control = nullptr;
+        std::string text;
+        bool checked = false;
+        bool enabled = true;
+        int value = 0;
+    };
+    State* Find(int id);
+    State* Usable(int id);
+
+    std::map<int, State> controls;
+    std::map<int, std::unique_ptr<ScriptedWindow>> pictures;
+};
+
+class ScriptedFrame final : public platform::Frame {
+public:
+    ScriptedFrame(ScriptedPlatform& owner, platform::FrameEvents& listener)
+        : script(owner), events(listener) {}
+
+    void SetCaption(const std::string& text) override { caption = text; }
+    void SetMenuBar(const platform::Menu& menu) override { bar = menu; }
+    void CheckMenuItem(int command, bool checked) override;
+    void SetIdleMessage(const std::string& text) override { idle = text; }
+    void ShowStatusBar(bool on) override { statusBar = on; }
+    bool IsStatusBarShown() const override { return statusBar; }
+    platform::Size ClientSize() const override { return {1024, 768}; }
+    platform::Window* CreatePane(platform::Pane pane, platform::WindowEvents& listener) override;
+    platform::FormWindow* CreateFormPane(platform::Pane pane, const platform::Form& form,
+                                         platform::FormEvents& listener) override;
+    void SetLeftWidth(int value) override { leftWidth = value; }
+    void SetLowerHeight(int value) override { lowerHeight = value; }
+    platform::Size PaneSize(platform::Pane pane) const override;
+    void InvalidateAll() override;
+    void SetHomeFocus(platform::Window* window) override { home = window; }
+    void Show() override { shown = true; }
+    void Close() override { closed = events.OnClose(); }
+
+    /// Chooses an entry of the menu bar; one that is missing or disabled fails the test.
+    void Choose(int command);
+    ScriptedWindow& Edit() { return *panes.at(platform::Pane::Upper); }
+    ScriptedWindow& List() { return *panes.at(platform::Pane::Left); }
+
+    ScriptedPlatform& script;
+    platform::FrameEvents& events;
+    std::string caption, idle;
+    platform::Menu bar;
+    bool statusBar = false, shown = false, closed = false;
+    int leftWidth = 0, lowerHeight = 0;
+    platform::Window* home = nullptr;
+    std::map<platform::Pane, std::unique_ptr<ScriptedWindow>> panes;
+    std::unique_ptr<ScriptedForm> panel;
+};
+
+class ScriptedPlatform final : public platform::Platform {
+public:
+    ScriptedPlatform() { vPlatform = this; }
+    ~ScriptedPlatform() override;
+
+    // --- the script ---
+    void ExpectMessage(const std::string& text, bool answer = true);
+    void ExpectOpenDialog(std::optional<std::string> answer);
+    void ExpectSaveDialog(std::optional<std::string> answer);
+    /// `texts` are the texts of the menu's own entries, separators as "-"; empty leaves them
+    /// unlooked at. `choice` is what TrackPopupMenu gives.
+    void ExpectMenu(std::vector<std::string> texts, int choice);
+    void ExpectDialog(const std::string& caption, std::function<void(ScriptedForm&)> person);
+
+    /// Carries out what was posted.
+    void Pump();
+
+    // --- platform::Platform ---
+    bool MessageBox(const std::string& text, const std::string& caption, platform::Buttons buttons,
+                    platform::Icon icon) override;
+    std::optional<std::string> OpenFileDialog(const platform::FileDialog& dialog) override;
+    std::optional<std::string> SaveFileDialog(const platform::FileDialog& dialog) override;
+    int RunDialog(const platform::Form& form, platform::FormEvents& events) override;
+    int GetProfileInt(const std::string& section, const std::string& key, int absent) override;
+    std::string GetProfileString(const std::string& section, const std::string& key,
+                                 const std::string& absent) override;
+    void WriteProfileInt(const std::string& section, const std::string& key, int value) override;
+    void WriteProfileString(const std::string& section, const std::string& key,
+                            const std::string& value) override;
+    void SetPalette(const std::array<std::uint32_t, 256>& colours) override { palette = colours; }
+    std::unique_ptr<platform::Frame> CreateFrame(platform::FrameEvents& events) override;
+    void PostCommand(int command) override { posted.push_back(command); }
+    int Run() override { return 0; }
+
+    int TrackMenu(const platform::Menu& menu, platform::Point screen);
+
+    ScriptedFrame* frame = nullptr;
+    platform::Point lastMenuAt;
+    platform::Menu lastMenu;
+    platform::FileDialog lastFileDialog;
+    std::string lastCaption;
+    std::array<std::uint32_t, 256> palette{};
+
+private:
+    struct Step {
+        std::string kind;  ///< "message", "open", "save", "menu" or "dialog"
+        std::string text;
+        bool ok = true;
+        std::optional<std::string> path;
+        std::vector<std::string> texts;
+        int choice = 0;
+        std::function<void(ScriptedForm&)> person;
+    };
+    std::optional<Step> Take(const std::string& kind, const std::string& what);
+
+    std::deque<Step> steps;
+    std::deque<int> posted;
+    std::map<std::pair<std::string, std::string>, std::string> settings;
+};
