@@ -1,0 +1,8 @@
+// The game archive that a new document starts with.
+#pragma once
+
+#include "library-src/glyph_source.h"
+
+// One board of the size of the screen at 640 by 480, with a ring of border tiles around black,
+// and the given sheet. False when the file cannot be written.
+bool WriteNewGame(const std::filesystem::path& file, const Sheet& sheet);

@@ -1,0 +1,284 @@
+// The files of the Library folder as they were built: the sheet, the palette and the new game.
+
+#include "engine/allegro_api.h"
+#include "library-src/glyph_source.h"
+#include "library-src/palette_source.h"
+
+#include <gtest/gtest.h>
+
+#include <minizip/unzip.h>
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <set>
+#include <sstream>
+
+namespace {
+
+constexpr int kFullBlock = 219;
+
+// The built datafile, and the sources that it was built from.
+class Library : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        install_allegro(SYSTEM_NONE, &errno, nullptr);
+        set_color_depth(8);
+        objects = load_datafile("Library/default.dat");
+        Problems problems;
+        ramps = ReadPalette(LIBRARY_SOURCES "/palette.txt", problems).ramps;
+    }
+    static void TearDownTestSuite() {
+        unload_datafile(objects);
+        objects = nullptr;
+    }
+    void SetUp() override { ASSERT_NE(objects, nullptr); }
+
+    static BITMAP* Sheet() { return static_cast<BITMAP*>(objects[0].dat); }
+    static const RGB& Color(int c) { return static_cast<const RGB*>(objects[1].dat)[c]; }
+
+    static bool Set(int glyph, int x, int y) {
+        return getpixel(Sheet(), glyph % 16 * 8 + x, glyph / 16 * 8 + y) != 0;
+    }
+    // The glyph as 64 characters, row after row.
+    static std::string Look(int glyph) {
+        std::string look;
+        for (int i = 0; i < 64; ++i) look += Set(glyph, i % 8, i / 8) ? '#' : '.';
+        return look;
+    }
+    // How far apart two colours look: black and white are 765 apart.
+    static double Distance(int a, int b) {
+        auto part = [](int weight, int x, int y) {
+            double d = (x - y) * 255.0 / 63.0;
+            return weight * d * d;
+        };
+        return std::sqrt(part(2, Color(a).r, Color(b).r) + part(4, Color(a).g, Color(b).g) +
+                         part(3, Color(a).b, Color(b).b));
+    }
+    static int Luminance(int c) { return 2 * Color(c).r + 4 * Color(c).g + Color(c).b; }
+
+    inline static DATAFILE* objects = nullptr;
+    inline static std::vector<Ramp> ramps;
+};
+
+TEST_F(Library, DatafileHoldsASheetAndAPalette) {
+    ASSERT_EQ(objects[0].type, DAT_BITMAP);
+    ASSERT_EQ(objects[1].type, DAT_PALETTE);
+    EXPECT_EQ(objects[2].type, DAT_END);
+    EXPECT_STREQ(get_datafile_property(&objects[0], DAT_NAME), "SHEET");
+    EXPECT_EQ(Sheet()->w, 128);
+    EXPECT_EQ(Sheet()->h, 128);
+    EXPECT_EQ(bitmap_color_depth(Sheet()), 8);
+    for (int c = 0; c < 256; ++c) {
+        EXPECT_LE(std::max({Color(c).r, Color(c).g, Color(c).b}), 63) << c;
+    }
+}
+
+TEST_F(Library, SheetIsAsDrawn) {
+    Problems problems;
+    Glyphs drawn = ReadGlyphs(LIBRARY_SOURCES "/glyphs", problems);
+    ASSERT_TRUE(problems.Empty());
+    for (int y = 0; y < 128; ++y) {
+        for (int x = 0; x < 128; ++x) {
+            int glyph = y / 8 * 16 + x / 8;
+            ASSERT_EQ(getpixel(Sheet(), x, y), GlyphPixel(drawn.sheet, glyph, x % 8, y % 8))
+                << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(Library, EveryGlyphIsAPictureOfItsOwn) {
+    std::set<std::string> seen;
+    for (int n = 0; n < 256; ++n) {
+        bool blank = n == 0 || n == ' ' || n == 255;
+        EXPECT_EQ(Look(n) == std::string(64, '.'), blank) << n;
+        if (!blank) {
+            EXPECT_TRUE(seen.insert(Look(n)).second) << n << " looks like another";
+        }
+    }
+}
+
+TEST_F(Library, LettersDoNotTouch) {
+    const std::string descenders = "gjpqyQ,;_";
+    for (int c = '!'; c <= '~'; ++c) {
+        for (int i = 0; i < 8; ++i) {
+            if (c != '_') {
+                EXPECT_FALSE(Set(c, 7, i)) << static_cast<char>(c);
+            }
+            if (descenders.find(static_cast<char>(c)) == std::string::npos) {
+                EXPECT_FALSE(Set(c, i, 7)) << static_cast<char>(c);
+            }
+        }
+    }
+}
+
+TEST_F(Library, ShadesAreEvenAndBlocksAreWhole) {
+    for (int shade = 1; shade <= 3; ++shade) {
+        for (int i = 0; i < 64; ++i) {
+            // Eight pixels side by side, also over the edges to the same tile again.
+            int count = 0;
+            for (int k = 0; k < 8; ++k) {
+                count += Set(175 + shade, (i + k % 4) % 8, (i / 8 + k / 4) % 8);
+            }
+            EXPECT_EQ(count, 2 * shade) << "at " << i << " of shade " << shade;
+        }
+    }
+    EXPECT_EQ(Look(kFullBlock), std::string(64, '#'));
+    EXPECT_EQ(Look(kFullBlock + 1), std::string(32, '.') + std::string(32, '#'));
+}
+
+// The lines of 179 to 218 towards up, right, down and left: 0 none, 1 single, 2 double.
+const char* const kBoxLines[] = {"1010", "1011", "1012", "2021", "0021", "0012", "2022", "2020",
+                                 "0022", "2002", "2001", "1002", "0011", "1100", "1101", "0111",
+                                 "1110", "0101", "1111", "1210", "2120", "2200", "0220", "2202",
+                                 "0222", "2220", "0202", "2222", "1202", "2101", "0212", "0121",
+                                 "2100", "1200", "0210", "0120", "2121", "1212", "1001", "0110"};
+
+TEST_F(Library, BoxLinesMeetAtTheEdgesOfTheCell) {
+    const std::string edges[] = {"........", "...##...", ".##..##."};
+    int n = 179;
+    for (const char* lines : kBoxLines) {
+        std::string up, right, down, left;
+        for (int i = 0; i < 8; ++i) {
+            up += Set(n, i, 0) ? '#' : '.';
+            right += Set(n, 7, i) ? '#' : '.';
+            down += Set(n, i, 7) ? '#' : '.';
+            left += Set(n, 0, i) ? '#' : '.';
+        }
+        EXPECT_EQ(up, edges[lines[0] - '0']) << n;
+        EXPECT_EQ(right, edges[lines[1] - '0']) << n;
+        EXPECT_EQ(down, edges[lines[2] - '0']) << n;
+        EXPECT_EQ(left, edges[lines[3] - '0']) << n;
+        ++n;
+    }
+    EXPECT_EQ(n, kFullBlock);
+}
+
+TEST_F(Library, FirstColoursAreInTheOrderOfTextMode) {
+    for (int c = 1; c < 16; ++c) {
+        // Bits 0 to 2 are blue, green and red; a part that is on outshines one that is off.
+        int parts[] = {Color(c).b, Color(c).g, Color(c).r};
+        for (int on = 0; on < 3; ++on) {
+            for (int off = 0; off < 3; ++off) {
+                if ((c >> on & 1) && !(c >> off & 1)) {
+                    EXPECT_GT(parts[on], parts[off]) << c;
+                }
+            }
+        }
+        if (c > 8) {
+            EXPECT_GT(Luminance(c), Luminance(c - 8)) << c;
+        }
+    }
+    EXPECT_EQ(Distance(0, 255), 0) << "0 shows as black";
+    EXPECT_EQ(Luminance(255), 0);
+    EXPECT_EQ(Luminance(15), 7 * 63);
+}
+
+TEST_F(Library, RampsGoEvenlyFromDarkToLight) {
+    constexpr double kLargestStep = 60;
+    constexpr double kLargestStepOfShortRamp = 90;
+    int next = 16;
+    for (const Ramp& ramp : ramps) {
+        EXPECT_EQ(ramp.first, next) << ramp.name;
+        next = ramp.first + ramp.count;
+        for (int c = ramp.first; c < next - 1; ++c) {
+            EXPECT_GT(Luminance(c + 1), Luminance(c)) << ramp.name << ", " << c;
+            double limit = ramp.count < 16 ? kLargestStepOfShortRamp : kLargestStep;
+            EXPECT_LT(Distance(c, c + 1), limit) << ramp.name << ", " << c;
+        }
+    }
+    EXPECT_EQ(next, 255);
+}
+
+TEST_F(Library, MarksShowOnEveryColour) {
+    constexpr double kSmallest = 100;
+    // The last is where the two marks lie over each other.
+    for (int mark : {15, 32, 15 ^ 32}) {
+        int worst = 0;
+        for (int c = 0; c < 256; ++c) {
+            if (Distance(c, c ^ mark) < Distance(worst, worst ^ mark)) worst = c;
+        }
+        std::string pair = std::to_string(worst) + " and " + std::to_string(worst ^ mark);
+        EXPECT_GE(Distance(worst, worst ^ mark), kSmallest) << pair;
+        RecordProperty("closest_under_" + std::to_string(mark), pair);
+    }
+}
+
+// The entries of the new game in their order, each with its contents.
+class NewGame : public Library {
+protected:
+    NewGame() {
+        unzFile zip = unzOpen("Library/default.zqlt");
+        for (int at = unzGoToFirstFile(zip); at == UNZ_OK; at = unzGoToNextFile(zip)) {
+            char name[64];
+            unz_file_info info;
+            unzGetCurrentFileInfo(zip, &info, name, sizeof name, nullptr, 0, nullptr, 0);
+            names.push_back(name);
+            infos.push_back(info);
+            std::string contents(info.uncompressed_size, '\0');
+            unzOpenCurrentFile(zip);
+            unzReadCurrentFile(zip, contents.data(), static_cast<unsigned>(contents.size()));
+            EXPECT_EQ(unzCloseCurrentFile(zip), UNZ_OK) << name << " is damaged";
+            entries.push_back(contents);
+        }
+        unzClose(zip);
+    }
+    void SetUp() override {
+        ASSERT_EQ(names, (std::vector<std::string>{"font.hdr", "font.raw", "game.qlt", "res.dat"}));
+    }
+
+    std::vector<std::string> names, entries;
+    std::vector<unz_file_info> infos;
+};
+
+TEST_F(NewGame, EntriesAreStoredAsTheEditorStoresThem) {
+    for (const unz_file_info& info : infos) {
+        EXPECT_EQ(info.compression_method, 8u);
+        EXPECT_EQ(info.external_fa, 32u);
+        EXPECT_EQ(info.size_file_extra + info.size_file_comment, 0u);
+    }
+    EXPECT_EQ(entries[0], "128 128 2\r\n");
+    EXPECT_EQ(entries[3], "1 1");
+}
+
+TEST_F(NewGame, FontIsThatOfTheDatafile) {
+    std::string pixels;
+    for (int i = 0; i < 128 * 128; ++i) {
+        pixels += std::to_string(getpixel(Sheet(), i % 128, i / 128)) + " ";
+    }
+    EXPECT_EQ(entries[1], pixels);
+}
+
+TEST_F(NewGame, WorldIsOneBoardWithABorder) {
+    std::vector<std::string> lines;
+    std::istringstream text(entries[2]);
+    for (std::string line; std::getline(text, line);) {
+        ASSERT_TRUE(line.ends_with('\r')) << line;
+        line.pop_back();
+        lines.push_back(line);
+    }
+    ASSERT_EQ(lines.size(), 9u);
+    std::string tiles = lines[5];
+    lines.erase(lines.begin() + 5);
+    EXPECT_EQ(lines, (std::vector<std::string>{"~endvars", "~endimports", "~ob Board1 0",
+                                               "0 0 80 60", "0 0 80 60", "~pb", "~pe", "~oe"}));
+
+    std::vector<std::string> cells;
+    std::istringstream in(tiles);
+    for (int length; in >> length;) {
+        ASSERT_LT(length, -1) << "no tile stands alone on this board";
+        int chr, fg, bg, attrib;
+        ASSERT_TRUE(in >> chr >> fg >> bg >> attrib);
+        std::ostringstream tile;
+        tile << chr << ' ' << fg << ' ' << bg << ' ' << attrib;
+        EXPECT_TRUE(cells.empty() || cells.back() != tile.str()) << "one run in two";
+        cells.insert(cells.end(), static_cast<size_t>(-length), tile.str());
+    }
+    EXPECT_NE(tiles.back(), ' ');
+    ASSERT_EQ(cells.size(), 4800u);
+    for (int i = 0; i < 4800; ++i) {
+        bool edge = i < 80 || i >= 4720 || i % 80 == 0 || i % 80 == 79;
+        ASSERT_EQ(cells[static_cast<size_t>(i)], edge ? "176 16 32 1" : "0 255 255 0") << i;
+    }
+}
+
+}  // namespace

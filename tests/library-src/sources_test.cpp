@@ -1,0 +1,139 @@
+// What the generator makes of its sources, and what it says about their faults.
+
+#include "library-src/glyph_source.h"
+#include "library-src/new_game.h"
+#include "library-src/palette_source.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <iterator>
+#include <random>
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A folder for one test. What stands in it goes with it.
+class SourceFolder : public testing::Test {
+protected:
+    SourceFolder() : folder(fs::path(testing::TempDir()) / Name()) { fs::create_directory(folder); }
+    ~SourceFolder() override { fs::remove_all(folder); }
+
+    fs::path Write(const std::string& name, const std::string& text) {
+        std::ofstream(folder / name) << text;
+        return folder / name;
+    }
+    static std::string Read(const fs::path& file) {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    static std::string Name() { return "quilt-library-" + std::to_string(std::random_device()()); }
+
+    fs::path folder;
+};
+
+const std::string kRow = "..####..\n";
+
+std::string Rows(int count) {
+    std::string rows;
+    for (int i = 0; i < count; ++i) rows += kRow;
+    return rows;
+}
+
+// All glyphs but the last: 2295 lines.
+std::string ManyGlyphs() {
+    std::string text;
+    for (int n = 0; n < 255; ++n) text += "glyph " + std::to_string(n) + " some\n" + Rows(8);
+    return text;
+}
+
+}  // namespace
+
+TEST_F(SourceFolder, FaultyGlyphsAreNamedWithTheirLine) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"glyph 255 last\n" + Rows(7), ":2296: glyph 255 has 7 rows, not 8"},
+        {"glyph 255 last\n" + Rows(9), ":2296: glyph 255 has 9 rows, not 8"},
+        {"glyph 255 last\n" + Rows(4) + "\n" + Rows(4), ":2296: glyph 255 has 4 rows, not 8"},
+        {"glyph 255 last\n" + Rows(7) + "..####...\n", ":2304: a row of 9 pixels, not 8"},
+        {"glyph 255 last\n" + Rows(7) + "..####r.\n", ":2304: pixel r has no value"},
+        {"glyph 254 twice\n" + Rows(8), ":2296: glyph 254 has been drawn before"},
+        {"glyph 256 out\n" + Rows(8), ":2296: glyph 256 is no number from 0 to 255"},
+        {"glyph 2x5 out\n" + Rows(8), ":2296: glyph 2x5 is no number from 0 to 255"},
+        {"glyph 255\n" + Rows(8), ":2296: a glyph has a number and a name"},
+        {"pixel r 256\n", ":2296: pixel value 256 is no number from 1 to 255"},
+        {"pixel . 3\n", ":2296: a pixel has a letter and a value"},
+        {"\n" + Rows(1), ":2297: a row of pixels outside a glyph"},
+        {"", ": glyphs missing: 255"},
+    };
+    for (auto& [text, expected] : cases) {
+        Write("glyphs.txt", ManyGlyphs() + text);
+        Problems problems;
+        ReadGlyphs(folder, problems);
+        EXPECT_THAT(problems.List(), Contains(EndsWith(expected))) << text;
+    }
+}
+
+TEST_F(SourceFolder, GlyphsMayStandInAnyOrderAndFile) {
+    Write("many.txt", ManyGlyphs());
+    Write("one.txt", "; the last\r\npixel r 12\r\n\r\nglyph 255 last of all\r\n" +
+                         std::string("r......#\r\n") + Rows(7));
+    Problems problems;
+    Glyphs glyphs = ReadGlyphs(folder, problems);
+    EXPECT_THAT(problems.List(), ElementsAre());
+    EXPECT_EQ(glyphs.names[255], "last of all");
+    EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 0, 0), 12);
+    EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 7, 0), 15);
+    EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 1, 0), 0);
+}
+
+TEST_F(SourceFolder, FaultyColoursAreNamedWithTheirLine) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"color 255 end 0 0 256", ":2: part of a colour 256 is no number from 0 to 255"},
+        {"color 255 end 0 -1 0", ":2: part of a colour -1 is no number from 0 to 255"},
+        {"color 256 end 0 0 0", ":2: colour 256 is no number from 0 to 255"},
+        {"color 254 end 0 0 0", ":2: colour 254 has been given before"},
+        {"color 255 0 0 0", ":2: a color has a number, a name and three parts"},
+        {"ramp 250 9 long 0 0 0 9 9 9", ":2: count 9 is no number from 2 to 6"},
+        {"ramp 250 2 odd 0 0 0 9 9",
+         ":2: a ramp has a first number, a count, a name and two or more colours"},
+        {"colour 255 end 0 0 0", ":2: colour is neither color nor ramp"},
+        {"", ": colours missing: 255"},
+    };
+    for (auto& [text, expected] : cases) {
+        Problems problems;
+        ReadPalette(Write("palette.txt", "ramp 0 255 grey 0 0 0 255 255 255\n" + text), problems);
+        EXPECT_THAT(problems.List(), Contains(EndsWith("palette.txt" + expected))) << text;
+    }
+    Problems problems;
+    ReadPalette(folder / "none.txt", problems);
+    EXPECT_THAT(problems.List(), Contains(HasSubstr("none.txt: cannot be read")));
+}
+
+TEST_F(SourceFolder, ARampPassesThroughItsColours) {
+    Problems problems;
+    Palette palette = ReadPalette(
+        Write("palette.txt", "ramp 0 5 run 0 0 255 255 0 0 255 255 0\nramp 5 251 rest 0 0 0 8 8 8"),
+        problems);
+    EXPECT_THAT(problems.List(), ElementsAre());
+    const int expected[5][3] = {{0, 0, 63}, {32, 0, 32}, {63, 0, 0}, {63, 32, 0}, {63, 63, 0}};
+    for (size_t i = 0; i < 5; ++i) {
+        EXPECT_EQ(palette.colors[i].red, expected[i][0]) << i;
+        EXPECT_EQ(palette.colors[i].green, expected[i][1]) << i;
+        EXPECT_EQ(palette.colors[i].blue, expected[i][2]) << i;
+    }
+}
+
+TEST_F(SourceFolder, NewGameIsTheSameWheneverItIsBuilt) {
+    // The built file, made on another day, against one of now.
+    Problems problems;
+    Glyphs glyphs = ReadGlyphs(LIBRARY_SOURCES "/glyphs", problems);
+    ASSERT_TRUE(WriteNewGame(folder / "new.zqlt", glyphs.sheet));
+    EXPECT_EQ(Read(folder / "new.zqlt"), Read("Library/default.zqlt"));
+    EXPECT_FALSE(WriteNewGame(folder / "missing" / "new.zqlt", glyphs.sheet));
+}
