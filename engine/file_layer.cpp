@@ -1,0 +1,140 @@
+#include "engine/file_layer.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <fstream>
+#include <limits>
+
+namespace {
+
+FileLayer vSystemFiles;
+
+// The call again as long as a signal cuts it short.
+template <typename Call>
+auto Again(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
+int ErrorOf(long result) { return result < 0 ? errno : 0; }
+
+int OpenWith(const std::string& path, int flags, unsigned mode, int& file) {
+    file = Again([&] { return open(path.c_str(), flags | O_CLOEXEC, mode); });
+    return ErrorOf(file);
+}
+
+// The number in a file that holds one, or a very large one.
+std::int64_t NumberIn(const char* path) {
+    std::ifstream in(path);
+    std::int64_t number = 0;
+    return in >> number ? number : std::numeric_limits<std::int64_t>::max();
+}
+
+std::int64_t AvailableOfMachine() {
+    std::ifstream in("/proc/meminfo");
+    std::string key;
+    std::int64_t kilobytes = 0;
+    while (in >> key >> kilobytes) {
+        if (key == "MemAvailable:") return kilobytes * 1024;
+        in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+    }
+    return std::numeric_limits<std::int64_t>::max();
+}
+
+}  // namespace
+
+FileLayer* vFiles = &vSystemFiles;
+
+int FileLayer::ReadLink(const std::string& path, std::string& target) {
+    char text[PATH_MAX];
+    const ssize_t size = readlink(path.c_str(), text, sizeof text);
+    target.clear();
+    if (size < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
+    if (size == static_cast<ssize_t>(sizeof text)) return ENAMETOOLONG;
+    target.assign(text, static_cast<std::size_t>(size));
+    return 0;
+}
+
+int FileLayer::Look(const std::string& path, Status& status) {
+    struct stat found;
+    status = Status();
+    if (stat(path.c_str(), &found) < 0) return errno == ENOENT ? 0 : errno;
+    status.exists = true;
+    status.regular = S_ISREG(found.st_mode);
+    status.writable = access(path.c_str(), W_OK) == 0;
+    status.mode = found.st_mode & 07777;
+    status.owner = found.st_uid;
+    status.group = found.st_gid;
+    return 0;
+}
+
+int FileLayer::Create(const std::string& path, unsigned mode, int& file) {
+    return OpenWith(path, O_WRONLY | O_CREAT | O_EXCL, mode, file);
+}
+
+int FileLayer::Open(const std::string& path, int& file) {
+    return OpenWith(path, O_RDONLY, 0, file);
+}
+
+int FileLayer::OpenFolder(const std::string& path, int& file) {
+    return OpenWith(path, O_RDONLY | O_DIRECTORY, 0, file);
+}
+
+int FileLayer::SetMode(int file, const Status& like) {
+    struct stat own;
+    if (fstat(file, &own) < 0) return errno;
+    if (own.st_uid != like.owner || own.st_gid != like.group) {
+        // Only the superuser may give files away; the group alone may still be ours to set.
+        if (fchown(file, like.owner, like.group) < 0 &&
+            fchown(file, static_cast<uid_t>(-1), like.group) < 0 && errno != EPERM)
+            return errno;
+    }
+    return ErrorOf(fchmod(file, like.mode));
+}
+
+int FileLayer::Write(int file, const char* data, std::size_t count) {
+    while (count > 0) {
+        const ssize_t n = Again([&] { return write(file, data, count); });
+        if (n < 0) return errno;
+        data += n;
+        count -= static_cast<std::size_t>(n);
+    }
+    return 0;
+}
+
+int FileLayer::Read(int file, char* data, std::size_t count, std::size_t& got) {
+    const ssize_t n = Again([&] { return read(file, data, count); });
+    got = n < 0 ? 0 : static_cast<std::size_t>(n);
+    return ErrorOf(n);
+}
+
+int FileLayer::Sync(int file) {
+    return ErrorOf(Again([&] { return fsync(file); }));
+}
+
+// Not tried again: after an interrupted close the number may already be another file's.
+int FileLayer::Close(int file) {
+    const int error = ErrorOf(close(file));
+    return error == EINTR ? 0 : error;
+}
+
+int FileLayer::Rename(const std::string& from, const std::string& to) {
+    return ErrorOf(std::rename(from.c_str(), to.c_str()));
+}
+
+int FileLayer::Remove(const std::string& path) { return ErrorOf(unlink(path.c_str())); }
+
+std::int64_t AvailableMemory() {
+    std::int64_t available = AvailableOfMachine();
+    const std::int64_t limit = NumberIn("/sys/fs/cgroup/memory.max");
+    if (limit != std::numeric_limits<std::int64_t>::max())
+        available = std::min(available, limit - NumberIn("/sys/fs/cgroup/memory.current"));
+    return std::max<std::int64_t>(available, 0);
+}

@@ -1,0 +1,53 @@
+// The few operations on files that a save stands on, so that a test can refuse any of them.
+//
+// Each gives 0 or an errno value. The system's own are the default; this is the one place of
+// the engine that calls them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+class FileLayer {
+public:
+    /// What stands at a path, links followed.
+    struct Status {
+        bool exists = false;
+        bool regular = false;
+        bool writable = false;  ///< for this user
+        unsigned mode = 0;      ///< permission bits
+        unsigned owner = 0;
+        unsigned group = 0;
+    };
+
+    FileLayer() = default;
+    FileLayer(const FileLayer&) = delete;
+    FileLayer& operator=(const FileLayer&) = delete;
+    virtual ~FileLayer() = default;
+
+    /// The target of a symbolic link, or an empty text when there is no link at that path.
+    virtual int ReadLink(const std::string& path, std::string& target);
+    virtual int Look(const std::string& path, Status& status);
+    /// A new file for writing; EEXIST when the name is taken.
+    virtual int Create(const std::string& path, unsigned mode, int& file);
+    virtual int Open(const std::string& path, int& file);
+    virtual int OpenFolder(const std::string& path, int& file);
+    /// Permissions as told, and owner and group as far as this user may set them.
+    virtual int SetMode(int file, const Status& like);
+    /// All of it.
+    virtual int Write(int file, const char* data, std::size_t count);
+    /// Up to `count` bytes; `got` 0 at the end.
+    virtual int Read(int file, char* data, std::size_t count, std::size_t& got);
+    /// Returns when the disk has it.
+    virtual int Sync(int file);
+    virtual int Close(int file);
+    virtual int Rename(const std::string& from, const std::string& to);
+    virtual int Remove(const std::string& path);
+};
+
+/// Never null; a test may put its own in place for a while.
+extern FileLayer* vFiles;
+
+/// Bytes of memory that can be had before the machine, or the group of processes that this one
+/// is counted with, runs out; a very large number when that is not known.
+std::int64_t AvailableMemory();

@@ -1,0 +1,351 @@
+#include "engine/game_archive.h"
+
+#include "engine/dinterface.h"
+#include "engine/file_layer.h"
+#include "engine/replace_file.h"
+#include "engine/report.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <new>
+
+namespace {
+
+constexpr const char* kHeaderEntry = "font.hdr";
+constexpr const char* kSheetEntry = "font.raw";
+constexpr const char* kTextEntry = "game.qlt";
+constexpr const char* kSettingsEntry = "res.dat";
+constexpr const char* kNewGame = "Library/default.zqlt";
+constexpr std::int32_t kNumbersFormat = 2;
+constexpr int kMaxColor = 255;
+
+using Status = TextScanner::Status;
+
+std::string FileNameOf(const std::string& path) {
+    return std::filesystem::path(path).filename().string();
+}
+
+std::string OwnTextEntry(const std::string& fileName) {
+    return std::filesystem::path(fileName).filename().replace_extension(".qlt").string();
+}
+
+// --- reading -----------------------------------------------------------------------------------
+
+class GameReader {
+public:
+    GameReader(ZipReader& from, Game& to, GameFault& why) : archive(from), game(to), fault(why) {}
+
+    bool Read(const std::string& fileName, const IdSource& ids, TextRemarks* remarks) {
+        std::string text = OwnTextEntry(fileName);
+        if (!Has(text)) text = kTextEntry;
+        game.hasText = Has(text);
+        game.root.name = kRootName;
+        // A text without a font is no game; an archive with neither leaves the font alone.
+        if ((game.hasText || Has(kHeaderEntry)) && !ReadFont()) return false;
+        if (game.hasText && !ReadText(text, ids, remarks)) return false;
+        return !Has(kSettingsEntry) || ReadSettings();
+    }
+
+private:
+    bool Has(const std::string& name) {
+        const bool has = archive.OpenEntry(name);
+        const bool damaged = archive.Damaged();
+        if (has) archive.CloseEntry();
+        return has || damaged;
+    }
+
+    bool Fail(const std::string& entry, const std::string& why, int line = 0) {
+        fault.text = entry + (line > 0 ? ", line " + std::to_string(line) : "") + ": " + why;
+        fault.line = line;
+        return false;
+    }
+
+    bool Open(ZipEntryInStream& in, const char* name, std::ios::openmode mode = std::ios::in) {
+        in.open(archive, name, mode);
+        if (in) return true;
+        return Fail(name,
+                    archive.Damaged() ? "the entry cannot be unpacked" : "there is no such entry");
+    }
+
+    // What is wrong with the packed data matters more than what it did to the contents.
+    bool Finish(ZipEntryInStream& in, const std::string& entry, bool good) {
+        if (good) Drain(in);
+        const bool unpacked = !archive.Damaged();
+        in.close();
+        if (unpacked && !archive.Damaged()) return good;
+        return Fail(entry, "the data are damaged");
+    }
+
+    // To the end, where the checksum is compared.
+    static void Drain(ZipEntryInStream& in) {
+        char rest[4096];
+        while (in.rdbuf()->sgetn(rest, sizeof rest) > 0) {
+        }
+    }
+
+    bool ReadFont() {
+        ZipEntryInStream in;
+        if (!Open(in, kHeaderEntry)) return false;
+        TextScanner scanner(*in.rdbuf());
+        std::int32_t size[3] = {};
+        bool good = true;
+        for (std::int32_t& number : size) good = good && scanner.Number(number) == Status::kGood;
+        if (!good) Fail(kHeaderEntry, "three numbers are expected");
+        if (good && !IsSheetSize(size[0], size[1]))
+            good = Fail(kHeaderEntry, "a sheet of " + std::to_string(size[0]) + " by " +
+                                          std::to_string(size[1]) + " pixels cannot be");
+        if (!Finish(in, kHeaderEntry, good)) return false;
+        game.sheetFormat = size[2];
+        return ReadSheet(size[0], size[1]);
+    }
+
+    bool ReadSheet(int w, int h) {
+        game.sheet = MakeBitmap(w, h);
+        if (!game.sheet) return Fail(kSheetEntry, "there is not enough memory");
+        ZipEntryInStream in;
+        if (!Open(in, kSheetEntry, std::ios::binary)) return false;
+        const bool numbers = game.sheetFormat == kNumbersFormat;
+        bool good = true;
+        for (int y = 0; good && y < h; ++y)
+            good = numbers ? ReadNumberRow(in, y) : ReadByteRow(in, y);
+        return Finish(in, kSheetEntry, good);
+    }
+
+    bool SheetEnds(int x, int y) {
+        const int pixels = y * game.sheet->w + x;
+        return Fail(kSheetEntry, "the sheet ends after " + std::to_string(pixels) + " of " +
+                                     std::to_string(game.sheet->w * game.sheet->h) + " pixels");
+    }
+
+    bool ReadNumberRow(ZipEntryInStream& in, int y) {
+        TextScanner scanner(*in.rdbuf());
+        for (int x = 0; x < game.sheet->w; ++x) {
+            std::int32_t pixel = 0;
+            if (scanner.Number(pixel) != Status::kGood) return SheetEnds(x, y);
+            if (pixel < 0 || pixel > kMaxColor)
+                return Fail(kSheetEntry, "the pixel at " + std::to_string(x) + ", " +
+                                             std::to_string(y) +
+                                             " is no colour: " + std::to_string(pixel));
+            game.sheet->line[y][x] = static_cast<unsigned char>(pixel);
+        }
+        return true;
+    }
+
+    bool ReadByteRow(ZipEntryInStream& in, int y) {
+        std::streambuf& bytes = *in.rdbuf();
+        for (int x = 0; x < game.sheet->w; ++x) {
+            int c = bytes.sbumpc();
+            while (TextScanner::IsSpace(c)) c = bytes.sbumpc();
+            if (c == std::streambuf::traits_type::eof()) return SheetEnds(x, y);
+            game.sheet->line[y][x] = static_cast<unsigned char>(c);
+        }
+        return true;
+    }
+
+    bool ReadText(const std::string& entry, const IdSource& ids, TextRemarks* remarks) {
+        ZipEntryInStream in;
+        if (!Open(in, entry.c_str())) return false;
+        game.textEntry = entry;
+        GameTextReader reader(*in.rdbuf(), ids);
+        reader.SetRemarks(remarks);
+        const bool good = reader.ReadWorld(game.root);
+        if (!good) Fail(entry, reader.Reason(), reader.Line());
+        return Finish(in, entry, good);
+    }
+
+    bool ReadSettings() {
+        ZipEntryInStream in;
+        if (!Open(in, kSettingsEntry)) return false;
+        TextScanner scanner(*in.rdbuf());
+        std::int32_t mode = 0;
+        std::int32_t windowed = 0;
+        const bool good =
+            scanner.Number(mode) == Status::kGood && scanner.Number(windowed) == Status::kGood;
+        if (!good) Fail(kSettingsEntry, "two numbers are expected");
+        game.videoMode = mode;
+        game.windowed = windowed;
+        return Finish(in, kSettingsEntry, good);
+    }
+
+    ZipReader& archive;
+    Game& game;
+    GameFault& fault;
+};
+
+// Why a file that is no archive is none.
+std::string OpenFault(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (error || !std::filesystem::exists(status)) return "there is no such file";
+    if (!std::filesystem::is_regular_file(status)) return "it is no file";
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::string("it cannot be read: ") + std::strerror(errno);
+    if (std::filesystem::file_size(path, error) == 0) return "it is empty";
+    return "it is no game archive, or its end is missing";
+}
+
+// minizip would wait for ever on a pipe.
+bool IsFile(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
+// --- writing -----------------------------------------------------------------------------------
+
+void WriteSheet(BITMAP* sheet, std::ostream& out) {
+    // Each row as one piece: at most four characters a pixel.
+    std::string row;
+    for (int y = 0; y < sheet->h; ++y) {
+        row.clear();
+        for (int x = 0; x < sheet->w; ++x) (row += std::to_string(sheet->line[y][x])) += ' ';
+        out << row;
+    }
+}
+
+// Writes one entry by `write`; false when it did not reach the archive.
+template <typename Write>
+bool WriteEntry(ZipWriter& archive, const char* name, std::ios::openmode mode, Write write) {
+    ZipEntryOutStream out;
+    out.open(archive, name, mode);
+    write(out);
+    const bool written = out.good();
+    return out.close() && written;
+}
+
+int DepthOf(const Dobject& node) {
+    int deepest = 0;
+    for (const auto& child : node.children) deepest = std::max(deepest, DepthOf(*child));
+    return deepest + 1;
+}
+
+std::int64_t CellsOf(const Dobject& node) {
+    auto cells = static_cast<std::int64_t>(node.tiles.size());
+    for (const auto& child : node.children) cells += CellsOf(*child);
+    return cells;
+}
+
+const Dobject* FindLongLine(const Dobject& node) {
+    for (std::size_t start = 0; start < node.script.size();) {
+        const std::size_t end = std::min(node.script.find('\n', start), node.script.size());
+        if (end - start > kMaxScriptLine) return &node;
+        start = end + 1;
+    }
+    for (const auto& child : node.children)
+        if (const Dobject* found = FindLongLine(*child)) return found;
+    return nullptr;
+}
+
+// A world that no reader could read must not take the place of one that it can.
+std::string WhyUnreadable(const Dobject& root) {
+    if (const Dobject* node = FindLongLine(root))
+        return "The script of " + Quoted(node->name) + " has a line of more than " +
+               std::to_string(kMaxScriptLine) + " characters. Break the line and save again.";
+    if (DepthOf(root) - 1 > kMaxNesting)
+        return "Objects are nested more than " + std::to_string(kMaxNesting) +
+               " deep. Move some of them further up and save again.";
+    if (CellsOf(root) > kMaxWorldCells)
+        return "The world has more than " + std::to_string(kMaxWorldCells) +
+               " cells. Make some of its boards smaller and save again.";
+    return {};
+}
+
+}  // namespace
+
+bool IsSheetSize(std::int64_t w, std::int64_t h) {
+    const auto cells = [](std::int64_t pixels) { return (pixels + kTileSize - 1) / kTileSize; };
+    return w > 0 && h > 0 && cells(w) <= kMaxGlyphs && cells(h) <= kMaxGlyphs &&
+           cells(w) * cells(h) <= kMaxGlyphs;
+}
+
+bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& ids, Game& game,
+              GameFault& fault, TextRemarks* remarks) {
+    try {
+        return GameReader(archive, game, fault).Read(fileName, ids, remarks);
+    } catch (const std::bad_alloc&) {
+        fault = {"there is not enough memory", 0};
+        return false;
+    }
+}
+
+bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFault& fault,
+              TextRemarks* remarks) {
+    if (IsFile(path)) {
+        ZipReader archive(path);
+        if (archive.IsOpen()) return ReadGame(archive, FileNameOf(path), ids, game, fault, remarks);
+    }
+    fault = {OpenFault(path), 0};
+    return false;
+}
+
+ArchiveKind LookAtArchive(const std::string& path) {
+    if (!IsFile(path)) return ArchiveKind::kNone;
+    ZipReader archive(path);
+    if (!archive.IsOpen()) return ArchiveKind::kNone;
+    for (const std::string& name : {OwnTextEntry(FileNameOf(path)), std::string(kTextEntry)})
+        if (archive.OpenEntry(name) || archive.Damaged()) return ArchiveKind::kWithWorld;
+    return ArchiveKind::kWithoutWorld;
+}
+
+std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
+                        std::string& why) {
+    ZipWriter archive;
+    bool good = WriteEntry(archive, kHeaderEntry, std::ios::out, [&](std::ostream& out) {
+        out << sheet->w << ' ' << sheet->h << ' ' << kNumbersFormat << '\n';
+    });
+    good &= WriteEntry(archive, kSheetEntry, std::ios::binary,
+                       [&](std::ostream& out) { WriteSheet(sheet, out); });
+    good &= WriteEntry(archive, kTextEntry, std::ios::out,
+                       [&](std::ostream& out) { WriteWorld(root, out); });
+    good &= WriteEntry(archive, kSettingsEntry, std::ios::out,
+                       [&](std::ostream& out) { out << videoMode << ' ' << windowed; });
+    good &= archive.Close();
+    why = WhyUnreadable(root);
+    if (!good && why.empty())
+        why = "There is not enough memory to save the game. Close other programs and try again.";
+    return why.empty() ? archive.TakeBytes() : std::string();
+}
+
+bool Dinterface::New() { return Load(kNewGame); }
+
+bool Dinterface::Load(const std::string& path) {
+    Trace("Loading .. ( %s )\n", path.c_str());
+    Game game;
+    GameFault fault;
+    bool good = ReadGame(
+        path, [this] { return TakeId(); }, game, fault);
+    if (good && SurfaceBytes(game.root) > AvailableMemory()) {
+        fault.text = "the world is too large for this machine's memory";
+        good = false;
+    }
+    for (const auto& board : game.root.children) {
+        if (!good) break;
+        good = MakeSurfaces(*board);
+        if (!good) fault.text = "there is not enough memory for its boards";
+    }
+    if (!good) {
+        const std::string text = path + " could not be loaded.\n" + fault.text;
+        Fatal(text.c_str(), path.c_str(), fault.line);
+        return false;
+    }
+    if (game.sheet) vFont->TakeSheet(std::move(game.sheet));
+    vMain->EraseAll();
+    vMain->children.swap(game.root.children);
+    for (const auto& board : vMain->children) {
+        board->parent = vMain.get();
+        board->RedrawTiles();
+    }
+    videoMode = game.videoMode.value_or(videoMode);
+    windowed = game.windowed.value_or(windowed);
+    Trace("Finished Loading .. ( %s )\n", path.c_str());
+    return true;
+}
+
+bool Dinterface::Save(const std::string& path) {
+    std::string why;
+    const std::string bytes = ComposeGame(vFont->Sheet(), *vMain, videoMode, windowed, why);
+    const bool saved = !bytes.empty() && ReplaceFile(path, bytes, why);
+    if (!why.empty()) Fatal(why.c_str(), path.c_str(), 0);
+    return saved;
+}

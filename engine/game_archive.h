@@ -1,0 +1,52 @@
+// Game archives: the font sheet, the world and the video settings in one zip file.
+//
+// docs/formats.md describes the format. New, Load and Save of Dinterface stand on what is
+// here; tools that only look at a game use it directly, with no Dinterface at all.
+#pragma once
+
+#include "engine/game_text.h"
+#include "engine/zip_stream.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// What an archive holds, read and checked but not yet part of anything.
+struct Game {
+    Bitmap sheet;  ///< null only when the archive has neither a font nor a world
+    int sheetFormat = 0;
+    Dobject root;  ///< named as the root; its nodes have tiles but no surfaces
+    bool hasText = false;
+    std::string textEntry;                  ///< name of the text entry that was read
+    std::optional<std::int32_t> videoMode;  ///< absent with the settings entry
+    std::optional<std::int32_t> windowed;
+};
+
+/// Why a game could not be read: "game.qlt, line 812: the grid of ...".
+struct GameFault {
+    std::string text;
+    int line = 0;  ///< in the text entry, else 0
+};
+
+/// Reads all of an archive. `fileName` is the archive's name; one called world.zqlt may have
+/// its text in an entry world.qlt, all have it in game.qlt otherwise. False, with the fault,
+/// when it cannot be read to its end in the format. `remarks` may be null.
+bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& ids, Game& game,
+              GameFault& fault, TextRemarks* remarks = nullptr);
+/// The same from a file.
+bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFault& fault,
+              TextRemarks* remarks = nullptr);
+
+/// The bytes of the archive of a world. Collapses expanded nodes. Empty, with `why` filled, when
+/// it cannot be made or could not be read again.
+std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
+                        std::string& why);
+
+/// A sheet that a tile font can have: at least a pixel, at most kMaxGlyphs cells, those that
+/// are cut by an edge included.
+bool IsSheetSize(std::int64_t w, std::int64_t h);
+
+/// What a file is, for those who must know before they load it: an archive without a text entry
+/// loads as an empty world.
+enum class ArchiveKind { kNone, kWithoutWorld, kWithWorld };
+ArchiveKind LookAtArchive(const std::string& path);

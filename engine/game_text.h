@@ -1,0 +1,118 @@
+// The text of a game: its header, and one block of text for each node of the world.
+//
+// docs/formats.md describes the format. Reading takes hostile text: nothing in it is believed
+// before the text behind it has been seen, and reading stops at the first thing that is not in
+// the format, with a reason and a line. Nodes are read with their tiles but without surfaces,
+// so that a world can be read, checked and thrown away without a tile font; MakeSurfaces and
+// RedrawTiles finish it.
+#pragma once
+
+#include "engine/dobject.h"
+#include "engine/text_scanner.h"
+
+#include <cstdint>
+#include <functional>
+#include <istream>
+#include <ostream>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+/// Deepest nesting of objects, counted from a board (1).
+inline constexpr int kMaxNesting = 1000;
+/// Longest line of a script in a file, without its line end.
+inline constexpr std::size_t kMaxScriptLine = 9998;
+/// Most cells of all nodes of a world together.
+inline constexpr std::int64_t kMaxWorldCells = kMaxGridCells;
+
+/// What a reader met that is in the format but that its author will not have meant, and where
+/// things stand in the text. For tools that inspect a game.
+struct TextRemarks {
+    struct Remark {
+        int line;
+        std::string text;
+    };
+    std::vector<Remark> remarks;
+    /// The line on which each node's block begins.
+    std::unordered_map<const Dobject*, int> lines;
+};
+
+/// Where the nodes that are read get their ids, in the order of the text.
+using IdSource = std::function<std::int32_t()>;
+
+class GameTextReader {
+public:
+    GameTextReader(std::streambuf& text, IdSource source) : scanner(text), ids(std::move(source)) {}
+
+    /// Where to note what is suspect; null, the default, for nowhere.
+    void SetRemarks(TextRemarks* to) { remarks = to; }
+
+    /// The two words of the header, then boards under `root` as long as "~ob" follows. False
+    /// with some of them read when the text is not in the format.
+    bool ReadWorld(Dobject& root);
+    /// One block as a new child of `parent`, placed by its z; the text stands behind "~ob".
+    /// Null, with no new child, when it is not in the format.
+    Dobject* ReadObject(Dobject& parent);
+    /// One block into an empty node, whose id, parent and place among its siblings stay; the
+    /// text stands behind "~ob". False with a part of it read.
+    bool ReadInto(Dobject& node);
+    /// Takes the next word; true when it is "~ob".
+    bool TakeObjectWord();
+
+    /// After one of the above gave false.
+    const std::string& Reason() const { return reason; }
+    int Line() const { return faultLine; }
+
+private:
+    template <typename Reading>
+    bool Guarded(Reading reading);
+    bool ReadBoards(Dobject& root);
+    bool ReadChild(Dobject& parent);
+    bool ReadBlock(Dobject& node, const Dobject* spawnedBy);
+    bool ReadHead(Dobject& node, const Dobject* spawnedBy);
+    bool ReadGrid(Dobject& node);
+    bool AddCells(Dobject& node, std::int64_t cells, std::int64_t count, const Dtile& tile);
+    bool ReadRecord(Dobject& node, std::int64_t cells);
+    bool ReadField(Dobject& node, std::int64_t cells, std::int32_t& field);
+    bool FinishField(Dobject& node, std::int64_t cells, TextScanner::Status status);
+    bool ReadScriptStart(Dobject& node);
+    bool ReadScript(Dobject& node);
+    bool ReadChildren(Dobject& node);
+    bool ReadNumber(const Dobject& node, const char* what, std::int32_t& number);
+    bool Fail(const std::string& why);
+    bool GridFault(const Dobject& node, std::int64_t cells, const std::string& why = {});
+
+    TextScanner scanner;
+    IdSource ids;
+    TextRemarks* remarks = nullptr;
+    std::string reason;
+    int faultLine = 0;
+    int depth = 0;
+    int missingStarts = 0;
+    std::int64_t worldCells = 0;
+    std::int64_t unbackedCells = 0;
+    std::string word;  ///< kept for its memory
+    std::string line;
+};
+
+/// Gives every node of the subtree that lacks one a surface, not drawn. False when there is
+/// not enough memory; the subtree then keeps what it had and what it got.
+bool MakeSurfaces(Dobject& node);
+
+/// What MakeSurfaces would ask for, in bytes.
+std::int64_t SurfaceBytes(const Dobject& node);
+
+/// One block from a stream that stands behind its "~ob", as a new and complete child of
+/// `parent`. On failure, reported through Fatal, there is no such child. Needs `vWorld`.
+bool ReadObject(Dobject& parent, std::istream& in);
+
+/// One block for a node, with its children nested in it. Collapses every node that is expanded,
+/// in memory too, and does so even when the stream fails.
+void WriteObject(Dobject& node, std::ostream& out);
+
+/// The whole text: the header, and a block for each child of the root.
+void WriteWorld(Dobject& root, std::ostream& out);
+
+/// A name cut to what a message can hold, in quotation marks.
+std::string Quoted(const std::string& name);

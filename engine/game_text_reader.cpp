@@ -1,0 +1,318 @@
+#include "engine/dinterface.h"
+#include "engine/game_text.h"
+#include "engine/report.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+
+namespace {
+
+using Status = TextScanner::Status;
+
+// How far a run is taken at its word: a row of the widest standard board. What is longer draws
+// on a reserve for the whole world, so that a short file cannot ask for any amount of memory.
+constexpr std::int64_t kBackedRun = 128;
+constexpr std::int64_t kReserveBytes = 256 << 20;
+constexpr std::int64_t kReserveCells = kReserveBytes / static_cast<std::int64_t>(sizeof(Dtile));
+// A grid up to this size is given its memory at once, a larger one as its cells arrive.
+constexpr std::int64_t kBelievedCells = 1 << 20;
+// A reader with a message box for each of thousands of objects would never come to an end.
+constexpr int kMaxMissingStarts = 20;
+constexpr std::size_t kShownLine = 200;
+constexpr std::size_t kShownName = 60;
+
+bool StartsWith(const std::string& line, const char* start) { return line.rfind(start, 0) == 0; }
+
+bool IsRoot(const Dobject& node) { return node.name == kRootName; }
+
+// The order that Spawn and Spawn_Back keep, made once for all siblings instead of by a search
+// for each.
+void SortChildren(Dobject& node) {
+    if (IsRoot(node))
+        node.children.sort([](const auto& a, const auto& b) { return a->posz < b->posz; });
+    else
+        node.children.sort([](const auto& a, const auto& b) { return a->posz > b->posz; });
+}
+
+std::uint16_t StoredField(std::int32_t field) {
+    // A fresh cell holds 0, and -1 leaves it.
+    return field == -1 ? std::uint16_t{0} : static_cast<std::uint16_t>(field);
+}
+
+}  // namespace
+
+std::string Quoted(const std::string& name) {
+    if (name.size() <= kShownName) return "'" + name + "'";
+    return "'" + name.substr(0, kShownName) + "...'";
+}
+
+bool GameTextReader::Fail(const std::string& why) {
+    reason = why;
+    faultLine = scanner.LineNumber();
+    return false;
+}
+
+bool GameTextReader::ReadNumber(const Dobject& node, const char* what, std::int32_t& number) {
+    const std::string of = std::string(what) + " of " + Quoted(node.name);
+    switch (scanner.Number(number)) {
+        case Status::kGood:
+            return true;
+        case Status::kTooLarge:
+            return Fail(of + " is beyond 32 bits");
+        case Status::kEnd:
+            return Fail("the text ends before " + of);
+        default:
+            return Fail(of + " is no number");
+    }
+}
+
+// --- the head of a block -----------------------------------------------------------------------
+
+bool GameTextReader::ReadHead(Dobject& node, const Dobject* spawnedBy) {
+    if (scanner.Word(node.name) != Status::kGood)
+        return Fail("the text ends before the name of an object");
+    if (!ReadNumber(node, "the z", node.posz)) return false;
+    if (spawnedBy)
+        Trace(IsRoot(*spawnedBy) ? "%s->Spawn_Back(%i)\n" : "%s->Spawn(%i)\n",
+              spawnedBy->name.c_str(), node.posz);
+    const bool read = ReadNumber(node, "the x position", node.posx) &&
+                      ReadNumber(node, "the y position", node.posy) &&
+                      ReadNumber(node, "the width", node.width) &&
+                      ReadNumber(node, "the height", node.height) &&
+                      ReadNumber(node, "the view's x", node.viewx) &&
+                      ReadNumber(node, "the view's y", node.viewy) &&
+                      ReadNumber(node, "the view's width", node.vieww) &&
+                      ReadNumber(node, "the view's height", node.viewh);
+    if (!read) return false;
+    if (!IsGridSize(node.width, node.height)) {
+        const std::string size = std::to_string(node.width) + " by " + std::to_string(node.height);
+        return Fail("the size of " + Quoted(node.name) + ", " + size + ", is no grid's");
+    }
+    Trace("%s->Create(%i,%i)\n", node.name.c_str(), node.width, node.height);
+    return true;
+}
+
+// --- tiles -------------------------------------------------------------------------------------
+
+bool GameTextReader::GridFault(const Dobject& node, std::int64_t cells, const std::string& why) {
+    return Fail("the grid of " + Quoted(node.name) + " ends after " +
+                std::to_string(node.tiles.size()) + " of " + std::to_string(cells) + " cells" +
+                (why.empty() ? "" : ": " + why));
+}
+
+bool GameTextReader::FinishField(Dobject& node, std::int64_t cells, Status status) {
+    switch (status) {
+        case Status::kNoNumber:
+            return GridFault(node, cells, "a number is expected");
+        case Status::kGood:
+        case Status::kTooLarge:
+            return GridFault(node, cells, "a number is beyond 16 bits");
+        default:
+            return GridFault(node, cells);
+    }
+}
+
+bool GameTextReader::ReadField(Dobject& node, std::int64_t cells, std::int32_t& field) {
+    const Status status = scanner.Number(field);
+    if (status == Status::kGood && field >= INT16_MIN && field <= UINT16_MAX) [[likely]]
+        return true;
+    return FinishField(node, cells, status);
+}
+
+bool GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
+                              const Dtile& tile) {
+    auto& tiles = node.tiles;
+    const auto have = static_cast<std::int64_t>(tiles.size());
+    count = std::min(count, cells - have);
+    unbackedCells += std::max<std::int64_t>(count - kBackedRun, 0);
+    worldCells += count;
+    if (unbackedCells > kReserveCells || worldCells > kMaxWorldCells)
+        return GridFault(node, cells, "the world is too large");
+    const std::int64_t wanted = have + count;
+    if (wanted > static_cast<std::int64_t>(tiles.capacity()))
+        tiles.reserve(static_cast<std::size_t>(std::min(cells, std::max(wanted, 2 * have))));
+    tiles.insert(tiles.end(), static_cast<std::size_t>(count), tile);
+    return true;
+}
+
+bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
+    std::int32_t first = 0;
+    const Status status = scanner.Number(first);
+    if (status != Status::kGood || first > UINT16_MAX) return FinishField(node, cells, status);
+    std::int32_t chr = first;
+    std::int32_t fg = 0;
+    std::int32_t bg = 0;
+    std::int32_t attrib = 0;
+    if (first < 0 && !ReadField(node, cells, chr)) return false;
+    if (!ReadField(node, cells, fg) || !ReadField(node, cells, bg) ||
+        !ReadField(node, cells, attrib))
+        return false;
+    const Dtile tile{StoredField(chr), StoredField(fg), StoredField(bg), StoredField(attrib)};
+    if (first >= 0 && node.tiles.size() < node.tiles.capacity() && worldCells < kMaxWorldCells) {
+        ++worldCells;
+        node.tiles.push_back(tile);
+        return true;
+    }
+    return AddCells(node, cells, first < 0 ? -std::int64_t{first} : 1, tile);
+}
+
+bool GameTextReader::ReadGrid(Dobject& node) {
+    const std::int64_t cells = std::int64_t{node.width} * node.height;
+    node.tiles.reserve(static_cast<std::size_t>(std::min(cells, kBelievedCells)));
+    while (static_cast<std::int64_t>(node.tiles.size()) < cells)
+        if (!ReadRecord(node, cells)) return false;
+    return true;
+}
+
+// --- scripts -----------------------------------------------------------------------------------
+
+// The rest of the tile line, and the line that should read "~pb". Its absence is reported, and
+// reading goes on as though it had been there.
+bool GameTextReader::ReadScriptStart(Dobject& node) {
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const int at = scanner.LineNumber();
+        const Status status = scanner.Line(line, kShownLine);
+        if (status == Status::kEnd)
+            return Fail("the text ends before the script of " + Quoted(node.name));
+        if (status == Status::kTooLong) scanner.SkipLine();
+        if (StartsWith(line, "~pb")) return true;
+        if (attempt == 0) continue;
+        if (++missingStarts > kMaxMissingStarts)
+            return Fail("'~pb' is missing in more than " + std::to_string(kMaxMissingStarts) +
+                        " objects");
+        Fatal("~pb Expected", line.c_str(), at);
+    }
+    return true;
+}
+
+bool GameTextReader::ReadScript(Dobject& node) {
+    for (bool first = true;; first = false) {
+        const int at = scanner.LineNumber();
+        const Status status = scanner.Line(line, kMaxScriptLine);
+        if (status == Status::kEnd)
+            return Fail("the script of " + Quoted(node.name) + " has no end");
+        if (status == Status::kTooLong)
+            return Fail("a line of the script of " + Quoted(node.name) + " has more than " +
+                        std::to_string(kMaxScriptLine) + " characters");
+        if (StartsWith(line, "~pe")) return true;
+        if (!first) node.script += '\n';
+        if (!StartsWith(line, "~pb"))
+            node.script += line;
+        else if (remarks)
+            remarks->remarks.push_back({at, "a line of the script of " + Quoted(node.name) +
+                                                " begins with ~pb and reads as empty"});
+    }
+}
+
+// --- blocks ------------------------------------------------------------------------------------
+
+bool GameTextReader::TakeObjectWord() {
+    return scanner.Word(word) == Status::kGood && word == "~ob";
+}
+
+bool GameTextReader::ReadChildren(Dobject& node) {
+    for (;;) {
+        if (scanner.Word(word) != Status::kGood)
+            return Fail("the text ends before the '~oe' of " + Quoted(node.name));
+        if (!StartsWith(word, "~ob")) break;
+        if (!ReadChild(node)) return false;
+    }
+    if (remarks && word != "~oe")
+        remarks->remarks.push_back(
+            {scanner.LineNumber(), Quoted(word) + " ends " + Quoted(node.name) + ", not '~oe'"});
+    SortChildren(node);
+    return true;
+}
+
+bool GameTextReader::ReadChild(Dobject& parent) {
+    parent.children.push_back(std::make_unique<Dobject>());
+    Dobject& child = *parent.children.back();
+    child.id = ids();
+    child.parent = &parent;
+    return ReadBlock(child, &parent);
+}
+
+bool GameTextReader::ReadBlock(Dobject& node, const Dobject* spawnedBy) {
+    if (depth == kMaxNesting)
+        return Fail("objects are nested more than " + std::to_string(kMaxNesting) + " deep");
+    if (remarks) remarks->lines[&node] = scanner.LineNumber();
+    ++depth;
+    const bool read = ReadHead(node, spawnedBy) && ReadGrid(node) && ReadScriptStart(node) &&
+                      ReadScript(node) && ReadChildren(node);
+    --depth;
+    return read;
+}
+
+bool GameTextReader::ReadBoards(Dobject& root) {
+    for (int header = 0; header < 2; ++header)
+        if (scanner.Word(word) != Status::kGood) return Fail("the text ends in its header");
+    while (TakeObjectWord())
+        if (!ReadChild(root)) return false;
+    if (remarks && !word.empty())
+        remarks->remarks.push_back(
+            {scanner.LineNumber(), "nothing is read from " + Quoted(word) + " on"});
+    SortChildren(root);
+    return true;
+}
+
+template <typename Reading>
+bool GameTextReader::Guarded(Reading reading) {
+    try {
+        return reading();
+    } catch (const std::bad_alloc&) {
+        return Fail("there is not enough memory");
+    } catch (const std::length_error&) {
+        return Fail("there is not enough memory");
+    }
+}
+
+bool GameTextReader::ReadWorld(Dobject& root) {
+    return Guarded([&] { return ReadBoards(root); });
+}
+
+bool GameTextReader::ReadInto(Dobject& node) {
+    return Guarded([&] { return ReadBlock(node, nullptr); });
+}
+
+Dobject* GameTextReader::ReadObject(Dobject& parent) {
+    const std::size_t before = parent.children.size();
+    const bool read = Guarded([&] { return ReadChild(parent); });
+    Dobject* child = read ? parent.children.back().get() : nullptr;
+    if (!read) parent.children.resize(before);
+    SortChildren(parent);
+    return child;
+}
+
+// --- whole nodes -------------------------------------------------------------------------------
+
+std::int64_t SurfaceBytes(const Dobject& node) {
+    constexpr std::int64_t kTilePixels = kTileSize * kTileSize;
+    std::int64_t bytes =
+        node.vSurf ? 0 : static_cast<std::int64_t>(node.tiles.size()) * kTilePixels;
+    for (const auto& child : node.children) bytes += SurfaceBytes(*child);
+    return bytes;
+}
+
+bool MakeSurfaces(Dobject& node) {
+    if (!node.vSurf) node.vSurf = MakeBitmap(node.width * kTileSize, node.height * kTileSize);
+    if (!node.vSurf) return false;
+    return std::all_of(node.children.begin(), node.children.end(),
+                       [](const auto& child) { return MakeSurfaces(*child); });
+}
+
+bool ReadObject(Dobject& parent, std::istream& in) {
+    GameTextReader reader(*in.rdbuf(), [] { return vWorld->TakeId(); });
+    Dobject* child = reader.ReadObject(parent);
+    if (!child) {
+        Fatal(reader.Reason().c_str(), "the object's text", reader.Line());
+        return false;
+    }
+    if (!MakeSurfaces(*child)) {
+        parent.Erase(*child);
+        Fatal("There is not enough memory for the object", __FILE__, __LINE__);
+        return false;
+    }
+    child->RedrawTiles();
+    return true;
+}

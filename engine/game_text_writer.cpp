@@ -1,0 +1,95 @@
+#include "engine/game_text.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+// The pieces of a record or a line, handed to the stream as one.
+class LineWriter {
+public:
+    explicit LineWriter(std::ostream& to) : out(to) {}
+
+    LineWriter& Number(std::int64_t n) {
+        end = std::to_chars(end, text + sizeof text, n).ptr;
+        return *this;
+    }
+    LineWriter& Char(char c) {
+        *end++ = c;
+        return *this;
+    }
+    void Flush() {
+        if (out.rdbuf()->sputn(text, end - text) != end - text) out.setstate(std::ios::badbit);
+        end = text;
+    }
+
+private:
+    std::ostream& out;
+    char text[128];
+    char* end = text;
+};
+
+std::string WrittenName(const Dobject& node) {
+    std::string name = node.name.empty() ? "_" : node.name;
+    std::replace_if(
+        name.begin(), name.end(),
+        [](char c) { return TextScanner::IsSpace(static_cast<unsigned char>(c)); }, '_');
+    return name;
+}
+
+void WriteFour(std::ostream& out, std::int32_t a, std::int32_t b, std::int32_t c, std::int32_t d) {
+    out << a << ' ' << b << ' ' << c << ' ' << d << '\n';
+}
+
+void WriteRun(LineWriter& line, const Dtile& tile, std::int64_t length, char last) {
+    // A lone cell whose glyph number reads as negative would pass for a run's length.
+    if (length > 1 || Signed(tile.chr) < 0) line.Number(-length).Char(' ');
+    line.Number(Signed(tile.chr)).Char(' ').Number(Signed(tile.fg)).Char(' ');
+    line.Number(Signed(tile.bg)).Char(' ').Number(Signed(tile.attrib)).Char(last);
+    line.Flush();
+}
+
+// A grid without cells has no line at all: a reader takes none for it.
+void WriteGrid(const Dobject& node, std::ostream& out) {
+    LineWriter line(out);
+    const Dtile* cell = node.tiles.data();
+    const Dtile* end = cell + node.tiles.size();
+    while (cell != end) {
+        const Dtile* run = cell;
+        while (cell != end && *cell == *run) ++cell;
+        WriteRun(line, *run, cell - run, cell == end ? '\n' : ' ');
+    }
+}
+
+void WriteScript(const std::string& script, std::ostream& out) {
+    out << "~pb\n" << script;
+    if (!script.empty() && script.back() != '\n') out << '\n';
+    out << "~pe\n";
+}
+
+void Collapse(Dobject& node) {
+    if (node.evieww == 0) return;
+    node.vieww = node.evieww;
+    node.viewh = node.eviewh;
+    node.evieww = node.eviewh = 0;
+}
+
+}  // namespace
+
+void WriteObject(Dobject& node, std::ostream& out) {
+    Collapse(node);
+    if (out) {
+        out << "~ob " << WrittenName(node) << ' ' << node.posz << '\n';
+        WriteFour(out, node.posx, node.posy, node.width, node.height);
+        WriteFour(out, node.viewx, node.viewy, node.vieww, node.viewh);
+        WriteGrid(node, out);
+        WriteScript(node.script, out);
+    }
+    for (const auto& child : node.children) WriteObject(*child, out);
+    out << "~oe\n";
+}
+
+void WriteWorld(Dobject& root, std::ostream& out) {
+    out << "~endvars\n~endimports\n";
+    for (const auto& board : root.children) WriteObject(*board, out);
+}

@@ -1,0 +1,30 @@
+// Archives in memory: what minizip calls instead of a file.
+//
+// A save composes its archive in memory and only then touches the disk; tests and fuzzers hand
+// over archives that never were files. Internal to the zip streams.
+#pragma once
+
+#include <minizip/ioapi.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// An archive under construction. minizip goes back to complete its records, so there is a
+/// position apart from the end.
+struct ZipImage {
+    std::string bytes;
+    std::uint64_t position = 0;
+    bool failed = false;  ///< out of memory, or a seek before the start
+};
+
+/// An archive to be read; the bytes are the caller's.
+struct ZipSource {
+    std::string_view bytes;
+    std::uint64_t position = 0;
+};
+
+/// The functions for zipOpen2_64 on that image, which must outlive the handle.
+zlib_filefunc64_def ImageFunctions(ZipImage& image);
+/// The functions for unzOpen2_64 on that source, which must outlive the handle.
+zlib_filefunc64_def SourceFunctions(ZipSource& source);

@@ -1,0 +1,274 @@
+#include "engine/zip_stream.h"
+
+#include "engine/zip_memory.h"
+
+#include <minizip/unzip.h>
+#include <minizip/zip.h>
+
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+
+namespace {
+
+constexpr int kAheadSize = 1 << 16;
+constexpr int kIgnoreCase = 2;          // minizip's own default depends on the system
+constexpr uLong kExternalAttribs = 32;  // "archive", as a file has on its first systems
+
+zip_fileinfo EntryRecord() {
+    zip_fileinfo record = {};
+    const std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    if (localtime_r(&now, &local)) {
+        record.tmz_date.tm_year = local.tm_year + 1900;
+        record.tmz_date.tm_mon = local.tm_mon;
+        record.tmz_date.tm_mday = local.tm_mday;
+        record.tmz_date.tm_hour = local.tm_hour;
+        record.tmz_date.tm_min = local.tm_min;
+        record.tmz_date.tm_sec = local.tm_sec;
+    }
+    record.external_fa = kExternalAttribs;
+    return record;
+}
+
+}  // namespace
+
+// --- archives ----------------------------------------------------------------------------------
+
+ZipWriter::ZipWriter(const std::string& path)
+    : handle(zipOpen(path.c_str(), APPEND_STATUS_CREATE)) {}
+
+ZipWriter::ZipWriter() : image(std::make_unique<ZipImage>()) {
+    zlib_filefunc64_def functions = ImageFunctions(*image);
+    handle = zipOpen2_64("memory", APPEND_STATUS_CREATE, nullptr, &functions);
+}
+
+ZipWriter::~ZipWriter() { Close(); }
+
+bool ZipWriter::OpenEntry(const std::string& name) {
+    if (!handle || entryOpen) return false;
+    const zip_fileinfo record = EntryRecord();
+    entryOpen = zipOpenNewFileInZip(handle, name.c_str(), &record, nullptr, 0, nullptr, 0, nullptr,
+                                    Z_DEFLATED, Z_DEFAULT_COMPRESSION) == ZIP_OK;
+    return entryOpen;
+}
+
+bool ZipWriter::CloseEntry() {
+    if (!entryOpen) return false;
+    entryOpen = false;
+    return zipCloseFileInZip(handle) == ZIP_OK;
+}
+
+bool ZipWriter::Write(const char* data, std::size_t count) {
+    if (!entryOpen) return false;
+    return zipWriteInFileInZip(handle, data, static_cast<unsigned>(count)) == ZIP_OK;
+}
+
+bool ZipWriter::Close() {
+    if (!handle) return false;
+    CloseEntry();
+    const bool good = zipClose(handle, nullptr) == ZIP_OK;
+    handle = nullptr;
+    return good && !(image && image->failed);
+}
+
+std::string ZipWriter::TakeBytes() {
+    if (handle || !image) return {};
+    return std::move(image->bytes);
+}
+
+ZipReader::ZipReader(const std::string& path) : handle(unzOpen64(path.c_str())) {}
+
+std::unique_ptr<ZipReader> ZipReader::InMemory(std::string_view bytes) {
+    std::unique_ptr<ZipReader> reader(new ZipReader);
+    reader->source = std::make_unique<ZipSource>(ZipSource{bytes});
+    zlib_filefunc64_def functions = SourceFunctions(*reader->source);
+    reader->handle = unzOpen2_64("memory", &functions);
+    return reader;
+}
+
+ZipReader::~ZipReader() { Close(); }
+
+bool ZipReader::OpenEntry(const std::string& name) {
+    if (!handle || entryOpen) return false;
+    damaged = false;
+    aheadPos = aheadEnd = 0;
+    if (unzLocateFile(handle, name.c_str(), kIgnoreCase) != UNZ_OK) return false;
+    entryOpen = unzOpenCurrentFile(handle) == UNZ_OK;
+    damaged = !entryOpen;
+    return entryOpen;
+}
+
+int ZipReader::Read(char* buffer, int count) {
+    if (!entryOpen) return -1;
+    if (aheadPos == aheadEnd) {
+        ahead.resize(kAheadSize);
+        const int n = unzReadCurrentFile(handle, ahead.data(), kAheadSize);
+        damaged = damaged || n < 0;
+        if (n <= 0) return n < 0 ? -1 : 0;
+        aheadPos = 0;
+        aheadEnd = n;
+    }
+    const int n = std::min(count, aheadEnd - aheadPos);
+    std::memcpy(buffer, ahead.data() + aheadPos, static_cast<std::size_t>(n));
+    aheadPos += n;
+    return n;
+}
+
+bool ZipReader::CloseEntry() {
+    if (!entryOpen) return false;
+    entryOpen = false;
+    aheadPos = aheadEnd = 0;
+    const bool good = unzCloseCurrentFile(handle) == UNZ_OK;
+    damaged = damaged || !good;
+    return good;
+}
+
+bool ZipReader::Close() {
+    if (!handle) return false;
+    CloseEntry();
+    const bool good = unzClose(handle) == UNZ_OK;
+    handle = nullptr;
+    return good;
+}
+
+// --- writing -----------------------------------------------------------------------------------
+
+ZipEntryWriteBuf::~ZipEntryWriteBuf() { CloseEntry(); }
+
+bool ZipEntryWriteBuf::OpenEntry(ZipWriter& to, const std::string& name, std::ios::openmode mode) {
+    CloseEntry();
+    writer = &to;
+    binary = (mode & std::ios::binary) != 0;
+    open = to.IsOpen() && to.OpenEntry(name);
+    if (open)
+        setp(data, data + kArea);
+    else
+        setp(nullptr, nullptr);
+    return open;
+}
+
+bool ZipEntryWriteBuf::CloseEntry() {
+    if (!open) return false;
+    const bool flushed = Flush();
+    const bool closed = writer->CloseEntry();
+    if (closed) open = false;
+    return flushed && closed;
+}
+
+bool ZipEntryWriteBuf::Flush() {
+    const auto used = pptr() - pbase();
+    std::ptrdiff_t size = used;
+    if (!binary) {
+        size += std::count(data, data + used, '\n');
+        // From the end backwards, so that nothing is overwritten before it has moved.
+        char* to = data + size;
+        for (const char* from = data + used; to != from;) {
+            *--to = *--from;
+            if (*to == '\n') *--to = '\r';
+        }
+    }
+    if (!writer->Write(data, static_cast<std::size_t>(size))) return false;
+    setp(data, data + kArea);
+    return true;
+}
+
+ZipEntryWriteBuf::int_type ZipEntryWriteBuf::overflow(int_type c) {
+    if (!open || !Flush()) return traits_type::eof();
+    if (traits_type::eq_int_type(c, traits_type::eof())) return 0;
+    *pptr() = traits_type::to_char_type(c);
+    pbump(1);
+    return c;
+}
+
+int ZipEntryWriteBuf::sync() { return open && Flush() ? 0 : -1; }
+
+void ZipEntryOutStream::open(ZipWriter& to, const std::string& name, std::ios::openmode mode) {
+    const bool good = buffer.OpenEntry(to, name, mode);
+    clear(good ? goodbit : failbit);
+}
+
+// --- reading -----------------------------------------------------------------------------------
+
+ZipEntryReadBuf::~ZipEntryReadBuf() { CloseEntry(); }
+
+bool ZipEntryReadBuf::OpenEntry(ZipReader& from, const std::string& name, std::ios::openmode mode) {
+    CloseEntry();
+    reader = &from;
+    binary = (mode & std::ios::binary) != 0;
+    heldReturn = false;
+    setg(nullptr, nullptr, nullptr);
+    open = from.IsOpen() && from.OpenEntry(name);
+    return open;
+}
+
+bool ZipEntryReadBuf::CloseEntry() {
+    if (!open) return false;
+    open = false;
+    setg(nullptr, nullptr, nullptr);
+    return reader->CloseEntry();
+}
+
+// Up to `room` characters as the stream shows them; 0 at the end.
+int ZipEntryReadBuf::Fill(char* to, int room) {
+    for (;;) {
+        int count = heldReturn ? 1 : 0;
+        if (heldReturn) to[0] = '\r';
+        const int n = reader->Read(to + count, room - count);
+        heldReturn = false;
+        if (n < 1) return count;
+        count += n;
+        if (binary) return count;
+        if (to[count - 1] == '\r') {
+            heldReturn = true;
+            --count;
+        }
+        char* end = to + count;
+        char* out = to;
+        // Nothing follows the last character, or the held carriage return does: no pair.
+        for (const char* in = to; in != end; ++in)
+            if (*in != '\r' || in + 1 == end || in[1] != '\n') *out++ = *in;
+        if (out != to) return static_cast<int>(out - to);
+    }
+}
+
+ZipEntryReadBuf::int_type ZipEntryReadBuf::underflow() {
+    if (!open) return traits_type::eof();
+    if (gptr() < egptr()) return traits_type::to_int_type(*gptr());
+    const auto keep = std::min<std::ptrdiff_t>(kKeep, gptr() - eback());
+    if (keep > 0) std::memmove(data, gptr() - keep, static_cast<std::size_t>(keep));
+    char* start = data + keep;
+    const int count = Fill(start, kArea - static_cast<int>(keep));
+    setg(start, start, start + count);
+    return count < 1 ? traits_type::eof() : traits_type::to_int_type(*start);
+}
+
+ZipEntryReadBuf::int_type ZipEntryReadBuf::pbackfail(int_type c) {
+    if (gptr() == eback()) return traits_type::eof();
+    gbump(-1);
+    if (traits_type::eq_int_type(c, traits_type::eof())) return 0;
+    *gptr() = traits_type::to_char_type(c);
+    return c;
+}
+
+std::streamsize ZipEntryReadBuf::xsgetn(char* to, std::streamsize count) {
+    std::streamsize done = 0;
+    while (done < count) {
+        const std::streamsize here = std::min<std::streamsize>(egptr() - gptr(), count - done);
+        if (here > 0) {
+            std::memcpy(to + done, gptr(), static_cast<std::size_t>(here));
+            gbump(static_cast<int>(here));
+            done += here;
+            continue;
+        }
+        const int_type c = uflow();
+        if (traits_type::eq_int_type(c, traits_type::eof())) break;
+        to[done++] = traits_type::to_char_type(c);
+    }
+    return done;
+}
+
+void ZipEntryInStream::open(ZipReader& from, const std::string& name, std::ios::openmode mode) {
+    const bool good = buffer.OpenEntry(from, name, mode);
+    clear(good ? goodbit : failbit);
+}
