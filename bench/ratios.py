@@ -1,0 +1,64 @@
+#!/usr/bin/env python3
+"""Runs the benchmarks and prints each figure as a ratio to its stated limit.
+
+    bench/ratios.py [PROGRAM-FOLDER]     default build/release/bin
+
+A measurement is the median of several repeats. The table below says what is compared to what:
+a row is (what it says, measured, subtracted, reference, limit), the names being those of the
+benchmarks; the ratio is (measured - subtracted) / reference.
+"""
+import json
+import pathlib
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+REPEATS = 7
+
+TABLE = {
+    "compositor_bench": [
+        ("DrawWorld, one board of solid tiles / copying the rows",
+         "BoardFillsTarget", None, "CopyRows", 1.6),
+        ("the board behind a layer with holes / back to front",
+         "HoleyLayer", None, "HoleyLayerBackToFront", 0.6),
+        ("1,000 objects with holes / back to front",
+         "ManyObjects", None, "ManyObjectsBackToFront", 0.6),
+        ("what 100,000 unseen objects add / a walk over as many nodes",
+         "Covered/100000", "Covered/0", "WalkNodes/100000", 2.0),
+    ],
+    "view_bench": [
+        ("whole repaint of the edit view / QPainter's drawImage of 8 bits",
+         "RepaintView", None, "DrawIndexedImage", 1.2),
+    ],
+    "files_bench": [
+        ("load 1,000 boards / zlib alone", "LoadBoards", None, "InflateEntries", 2.5),
+        ("save 1,000 boards / zlib alone", "SaveBoards", None, "DeflateEntries", 1.1),
+    ],
+}
+
+
+def medians(program):
+    out = subprocess.run(
+        [program, "--benchmark_format=json", f"--benchmark_repetitions={REPEATS}",
+         "--benchmark_report_aggregates_only=true"],
+        cwd=program.parent, check=True, capture_output=True, text=True).stdout
+    return {b["run_name"]: b["real_time"] for b in json.loads(out)["benchmarks"]
+            if b.get("aggregate_name") == "median"}
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/release/bin")
+    missed = 0
+    for name, rows in TABLE.items():
+        program = (folder / name).resolve()
+        if not program.exists():
+            continue
+        times = medians(program)
+        for what, measured, subtracted, reference, limit in rows:
+            ratio = (times[measured] - times.get(subtracted, 0)) / times[reference]
+            missed += ratio > limit
+            print(f"{ratio:6.2f} of at most {limit:4.2f}  {'' if ratio <= limit else 'MISSED  '}{what}")
+    return 1 if missed else 0
+
+
+sys.exit(main())
