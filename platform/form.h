@@ -5,8 +5,10 @@
 // The backend lays the controls out and reports what the user does; the editor judges it.
 #pragma once
 
+#include "platform/menu.h"
 #include "platform/window.h"
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -14,15 +16,18 @@ namespace platform {
 
 enum class ControlKind {
     Label,
+    Group,  ///< a titled frame around the controls that lie inside it
     Button,
     DefaultButton,  ///< the button that Enter presses in a dialog
     CheckBox,
     Radio,         ///< the radio buttons of a form are one group
-    Edit,          ///< one line of text
-    NumberEdit,    ///< one line that holds a whole number; `low` to `high` are its range
+    Edit,          ///< one line of text of at most `high` characters, 0 for any number
+    NumberEdit,    ///< one line in which only digits can be typed
     ReadOnlyEdit,  ///< shows text, takes no focus
     Slider,        ///< horizontal, `low` to `high`
+    VSlider,       ///< vertical, `low` at the top
     Picture,       ///< a Window; the client gives its WindowEvents by PictureEvents
+    Code,          ///< the text control for scripts, see CodeControl
 };
 
 struct Control {
@@ -47,6 +52,27 @@ struct Form {
     std::span<const Control> controls;  ///< in tab order
 };
 
+/// The text control for scripts: Scintilla, driven by its own messages. Numbers, parameters and
+/// results are those of its direct function; text is UTF-8.
+class CodeControl {
+public:
+    virtual ~CodeControl() = default;
+
+    virtual std::intptr_t Send(unsigned message, std::uintptr_t wParam = 0,
+                               std::intptr_t lParam = 0) = 0;
+};
+
+/// What the text control tells.
+struct CodeEvent {
+    enum class Kind {
+        CharAdded,    ///< the user typed `ch`; the caret stands behind it
+        StyleNeeded,  ///< container styling: text up to `position` is about to be shown
+    };
+    Kind kind = Kind::CharAdded;
+    int ch = 0;
+    std::intptr_t position = 0;  ///< bytes from the start of the text
+};
+
 /// The controls of a form that is on the screen. An id that the form does not have makes the
 /// call do nothing and the result empty, 0 or false.
 class FormWindow {
@@ -62,6 +88,10 @@ public:
     virtual void Enable(int id, bool on) = 0;
     virtual void SetFocus(int id) = 0;  ///< a text field's text is selected as well
     virtual Window* Picture(int id) = 0;
+    virtual CodeControl* Code(int id) = 0;
+    /// Runs a pop-up menu whose top left corner is the control's bottom left corner; as
+    /// TrackPopupMenu of Window.
+    virtual int TrackMenuBelow(int id, const Menu& menu) = 0;
     virtual Size ClientSize() const = 0;  ///< window pixels
     virtual void Invalidate() = 0;        ///< asks for OnFormPaint and repaints every picture
     /// Ends a modal run with that result; nothing in a panel.
@@ -76,6 +106,13 @@ public:
     virtual void OnInit(FormWindow& /*form*/) {}
     /// The WindowEvents of a Picture control, asked before OnInit; null shows an empty area.
     virtual WindowEvents* PictureEvents(int /*id*/) { return nullptr; }
+    /// The menu bar of the form, asked before OnInit; its choices arrive at OnCommand.
+    virtual Menu FormMenu() { return {}; }
+    virtual void OnCommand(FormWindow& /*form*/, int /*command*/) {}
+    /// A key (platform::Key), before any control sees it; true takes it.
+    virtual bool OnFormKey(FormWindow& /*form*/, int /*key*/) { return false; }
+    /// What the text control has to tell.
+    virtual void OnCode(FormWindow& /*form*/, int /*id*/, const CodeEvent& /*event*/) {}
     /// A button, check box or radio button was clicked, or a key did the same. A check box or
     /// radio button has already changed. In a dialog kIdOk and kIdCancel (also Enter, Escape
     /// and the close box) arrive here; the client ends the run by EndDialog.

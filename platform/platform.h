@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace platform {
 
@@ -52,6 +53,14 @@ public:
 
     /// The main window, hidden and without panes. One frame at a time; `events` outlives it.
     virtual std::unique_ptr<Frame> CreateFrame(FrameEvents& events) = 0;
+
+    /// Installed fixed-pitch font families, each once, in the system's order.
+    virtual std::vector<std::string> FixedPitchFaces() = 0;
+
+    /// Starts a program as a process of its own, which outlives this one, with that argument
+    /// and working directory; false when it cannot be started. Nothing is waited for.
+    virtual bool StartProgram(const std::string& program, const std::string& argument,
+                              const std::string& folder) = 0;
 
     /// Sends the command to the frame's OnCommand after the present event has been handled.
     virtual void PostCommand(int command) = 0;

@@ -26,12 +26,13 @@ void ScriptedWindow::Paint() {
 
 ScriptedForm::ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
                            platform::FormEvents& listener)
-    : layout(form), events(listener) {
+    : layout(form), events(listener), script(owner), bar(listener.FormMenu()) {
     for (const platform::Control& control : form.controls) {
         controls[control.id] = {&control, control.text, false, control.enabled, control.low};
         if (control.kind == platform::ControlKind::Picture)
             pictures[control.id] = std::make_unique<ScriptedWindow>(
                 owner, listener.PictureEvents(control.id), Size{control.w, control.h});
+        if (control.kind == platform::ControlKind::Code) codes[control.id];
     }
     events.OnInit(*this);
     events.OnFormPaint(*this);
@@ -83,6 +84,24 @@ void ScriptedForm::Enable(int id, bool on) {
 platform::Window* ScriptedForm::Picture(int id) {
     auto found = pictures.find(id);
     return found == pictures.end() ? nullptr : found->second.get();
+}
+
+platform::CodeControl* ScriptedForm::Code(int id) {
+    auto found = codes.find(id);
+    return found == codes.end() ? nullptr : &found->second;
+}
+
+int ScriptedForm::TrackMenuBelow(int id, const platform::Menu& menu) {
+    EXPECT_NE(Find(id), nullptr) << "no control " << id << " to open a menu below";
+    return script.TrackMenu(menu, {});
+}
+
+void ScriptedForm::Choose(int command) {
+    const platform::MenuItem* item = platform::FindEntry(bar, command);
+    if (item && item->enabled)
+        events.OnCommand(*this, command);
+    else
+        ADD_FAILURE() << "menu entry " << command << (item ? " is disabled" : " does not exist");
 }
 
 void ScriptedForm::Click(int id) {

@@ -52,6 +52,21 @@ public:
     platform::Size shown;
 };
 
+/// A text control that only remembers what it was sent.
+class ScriptedCode final : public platform::CodeControl {
+public:
+    struct Message {
+        unsigned message;
+        std::uintptr_t wParam;
+        std::intptr_t lParam;
+    };
+    std::intptr_t Send(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override {
+        sent.push_back({message, wParam, lParam});
+        return 0;
+    }
+    std::vector<Message> sent;
+};
+
 class ScriptedForm final : public platform::FormWindow {
 public:
     ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
@@ -66,6 +81,8 @@ public:
     void Enable(int id, bool on) override;
     void SetFocus(int id) override { focus = id; }
     platform::Window* Picture(int id) override;
+    platform::CodeControl* Code(int id) override;
+    int TrackMenuBelow(int id, const platform::Menu& menu) override;
     platform::Size ClientSize() const override { return {layout.w, layout.h}; }
     void Invalidate() override { events.OnFormPaint(*this); }
     void EndDialog(int value) override { result = value; }
@@ -74,6 +91,10 @@ public:
     void Click(int id);
     void Type(int id, const std::string& text);
     void Slide(int id, int value);
+    /// A key pressed; true when the form took it before its controls.
+    bool Press(int code) { return events.OnFormKey(*this, code); }
+    /// Chooses an entry of the form's menu bar.
+    void Choose(int command);
 
     const platform::Form& layout;
     platform::FormEvents& events;
@@ -91,8 +112,11 @@ private:
     State* Find(int id);
     State* Usable(int id);
 
+    ScriptedPlatform& script;
+    platform::Menu bar;
     std::map<int, State> controls;
     std::map<int, std::unique_ptr<ScriptedWindow>> pictures;
+    std::map<int, ScriptedCode> codes;
 };
 
 class ScriptedFrame final : public platform::Frame {
@@ -168,6 +192,13 @@ public:
     void PostCommand(int command) override { posted.push_back(command); }
     int Run() override { return 0; }
 
+    std::vector<std::string> FixedPitchFaces() override { return faces; }
+    bool StartProgram(const std::string& program, const std::string& argument,
+                      const std::string& folder) override {
+        started.push_back({program, argument, folder});
+        return true;
+    }
+
     int TrackMenu(const platform::Menu& menu, platform::Point screen);
 
     ScriptedFrame* frame = nullptr;
@@ -176,6 +207,8 @@ public:
     platform::FileDialog lastFileDialog;
     std::string lastCaption;
     std::array<std::uint32_t, 256> palette{};
+    std::vector<std::string> faces{"Courier New", "Mono"};
+    std::vector<std::array<std::string, 3>> started;  ///< program, argument, folder
 
 private:
     struct Step {
