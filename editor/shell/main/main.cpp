@@ -1,0 +1,65 @@
+// quilt-edit: picks the window system and runs the application.
+
+#include "editor/shell/program_folder.h"
+#include "editor/shell/quilt_app.h"
+#include "platform/qt/qt_platform.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+namespace {
+
+constexpr int kBadCall = 2;
+
+struct CommandLine {
+    std::string game;     ///< empty for a new one
+    std::string picture;  ///< where to write the main window's picture instead of running
+    bool good = true;
+};
+
+CommandLine Parse(int argc, char** argv) {
+    CommandLine line;
+    bool options = true;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        if (options && word == "--") {
+            options = false;
+        } else if (options && word == "--picture" && i + 1 < argc) {
+            line.picture = std::filesystem::absolute(argv[++i]).string();
+        } else if (!line.game.empty() || (options && word.starts_with("-"))) {
+            line.good = false;
+        } else {
+            line.game = word;
+        }
+    }
+    return line;
+}
+
+int Usage() {
+    std::fputs(
+        "usage: quilt-edit [GAME.zqlt]\n"
+        "       quilt-edit --picture FILE.png [GAME.zqlt]\n"
+        "\n"
+        "Opens a game, or a new one. With --picture the main window opens off screen, is written\n"
+        "to FILE.png and closes.\n",
+        stderr);
+    return kBadCall;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (std::string_view(argc > 1 ? argv[1] : "") == "--picture")
+        setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    QtPlatform qt(argc, argv);
+    const CommandLine line = Parse(argc, argv);
+    if (!line.good) return Usage();
+    CQuiltApp app;
+    if (!app.InitInstance(ProgramFolder(), line.game)) return EXIT_FAILURE;
+    if (line.picture.empty()) return qt.Run();
+    if (qt.SavePicture(line.picture)) return EXIT_SUCCESS;
+    std::fprintf(stderr, "quilt-edit: %s cannot be written\n", line.picture.c_str());
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,22 @@
+// The text control for scripts: Scintilla in a widget.
+#pragma once
+
+#include "platform/form.h"
+
+#include <Qsci/qsciscintillabase.h>
+
+class CodeWidget final : public QsciScintillaBase, public platform::CodeControl {
+public:
+    explicit CodeWidget(QWidget* parent);
+
+    std::intptr_t Send(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override {
+        return direct(pointer, message, wParam, lParam);
+    }
+
+private:
+    using DirectFunction = std::intptr_t (*)(std::intptr_t pointer, unsigned message,
+                                             std::uintptr_t wParam, std::intptr_t lParam);
+
+    DirectFunction direct;
+    std::intptr_t pointer;
+};

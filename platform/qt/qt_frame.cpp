@@ -1,0 +1,234 @@
+#include "platform/qt/qt_frame.h"
+
+#include "platform/qt/picture_widget.h"
+#include "platform/qt/qt_form.h"
+#include "platform/qt/qt_menu.h"
+#include "platform/qt/qt_text.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStatusBar>
+#include <QWindow>
+#include <algorithm>
+
+using platform::Pane;
+using platform::Size;
+
+namespace {
+
+constexpr QSize kUsualSize(1024, 768);
+
+// Bits of the native key state on X11 and Wayland; elsewhere the indicators stay dark.
+constexpr quint32 kCapsBit = 0x2;
+constexpr quint32 kNumBit = 0x10;
+
+std::size_t IndexOf(Pane pane) { return static_cast<std::size_t>(pane); }
+
+// A panel in its pane: scrolled where the pane is too small for it.
+class PanelArea final : public QScrollArea {
+public:
+    PanelArea(QWidget* parent, QtForm* form) : QScrollArea(parent) {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setWidget(form);
+    }
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+};
+
+}  // namespace
+
+QtFrame::QtFrame(platform::FrameEvents& listener)
+    : events(listener),
+      outer(new QSplitter(Qt::Horizontal, this)),
+      inner(new QSplitter(Qt::Vertical, this)),
+      message(new QLabel(this)) {
+    setCentralWidget(outer);
+    outer->addWidget(inner);
+    outer->setStretchFactor(0, 1);
+    outer->setChildrenCollapsible(false);
+    inner->setChildrenCollapsible(false);
+    constexpr int kFrameEdge = 1;
+    outer->setContentsMargins(kFrameEdge, kFrameEdge, kFrameEdge, kFrameEdge);
+
+    statusBar()->addWidget(message, 1);
+    const char* const names[] = {"CAP", "NUM", "SCRL"};
+    for (std::size_t i = 0; i < locks.size(); ++i) {
+        locks[i] = new QLabel(QString::fromLatin1(names[i]), this);
+        locks[i]->setEnabled(false);
+        statusBar()->addPermanentWidget(locks[i]);
+    }
+    qApp->installEventFilter(this);
+    const QSize room = screen()->availableSize();
+    resize(kUsualSize.boundedTo(room));
+}
+
+// --- caption, menu, status bar -----------------------------------------------------------------
+
+void QtFrame::SetCaption(const std::string& caption) { setWindowTitle(FromUtf8(caption)); }
+
+void QtFrame::SetMenuBar(const platform::Menu& menu) {
+    // The old menus may be the ones whose entry has just been chosen.
+    const auto old = menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
+    menuBar()->clear();
+    for (QMenu* gone : old) gone->deleteLater();
+    for (const platform::MenuItem& item : menu)
+        FillMenu(*menuBar()->addMenu(FromUtf8(item.text)), item.items,
+                 [this](int command) { events.OnCommand(command); });
+}
+
+void QtFrame::CheckMenuItem(int command, bool checked) {
+    for (const QAction* top : menuBar()->actions()) {
+        for (QAction* action : top->menu()->actions()) {
+            if (action->data().toInt() != command || action->isSeparator()) continue;
+            action->setCheckable(true);
+            action->setChecked(checked);
+        }
+    }
+}
+
+void QtFrame::SetIdleMessage(const std::string& text) { message->setText(FromUtf8(text)); }
+
+void QtFrame::ShowStatusBar(bool shown) { statusBar()->setVisible(shown); }
+
+bool QtFrame::IsStatusBarShown() const {
+    const auto* bar = findChild<QStatusBar*>();
+    return bar && !bar->isHidden();
+}
+
+void QtFrame::ShowLocks(const QKeyEvent& event) {
+    const quint32 state = event.nativeModifiers();
+    // The state is that before the key: the lock's own key turns it.
+    const bool pressed = event.type() == QEvent::KeyPress && !event.isAutoRepeat();
+    const auto lit = [&](quint32 bit, int key) {
+        const bool on = state & bit;
+        return pressed && event.key() == key ? !on : on;
+    };
+    if (event.type() == QEvent::KeyPress) {
+        locks[0]->setEnabled(lit(kCapsBit, Qt::Key_CapsLock));
+        locks[1]->setEnabled(lit(kNumBit, Qt::Key_NumLock));
+    }
+    if (pressed && event.key() == Qt::Key_ScrollLock) locks[2]->setEnabled(!locks[2]->isEnabled());
+}
+
+bool QtFrame::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    // Once for each event, on its way to the window.
+    if (isKey && watched == windowHandle()) ShowLocks(*static_cast<QKeyEvent*>(event));
+    return QMainWindow::eventFilter(watched, event);
+}
+
+// --- panes -------------------------------------------------------------------------------------
+
+Size QtFrame::ClientSize() const { return {outer->width(), outer->height()}; }
+
+void QtFrame::Place(Pane pane, QWidget* content) {
+    QSplitter* splitter = pane == Pane::Left ? outer : inner;
+    const int index = pane == Pane::Lower ? 1 : 0;
+    QPointer<QWidget>& place = panes[IndexOf(pane)];
+    const QList<int> sizes = splitter->sizes();
+    if (place) {
+        // The old content may be what sent the command that replaces it.
+        QWidget* gone = splitter->replaceWidget(splitter->indexOf(place), content);
+        gone->hide();
+        gone->deleteLater();
+        content->show();
+        splitter->setSizes(sizes);
+    } else {
+        splitter->insertWidget(index, content);
+    }
+    place = content;
+    // The edit view takes what is left over.
+    splitter->setStretchFactor(index, pane == Pane::Upper ? 1 : 0);
+}
+
+platform::Window* QtFrame::CreatePane(Pane pane, platform::WindowEvents& listener) {
+    auto* window = new PictureWidget(nullptr, &listener);
+    constexpr int kLeast = 24;
+    window->setMinimumSize(kLeast, kLeast);
+    Place(pane, window);
+    window->installEventFilter(this);
+    return window;
+}
+
+platform::FormWindow* QtFrame::CreateFormPane(Pane pane, const platform::Form& table,
+                                              platform::FormEvents& listener) {
+    form = new QtForm(nullptr, table, listener);
+    form->SetHome([this] { FocusHome(); });
+    Place(pane, new PanelArea(nullptr, form));
+    return form;
+}
+
+void QtFrame::ApplySizes() {
+    if (leftWidth > 0)
+        outer->setSizes(
+            {leftWidth, std::max(outer->width() - leftWidth - outer->handleWidth(), 1)});
+    if (lowerHeight > 0)
+        inner->setSizes(
+            {std::max(inner->height() - lowerHeight - inner->handleWidth(), 1), lowerHeight});
+}
+
+void QtFrame::SetLeftWidth(int w) {
+    leftWidth = w;
+    ApplySizes();
+}
+
+void QtFrame::SetLowerHeight(int h) {
+    // A panel in a tall font is not cut.
+    lowerHeight = form ? std::max(h, form->sizeHint().height()) : h;
+    inner->setSizes(
+        {std::max(inner->height() - lowerHeight - inner->handleWidth(), 1), lowerHeight});
+}
+
+Size QtFrame::PaneSize(Pane pane) const {
+    const QWidget* widget = panes[IndexOf(pane)];
+    return widget ? Size{widget->width(), widget->height()} : Size{};
+}
+
+void QtFrame::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (!isMinimized()) events.OnSize(ClientSize());
+}
+
+void QtFrame::InvalidateAll() {
+    events.OnFramePaint();
+    for (const auto& pane : panes)
+        if (pane) pane->update();
+    if (form) form->Invalidate();
+}
+
+// --- focus, showing, closing -------------------------------------------------------------------
+
+void QtFrame::SetHomeFocus(platform::Window* window) {
+    home = dynamic_cast<PictureWidget*>(window);
+    if (!home) return;
+    home->setFocusPolicy(Qt::StrongFocus);
+    home->setFocus();
+}
+
+void QtFrame::FocusHome() {
+    if (home && isActiveWindow()) home->setFocus(Qt::OtherFocusReason);
+}
+
+void QtFrame::Show() {
+    show();
+    // The panes have their real sizes only now.
+    QApplication::sendPostedEvents();
+    ApplySizes();
+    if (home) home->setFocus();
+}
+
+void QtFrame::Post(int command) {
+    QMetaObject::invokeMethod(
+        this, [this, command] { events.OnCommand(command); }, Qt::QueuedConnection);
+}
+
+void QtFrame::closeEvent(QCloseEvent* event) {
+    if (events.OnClose())
+        event->accept();
+    else
+        event->ignore();
+}

@@ -1,0 +1,128 @@
+#include "platform/qt/qt_platform.h"
+
+#include "platform/qt/picture_widget.h"
+#include "platform/qt/qt_form.h"
+#include "platform/qt/qt_frame.h"
+#include "platform/qt/qt_settings.h"
+#include "platform/qt/qt_text.h"
+
+#include <QFontDatabase>
+#include <QMessageBox>
+#include <QProcess>
+
+#include <charconv>
+#include <cstdlib>
+
+using platform::Buttons;
+using platform::Icon;
+
+namespace {
+
+constexpr QSize kPictureSize(1024, 768);
+
+QMessageBox::Icon BoxIcon(Icon icon) {
+    switch (icon) {
+        case Icon::Question:
+            return QMessageBox::Question;
+        case Icon::Warning:
+            return QMessageBox::Warning;
+        case Icon::Stop:
+            return QMessageBox::Critical;
+        default:
+            return QMessageBox::NoIcon;
+    }
+}
+
+}  // namespace
+
+QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
+    QApplication::setApplicationName(QStringLiteral("quilt-edit"));
+    QApplication::setDesktopFileName(QStringLiteral("quilt-edit"));
+    // The numbers in texts and files are written with a point everywhere.
+    QLocale::setDefault(QLocale::c());
+    std::setlocale(LC_NUMERIC, "C");
+    vPlatform = this;
+}
+
+QtPlatform::~QtPlatform() { vPlatform = nullptr; }
+
+bool QtPlatform::HasDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        const char* value = std::getenv(name);
+        if (value && *value) return true;
+    }
+    return false;
+}
+
+bool QtPlatform::SavePicture(const std::string& path) {
+    if (!frame) return false;
+    frame->resize(kPictureSize);
+    QApplication::processEvents();
+    return frame->grab().save(FromUtf8(path), "PNG");
+}
+
+bool QtPlatform::MessageBox(const std::string& text, const std::string& caption, Buttons buttons,
+                            Icon icon) {
+    QMessageBox box(BoxIcon(icon), FromUtf8(caption), FromUtf8(text), QMessageBox::Ok,
+                    QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    if (buttons == Buttons::OkCancel) box.addButton(QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Ok);
+    return box.exec() == QMessageBox::Ok;
+}
+
+int QtPlatform::RunDialog(const platform::Form& form, platform::FormEvents& events) {
+    return RunFormDialog(form, events);
+}
+
+int QtPlatform::GetProfileInt(const std::string& section, const std::string& key, int absent) {
+    const std::string text = GetProfileString(section, key, "");
+    int value = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc{} && stop == end && !text.empty() ? value : absent;
+}
+
+std::string QtPlatform::GetProfileString(const std::string& section, const std::string& key,
+                                         const std::string& absent) {
+    return ReadSetting(section, key).value_or(absent);
+}
+
+void QtPlatform::WriteProfileInt(const std::string& section, const std::string& key, int value) {
+    WriteSetting(section, key, std::to_string(value));
+}
+
+void QtPlatform::WriteProfileString(const std::string& section, const std::string& key,
+                                    const std::string& value) {
+    WriteSetting(section, key, value);
+}
+
+void QtPlatform::SetPalette(const std::array<std::uint32_t, 256>& colours) {
+    constexpr std::uint32_t kOpaque = 0xff000000;
+    for (std::size_t i = 0; i < colours.size(); ++i) vScreenColors[i] = colours[i] | kOpaque;
+    for (QWidget* widget : QApplication::allWidgets()) widget->update();
+}
+
+std::unique_ptr<platform::Frame> QtPlatform::CreateFrame(platform::FrameEvents& events) {
+    auto made = std::make_unique<QtFrame>(events);
+    frame = made.get();
+    return made;
+}
+
+std::vector<std::string> QtPlatform::FixedPitchFaces() {
+    std::vector<std::string> faces;
+    for (const QString& family : QFontDatabase::families())
+        if (QFontDatabase::isFixedPitch(family)) faces.push_back(ToUtf8(family));
+    return faces;
+}
+
+bool QtPlatform::StartProgram(const std::string& program, const std::string& argument,
+                              const std::string& folder) {
+    return QProcess::startDetached(FromUtf8(program), {FromUtf8(argument)}, FromUtf8(folder));
+}
+
+void QtPlatform::PostCommand(int command) {
+    if (frame) frame->Post(command);
+}
+
+int QtPlatform::Run() { return QApplication::exec(); }
