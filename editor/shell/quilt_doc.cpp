@@ -2,6 +2,7 @@
 
 #include "editor/shell/recent_files.h"
 #include "engine/dinterface.h"
+#include "engine/game_archive.h"
 #include "engine/report.h"
 #include "platform/platform.h"
 
@@ -18,6 +19,11 @@ constexpr const char* kFilter = "QUILT! game Files (*.zqlt)|*.zqlt||";
 bool CanRead(const std::string& path) {
     std::error_code error;
     return std::filesystem::is_regular_file(path, error) && std::ifstream(path).good();
+}
+
+bool Refuse(const std::string& why) {
+    vPlatform->MessageBox(why, "QUILT!", platform::Buttons::Ok, platform::Icon::Warning);
+    return false;
 }
 
 }  // namespace
@@ -49,11 +55,10 @@ bool CQuiltDoc::OnNewDocument() {
 }
 
 bool CQuiltDoc::OnOpenDocument(const std::string& path) {
-    if (!CanRead(path)) {
-        vPlatform->MessageBox("The game could not be opened:\n" + path, "QUILT!",
-                              platform::Buttons::Ok, platform::Icon::Warning);
-        return false;
-    }
+    if (!CanRead(path)) return Refuse("The game could not be opened:\n" + path);
+    // The world would load as an empty one.
+    if (LookAtArchive(path) == ArchiveKind::kWithoutWorld)
+        return Refuse("There is no game in this archive:\n" + path);
     if (!vWorld->Load(path)) return false;
     SetPathName(path);
     SelectFirstBoard();

@@ -188,6 +188,7 @@ QWidget* QtForm::MakeCode(const Control& control) {
 }
 
 void QtForm::Dress(QWidget& widget, const Control& control) {
+    widget.setObjectName(QString::number(control.id));
     widget.setEnabled(control.enabled);
     widget.setToolTip(FromUtf8(control.tip));
     QString name = FromUtf8(control.text);

@@ -149,6 +149,7 @@ platform::Window* QtFrame::CreatePane(Pane pane, platform::WindowEvents& listene
     auto* window = new PictureWidget(nullptr, &listener);
     constexpr int kLeast = 24;
     window->setMinimumSize(kLeast, kLeast);
+    window->setObjectName(QString::fromLatin1(pane == Pane::Left ? "list" : "edit"));
     Place(pane, window);
     window->installEventFilter(this);
     return window;
@@ -157,6 +158,7 @@ platform::Window* QtFrame::CreatePane(Pane pane, platform::WindowEvents& listene
 platform::FormWindow* QtFrame::CreateFormPane(Pane pane, const platform::Form& table,
                                               platform::FormEvents& listener) {
     form = new QtForm(nullptr, table, listener);
+    form->setObjectName(QStringLiteral("panel"));
     form->SetHome([this] { FocusHome(); });
     Place(pane, new PanelArea(nullptr, form));
     return form;
