@@ -118,6 +118,9 @@ bool QtFrame::eventFilter(QObject* watched, QEvent* event) {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     // Once for each event, on its way to the window.
     if (isKey && watched == windowHandle()) ShowLocks(*static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::MouseButtonRelease &&
+        std::find(panes.begin(), panes.end(), watched) != panes.end())
+        FocusHome();
     return QMainWindow::eventFilter(watched, event);
 }
 
@@ -151,7 +154,6 @@ platform::Window* QtFrame::CreatePane(Pane pane, platform::WindowEvents& listene
     window->setMinimumSize(kLeast, kLeast);
     window->setObjectName(QString::fromLatin1(pane == Pane::Left ? "list" : "edit"));
     Place(pane, window);
-    window->installEventFilter(this);
     return window;
 }
 

@@ -1,0 +1,20 @@
+// The main function of the tests on the real window system, off screen and with settings of
+// their own.
+
+#include "platform/qt/qt_platform.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const TempFolder settings;
+    setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", settings.Path().c_str(), 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    unsetenv("QUILT_TRACE");
+    QtPlatform qt(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,120 @@
+#include "tests/gui/person.h"
+
+#include <gtest/gtest.h>
+#include <QAction>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+namespace {
+
+constexpr int kLookEvery = 2;  // milliseconds
+
+}  // namespace
+
+Person::Person() {
+    QObject::connect(&timer, &QTimer::timeout, [this] { Look(); });
+    timer.start(kLookEvery);
+}
+
+Person::~Person() {
+    if (!steps.empty()) ADD_FAILURE() << steps.size() << " menus or dialogs never opened";
+}
+
+void Person::OnMenu(std::function<void(QMenu&)> act) { steps.push_back({std::move(act), {}}); }
+
+void Person::OnDialog(std::function<void(QDialog&)> act) { steps.push_back({{}, std::move(act)}); }
+
+void Person::Look() {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    QWidget* open = menu ? static_cast<QWidget*>(menu) : dialog;
+    if (!open || !open->isVisible()) last = nullptr;
+    if (!open || !open->isVisible() || open == last) return;
+    last = open;
+    const Step step = steps.empty() ? Step{} : steps.front();
+    if (!steps.empty()) steps.pop_front();
+    // From the event loop, not from the timer: what the step does may open the next dialog, and
+    // the timer must go on looking.
+    QMetaObject::invokeMethod(
+        open, [=] { Act(step, menu, dialog); }, Qt::QueuedConnection);
+}
+
+void Person::Act(const Step& step, QMenu* menu, QDialog* dialog) {
+    if (menu && step.menu) return step.menu(*menu);
+    if (!menu && step.dialog) return step.dialog(*dialog);
+    const auto* box = qobject_cast<QMessageBox*>(dialog);
+    ADD_FAILURE() << "unforeseen: " << (menu ? "a menu" : dialog->metaObject()->className()) << " "
+                  << (box ? box->text().toStdString() : "");
+    if (menu)
+        menu->close();
+    else
+        dialog->done(QDialog::Rejected);
+}
+
+QAction* Person::EntryOf(const QMenu& menu, const std::string& text) {
+    for (QAction* action : menu.actions())
+        if (action->text().toStdString() == text) return action;
+    ADD_FAILURE() << "no entry " << text;
+    return nullptr;
+}
+
+void Person::ChooseInMenu(const std::string& text) {
+    OnMenu([text](QMenu& menu) {
+        QAction* entry = EntryOf(menu, text);
+        if (!entry) return menu.close(), void();
+        menu.setActiveAction(entry);
+        QTest::keyClick(&menu, Qt::Key_Return);
+    });
+}
+
+void Person::AnswerBox(const std::string& text, bool ok) {
+    OnDialog([text, ok](QDialog& dialog) {
+        auto* box = qobject_cast<QMessageBox*>(&dialog);
+        ASSERT_NE(box, nullptr);
+        EXPECT_NE(box->text().toStdString().find(text), std::string::npos)
+            << box->text().toStdString();
+        box->button(ok ? QMessageBox::Ok : QMessageBox::Cancel)->click();
+    });
+}
+
+void Person::AnswerFileDialog(const std::string& path) {
+    OnDialog([path](QDialog& dialog) {
+        auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_NE(name, nullptr);
+        name->setText(QString::fromStdString(path));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+}
+
+void Person::Press(QWidget& widget, Qt::Key code, Qt::KeyboardModifiers with) {
+    QTest::keyClick(&widget, code, with);
+}
+
+void Person::Type(QWidget& widget, const QString& text) {
+    for (const QChar c : text) {
+        QKeyEvent down(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(&widget, &down);
+    }
+}
+
+void Person::Click(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with) {
+    Drag(widget, {at}, button, with);
+}
+
+void Person::Drag(QWidget& widget, const std::vector<QPoint>& path, Qt::MouseButton button,
+                  Qt::KeyboardModifiers with) {
+    const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton changed) {
+        const Qt::MouseButtons held =
+            type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::MouseButtons(button);
+        QMouseEvent event(type, at, widget.mapToGlobal(at), changed, held, with);
+        QApplication::sendEvent(&widget, &event);
+    };
+    send(QEvent::MouseButtonPress, path.front(), button);
+    for (std::size_t i = 1; i < path.size(); ++i) send(QEvent::MouseMove, path[i], Qt::NoButton);
+    send(QEvent::MouseButtonRelease, path.back(), button);
+    QApplication::processEvents();
+}
