@@ -66,7 +66,12 @@ struct Scene {
         Dobject& cover = AddBenchNode(*board, 20, 20, 5);
         Fill(cover, 15, 1);
         for (int i = 0; i < count; ++i) {
-            Dobject& node = AddBenchNode(*board, 1, 1);
+            // At the list's end at once: Spawn would walk the list for each.
+            board->children.push_back(std::make_unique<Dobject>());
+            Dobject& node = *board->children.back();
+            node.parent = board;
+            node.id = vWorld->TakeId();
+            node.Create("node", 1, 1);
             node.PutTile(0, 0, 1, 15, 1, 0);
             node.posx = i % 2 ? -100 - i : i % 20;
             node.posy = i % 2 ? 5 : i / 20 % 20;
