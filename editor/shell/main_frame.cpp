@@ -4,6 +4,7 @@
 #include "editor/shell/menu_bar.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/recent_files.h"
+#include "editor/tools/open_area_dialog.h"
 #include "engine/dinterface.h"
 
 using platform::Buttons;
@@ -112,6 +113,10 @@ void CMainFrame::ShowBrushMode() {
 }
 
 bool CMainFrame::EditBrush() { return false; }
+
+bool CMainFrame::RunAreaDialog(AreaDialog dialog) { return OpenAreaDialog(dialog); }
+
+void CMainFrame::EditName() { RedrawAll(); }
 
 void CMainFrame::About() {
     vPlatform->MessageBox(

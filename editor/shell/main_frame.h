@@ -46,9 +46,13 @@ public:
     void RedrawBrushPreview() override { RedrawPicture(vPanelMode == kPanelPaint); }
     void ShowBrushMode() override;
     bool EditBrush() override;
+    bool RunAreaDialog(AreaDialog dialog) override;
+    void EditName() override;
+
+    // ViewHost and PanelHost
+    void RedrawAll() override { frame->InvalidateAll(); }
 
     // PanelHost
-    void RedrawAll() override { frame->InvalidateAll(); }
     void RedrawEditView() override { quiltView.Invalidate(); }
     void PostCommand(int command) override { vPlatform->PostCommand(command); }
 

@@ -1,14 +1,11 @@
 #include "editor/shell/paint_view.h"
 
 #include "editor/commands.h"
+#include "editor/number_field.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/view/brush.h"
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
-#include "platform/platform.h"
-
-#include <charconv>
-#include <optional>
 
 using platform::Control;
 using platform::ControlKind;
@@ -75,13 +72,7 @@ void ShowMode(FormWindow& form) {
     for (const ModeRadio& radio : kRadios) form.SetCheck(radio.id, radio.id == RadioOf(vBrushMode));
 }
 
-std::optional<int> ParseStep(const std::string& text) {
-    int value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end || value < 0 || value > kMaxStep) return std::nullopt;
-    return value;
-}
+std::optional<int> ParseStep(const std::string& text) { return ParseNumber(text, 0, kMaxStep); }
 
 // Writing a text that is there already would move the caret of who is typing.
 void ShowStep(FormWindow& form, int id, int value) {
@@ -163,8 +154,7 @@ void CPaintView::ReadStep(FormWindow& form, int id) {
         (id == kStepX ? vStepX : vStepY) = *step;
         return;
     }
-    vPlatform->MessageBox("Please enter an integer between 0 and 100.", "QUILT!",
-                          platform::Buttons::Ok, platform::Icon::Warning);
+    ShowNumberRange(0, kMaxStep);
     form.SetText(id, std::to_string(id == kStepX ? vStepX : vStepY));
     form.SetFocus(id);
 }

@@ -73,6 +73,14 @@ int NextBlendChar(int chr) {
     }
 }
 
+int HoleHint(int chr) {
+    const Dfont& glyphs = *vWorld->GetFont();
+    for (int y = 0; y < kTileSize; ++y)
+        for (int x = 0; x < kTileSize; ++x)
+            if (glyphs.GetGlyphPixel(chr, x, y) == 0) return 0;
+    return 1;
+}
+
 void ScrollBack() { ScrollBy(vStepX, vStepY, true); }
 
 void ScrollForward() { ScrollBy(vStepX, vStepY, false); }

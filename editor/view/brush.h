@@ -59,6 +59,10 @@ void ResetBrushes();
 /// Any other glyph becomes blank.
 int NextBlendChar(int chr);
 
+/// The `bg` of a sprite tile of that glyph: 1 when none of its pixels is 0, or 0 for one with
+/// holes or that does not exist.
+int HoleHint(int chr);
+
 /// Moves the current object's viewport on its own grid by the steps, not past the grid.
 void ScrollBack();
 void ScrollForward();

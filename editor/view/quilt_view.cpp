@@ -3,6 +3,7 @@
 #include "editor/commands.h"
 #include "editor/view/brush.h"
 #include "editor/view/object_clip.h"
+#include "editor/view/tile_clip.h"
 #include "editor/view/tool_menus.h"
 #include "editor/view/view_marks.h"
 #include "engine/dinterface.h"
@@ -29,6 +30,7 @@ int Truncated(double value) { return static_cast<int>(std::trunc(value)); }
 CQuiltView::CQuiltView(ViewHost& panes)
     : host(panes), vToolMenu(MakeToolMenu()), vPrimMenu(MakePrimMenu()) {
     ResetBrushes();
+    ClearTileClip();
     MakeObjectClip();
 }
 
@@ -290,6 +292,7 @@ void CQuiltView::OnCommand(int command) {
             Invalidate();
             break;
         default:
+            if (RunAreaCommand(command, Cursor(), Anchor(), host)) Invalidate();
             break;
     }
 }

@@ -9,6 +9,7 @@
 // ((x + tPX) * 8, (y + tPY) * 8).
 #pragma once
 
+#include "editor/view/area_commands.h"
 #include "editor/view/view_state.h"
 #include "engine/bitmap.h"
 #include "platform/menu.h"
@@ -28,11 +29,17 @@ public:
     virtual void ShowBrushMode() = 0;
     /// Runs the Brush Settings dialog on vBrush; true when it closed with OK.
     virtual bool EditBrush() = 0;
+    /// Runs a dialog of the area tools; true when it closed with OK.
+    virtual bool RunAreaDialog(AreaDialog dialog) = 0;
+    /// Asks for the current object's name.
+    virtual void EditName() = 0;
+    /// Every pane of the main window.
+    virtual void RedrawAll() = 0;
 };
 
 class CQuiltView final : public platform::WindowEvents {
 public:
-    /// Also makes what belongs to the whole run: the brushes and the object clipboard.
+    /// Also makes what belongs to the whole run: the brushes and both clipboards.
     explicit CQuiltView(ViewHost& panes);
     CQuiltView(const CQuiltView&) = delete;
     CQuiltView& operator=(const CQuiltView&) = delete;

@@ -2,8 +2,6 @@
 
 #include "editor/commands.h"
 
-#include <algorithm>
-
 using platform::Entry;
 using platform::Menu;
 using platform::MenuItem;
@@ -23,19 +21,10 @@ MenuItem ShapeMenu(const char* text, int fill, int normal, int distance, int spe
                    {Entry("&Fill", fill), FadeMenu(normal, distance), Entry("&Speckle", speckle)});
 }
 
-// The tools behind these entries are still to come; they stand in their place, disabled.
-void DisableMissing(Menu& menu) {
-    constexpr int kReady[] = {kCmdZoomIn, kCmdZoomOut, kCmdRuler, kCmdToolCancel, kCmdPrimCancel};
-    platform::ForEachEntry(menu, [&](MenuItem& item) {
-        item.enabled =
-            std::find(std::begin(kReady), std::end(kReady), item.command) != std::end(kReady);
-    });
-}
-
 }  // namespace
 
 Menu MakeToolMenu() {
-    Menu menu{
+    return {
         Entry("&Fill", kCmdFill),
         FadeMenu(kCmdFadeNormal, kCmdFadeDistance, kCmdFadeSlime),
         Entry("&Speckle", kCmdSpeckle),
@@ -65,12 +54,10 @@ Menu MakeToolMenu() {
         Separator(),
         Entry("Cancel", kCmdToolCancel),
     };
-    DisableMissing(menu);
-    return menu;
 }
 
 Menu MakePrimMenu() {
-    Menu menu{
+    return {
         ShapeMenu("&Line", kCmdLineFill, kCmdLineFadeNormal, kCmdLineFadeDistance, kCmdLineSpeckle),
         ShapeMenu("&Rect", kCmdRectFill, kCmdRectFadeNormal, kCmdRectFadeDistance, kCmdRectSpeckle),
         ShapeMenu("&Circle", kCmdCircleFill, kCmdCircleFadeNormal, kCmdCircleFadeDistance,
@@ -81,6 +68,4 @@ Menu MakePrimMenu() {
                  Entry("&SameAs", kCmdBlendFadeSameAs)}),
         Entry("Cancel", kCmdPrimCancel),
     };
-    DisableMissing(menu);
-    return menu;
 }

@@ -25,6 +25,9 @@ struct CountingHost final : ViewHost {
         if (answer) vBrush = *answer;
         return answer.has_value();
     }
+    bool RunAreaDialog(AreaDialog) override { return false; }
+    void EditName() override {}
+    void RedrawAll() override {}
     int tree = 0, viewer = 0, preview = 0, mode = 0;
     std::optional<Brush> asked;
     std::optional<Brush> answer;

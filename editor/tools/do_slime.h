@@ -1,0 +1,16 @@
+// The dialog "Slime fade": a wave that grows from the fade centre.
+#pragma once
+
+#include "editor/tools/fade_dialog.h"
+
+class DoSlime final : public FadeDialog {
+public:
+    DoSlime() : FadeDialog("DoSlime") {}
+
+    void OnInit(platform::FormWindow& form) override;
+
+private:
+    const platform::Form& Layout() override;
+    void Paint(platform::FormWindow& form, Handle h) override;
+    void ShowValues(platform::FormWindow& form) override;
+};

@@ -1,0 +1,23 @@
+#include "editor/tools/open_area_dialog.h"
+
+#include "editor/tools/do_distance.h"
+#include "editor/tools/do_fade.h"
+#include "editor/tools/do_filter.h"
+#include "editor/tools/do_slime.h"
+#include "editor/tools/do_speckle.h"
+
+bool OpenAreaDialog(AreaDialog dialog) {
+    switch (dialog) {
+        case AreaDialog::Fade:
+            return DoFade().Run();
+        case AreaDialog::Distance:
+            return DoDistance().Run();
+        case AreaDialog::Slime:
+            return DoSlime().Run();
+        case AreaDialog::Speckle:
+            return DoSpeckle().Run();
+        case AreaDialog::Filter:
+            return DoFilter().Run();
+    }
+    return false;
+}

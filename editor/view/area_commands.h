@@ -1,0 +1,49 @@
+// The commands of the area tools: each is a selection and an action on what was selected.
+#pragma once
+
+#include "platform/geometry.h"
+
+#include <cstdint>
+#include <span>
+
+class ViewHost;
+
+/// The dialogs of the area tools. The first four paint the selection of the current object on
+/// OK; Filter narrows the brush.
+enum class AreaDialog { Fade, Distance, Slime, Speckle, Filter };
+
+enum class Selection { Rect, Flood, SameAs, Line, RectOutline, Ellipse };
+
+/// Where the fade centre goes: nowhere, to the middle of the box, to the cursor's tile.
+enum class FadeCentre { None, Box, Seed };
+
+enum class AreaAction {
+    Fill,
+    Blend,
+    Paste,
+    PasteSprite,
+    NewObject,
+    Fade,
+    Distance,
+    Slime,
+    Speckle,
+    // These ask by the Filter dialog which fields of the tiles are meant, and do nothing when
+    // it is cancelled.
+    ReplaceFill,
+    ReplaceSpeckle,
+    Copy,
+};
+
+struct AreaCommand {
+    int command;
+    Selection selection;
+    FadeCentre centre;
+    AreaAction action;
+};
+
+/// Every command of the area tools, each once.
+std::span<const AreaCommand> AreaCommands();
+
+/// Runs the command of that number on the current object, cursor and anchor in world tiles.
+/// False for a number that is no area command.
+bool RunAreaCommand(int command, platform::Point cursor, platform::Point anchor, ViewHost& host);

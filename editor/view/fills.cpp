@@ -1,0 +1,58 @@
+#include "editor/view/fills.h"
+
+#include "editor/view/brush.h"
+#include "editor/view/selection.h"
+
+#include <cmath>
+#include <vector>
+
+using platform::Point;
+
+namespace {
+
+constexpr int kFullBlock = 219;
+constexpr int kUnseen = 255;  // the colour behind a full block
+
+// Summed up entry by entry in single precision, which decides where a band ends.
+std::vector<std::uint8_t> MakeRamp(std::size_t length) {
+    const auto [low, high] = std::minmax(vBrush.fg, vBrush.bg);
+    const float step =
+        length > 1 ? static_cast<float>(high - low) / static_cast<float>(length - 1) : 0.0f;
+    std::vector<std::uint8_t> ramp(length);
+    float color = static_cast<float>(low);
+    for (std::uint8_t& entry : ramp) {
+        entry = static_cast<std::uint8_t>(static_cast<int>(color));
+        color += step;
+    }
+    return ramp;
+}
+
+}  // namespace
+
+void FillRegion(Handle h) {
+    vWorld->BackupTiles(h);
+    const Brush brush = vBrush;
+    ForEachSelected([&](int x, int y) {
+        vWorld->SetTile(h, x, y, brush.chr, brush.fg, brush.bg, brush.attrib);
+    });
+}
+
+void BlendRegion(Handle h, Point cursor, Point anchor) {
+    vWorld->BackupTiles(h);
+    const double dx = static_cast<double>(cursor.x) - anchor.x;
+    const double dy = static_cast<double>(cursor.y) - anchor.y;
+    const auto length = static_cast<std::size_t>(std::sqrt(dx * dx + dy * dy));
+    if (length == 0) return;
+    const std::vector<std::uint8_t> ramp = MakeRamp(length);
+    const double last = static_cast<double>(length - 1);
+    const double theta = std::atan2(dy, dx);
+    const double across = std::cos(theta);
+    const double down = std::sin(theta);
+    const Point zero = ToGrid(h, cursor);
+    const int attrib = vBrush.attrib;
+    ForEachSelected([&](int x, int y) {
+        const double t = across * (x - zero.x) + down * (y - zero.y);
+        const double i = std::clamp(-std::trunc(t), 0.0, last);
+        vWorld->SetTile(h, x, y, kFullBlock, ramp[static_cast<std::size_t>(i)], kUnseen, attrib);
+    });
+}

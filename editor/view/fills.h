@@ -1,0 +1,14 @@
+// The plain actions on a selection. Each takes the node's undo snapshot, writes the selected
+// cells of the box and leaves them done in the mask.
+#pragma once
+
+#include "engine/dinterface.h"
+#include "platform/geometry.h"
+
+/// The brush into every selected cell.
+void FillRegion(Handle h);
+
+/// A straight colour ramp in full blocks, from the lower of the brush's two colours at the
+/// cursor to the higher at the anchor (world tiles); what lies beyond a point takes the colour
+/// at its end. With both points on one tile there is no ramp and nothing is written.
+void BlendRegion(Handle h, platform::Point cursor, platform::Point anchor);
