@@ -44,7 +44,10 @@ Brush BrushFor(const FadeSet& set) {
 // A board that becomes a picture.
 class Sheet {
 public:
-    Sheet(int w, int h) : node(vWorld->Root().Spawn_Back(vWorld->TakeId(), 0)) {
+    Sheet(int w, int h) {
+        vWorld->Root().EraseAll();
+        vWorld->SetViewSize(w, h);
+        node = vWorld->Root().Spawn_Back(vWorld->TakeId(), 0);
         node->Create("sheet", w, h);
         for (int y = 0; y < h; ++y)
             for (int x = 0; x < w; ++x) node->PutTile(x, y, 0, kBlack, kBlack, 0);
@@ -65,10 +68,13 @@ public:
     }
 
     bool Write(const std::string& path, int scale) const {
-        Picture picture(node->vSurf->w * scale, node->vSurf->h * scale, 0);
+        const Bitmap drawn = MakeBitmap(node->vSurf->w, node->vSurf->h);
+        clear_bitmap(drawn.get());
+        vWorld->DrawWorld(drawn.get(), 0, 0);
+        Picture picture(drawn->w * scale, drawn->h * scale, 0);
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
-                picture.Put(x, y, node->vSurf->line[y / scale][x / scale]);
+                picture.Put(x, y, drawn->line[y / scale][x / scale]);
         Palette palette;
         for (std::size_t i = 0; i < palette.colors.size(); ++i) {
             const RGB& color = vWorld->GetFont()->GetPalette()[i];
@@ -80,7 +86,7 @@ public:
     }
 
 private:
-    Dobject* node;
+    Dobject* node = nullptr;
 };
 
 template <typename Record>
@@ -145,6 +151,13 @@ public:
         RunAreaCommand(command, cursor, anchor, *this);
     }
 
+    /// A copy with every box of the filter ticked.
+    void CopyAll(int command, Point cursor, Point anchor) {
+        all = true;
+        Do(command, cursor, anchor, {1, 15, 1, 0});
+        all = false;
+    }
+
     bool RunAreaDialog(AreaDialog dialog) override {
         const HandleGuard h(vWorld->GetCurrentObject());
         const FadeTiles& tiles = Named(library.sets, set).tiles;
@@ -162,7 +175,7 @@ public:
                 SpeckleFill(h, random);
                 break;
             case AreaDialog::Filter:
-                vBrush.chr = vBrush.bg = vBrush.attrib = -1;
+                if (!all) vBrush.chr = vBrush.bg = vBrush.attrib = -1;
                 break;
         }
         return true;
@@ -180,34 +193,78 @@ private:
     const char* set = "";
     const char* blend = "";
     int random = 0;
+    bool all = false;
 };
 
-// An evening at the lake, with at least one command of each sub-menu.
+// The land: a lake, a meadow and two mountains, whose outlines are flooded with their fades.
+void DrawLand(Painter& p) {
+    p.Do(kCmdFadeDistance, {0, 22}, {63, 27}, {1, 52, 43, 0}, "Water", "", 2);
+    p.Do(kCmdFadeNormal, {0, 28}, {63, 39}, {1, 84, 75, 0}, "Grass", "Top to bottom", 3);
+    const Brush ridge{219, 35, 255, 1};
+    for (const Point top : {Point{14, 8}, Point{33, 12}}) {
+        const int rise = 21 - top.y;
+        p.Do(kCmdLineFill, top, {top.x - rise, 21}, ridge);
+        p.Do(kCmdLineFill, top, {top.x + rise, 21}, ridge);
+        const int command = top.x < 20 ? kCmdFloodFadeNormal : kCmdFloodFadeSlime;
+        p.Do(command, {top.x, top.y + 2}, top, {1, 33, 27, 1}, "Shades", "Bottom to top", 4);
+    }
+}
+
+// The sky runs from night to evening, with stars and the moon in it.
+void DrawSky(Painter& p) {
+    p.Do(kCmdBlendFadeFlood, {0, 0}, {0, 21}, {1, 185, 191, 0});
+    for (int y = 0; y < 7; ++y)
+        p.Do(kCmdSpeckle, {0, y}, {63, y}, {y % 2 ? 250 : 249, 15, 185 + y * 2 / 7, 0}, "", "", 5);
+    p.Do(kCmdCircleFill, {46, 2}, {54, 8}, {219, 252, 255, 0});
+    p.Do(kCmdFadeNormal, {47, 3}, {53, 7}, {1, 254, 251, 0}, "Shades", "Corner");
+}
+
+// A house with a window that is copied, and someone at the door.
+void DrawHouse(Painter& p) {
+    p.Do(kCmdFill, {40, 24}, {55, 33}, {193, 16, 59, 1});
+    p.Do(kCmdReplaceSpeckle, {40, 24}, {55, 33}, {0, 19, 0, 0}, "", "", 30);
+    p.Do(kCmdRectFill, {40, 24}, {55, 33}, {219, 18, 255, 1});
+    for (int i = 0; i < 6; ++i)
+        p.Do(kCmdLineFill, {38 + i, 23 - i}, {57 - i, 23 - i}, {240, 57, 60, 1});
+    p.Do(kCmdRectFadeNormal, {46, 28}, {49, 33}, {1, 124, 120, 1}, "Shades", "Left to right");
+    p.Do(kCmdFill, {47, 29}, {48, 33}, {186, 127, 122, 1});
+    p.Do(kCmdPasteSprite, {51, 33}, {51, 33}, {2, 15, 1, 0});
+    p.Do(kCmdRectFill, {42, 26}, {44, 29}, {219, 126, 255, 1});
+    p.Do(kCmdFill, {43, 27}, {43, 28}, {197, 120, 254, 1});
+    p.CopyAll(kCmdCopyFill, {42, 26}, {44, 29});
+    p.Do(kCmdPasteFill, {51, 26}, {53, 29}, {1, 15, 1, 0});
+}
+
+// A tree is painted once, copied with its shape by a flood, and pasted to make a wood.
+void DrawWood(Painter& p) {
+    p.Do(kCmdFill, {4, 28}, {8, 30}, {5, 84, 72, 1});
+    p.Do(kCmdFill, {5, 27}, {7, 31}, {5, 84, 72, 1});
+    p.CopyAll(kCmdCopyFlood, {6, 29}, {6, 29});
+    p.Do(kCmdFill, {6, 32}, {6, 34}, {179, 123, 120, 1});
+    for (const Point at : {Point{14, 30}, Point{22, 28}, Point{29, 31}}) {
+        p.Do(kCmdPasteFill, at, {at.x + 4, at.y + 4}, {1, 15, 1, 0});
+        p.Do(kCmdFill, {at.x + 2, at.y + 5}, {at.x + 2, at.y + 7}, {179, 123, 120, 1});
+    }
+}
+
+// A boat becomes an object, which then sails away from where it was made.
+void DrawBoats(Painter& p) {
+    p.Do(kCmdFill, {9, 25}, {13, 25}, {220, 131, 43, 0});
+    p.Do(kCmdFill, {11, 23}, {11, 24}, {16, 15, 43, 0});
+    p.Do(kCmdMakeObject, {9, 23}, {13, 25}, {1, 15, 1, 0});
+    const HandleGuard boat(vWorld->GetCurrentObject());
+    vWorld->MoveTo(boat, 24, 24);
+}
+
+// An evening at the lake, with commands of every kind from both menus.
 bool DrawBoard(const Library& library, const std::string& path) {
     Sheet sheet(64, 40);
     Painter p(library);
-    // The sky: a blend in steps from night to evening, stars in it, the moon.
-    p.Do(kCmdBlendFadeFill, {0, 0}, {0, 21}, {1, 185, 190, 0});
-    p.Do(kCmdSpeckle, {0, 0}, {63, 12}, {250, 15, 184, 0}, "", "", 5);
-    p.Do(kCmdCircleFill, {46, 2}, {54, 8}, {219, 251, 255, 0});
-    p.Do(kCmdFadeNormal, {47, 3}, {53, 7}, {1, 254, 250, 0}, "Shades", "Corner");
-    // Two mountains: outlines by lines, each flooded with its fade.
-    for (const Point top : {Point{14, 8}, Point{32, 12}}) {
-        const int rise = 22 - top.y;
-        p.Do(kCmdLineFill, {top.x, top.y}, {top.x - rise, 22}, {219, 31, 255, 0});
-        p.Do(kCmdLineFill, {top.x, top.y}, {top.x + rise, 22}, {219, 31, 255, 0});
-    }
-    p.Do(kCmdFadeDistance, {0, 22}, {63, 27}, {1, 52, 43, 0}, "Water", "", 2);
-    p.Do(kCmdFadeNormal, {0, 28}, {63, 39}, {1, 84, 75, 0}, "Grass", "Top to bottom", 3);
-    // The house: walls of bricks in a frame, a door, a roof, a window that is copied.
-    p.Do(kCmdFadeNormal, {40, 24}, {55, 33}, {1, 16, 62, 1}, "Bricks", "Waves", 2);
-    p.Do(kCmdRectFill, {40, 24}, {55, 33}, {219, 18, 255, 1});
-    for (int i = 0; i < 6; ++i)
-        p.Do(kCmdLineFill, {38 + i, 23 - i}, {57 - i, 23 - i}, {177, 60, 57, 1});
-    p.Do(kCmdFill, {47, 29}, {48, 33}, {176, 122, 120, 1});
-    p.Do(kCmdRectFill, {42, 26}, {45, 29}, {219, 127, 255, 1});
-    p.Do(kCmdFill, {43, 27}, {44, 28}, {197, 127, 254, 1});
-    p.Do(kCmdCopyFill, {42, 26}, {45, 29}, {1, 15, 1, 0});
+    DrawLand(p);
+    DrawSky(p);
+    DrawHouse(p);
+    DrawWood(p);
+    DrawBoats(p);
     return sheet.Write(path, 2);
 }
 
