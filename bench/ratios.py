@@ -29,6 +29,28 @@ TABLE = {
         ("what 100,000 unseen objects add / a walk over as many nodes",
          "Covered/100000", "Covered/0", "WalkNodes/100000", 2.0),
     ],
+    "areas_bench": [
+        ("SelectFlood of 1,000 by 1,000 / Allegro's floodfill",
+         "Flood/1000", None, "AllegroFloodfill", 6.0),
+        ("FillRegion / drawing the glyphs alone", "Fill/1000", None, "DrawTiles", 1.5),
+        ("PasteRegion / FillRegion", "Paste/1000", None, "Fill/1000", 2.0),
+        ("BlendRegion / FillRegion", "Blend/1000", None, "Fill/1000", 2.0),
+        ("Normal fade / FillRegion", "Normal/1000", None, "Fill/1000", 2.0),
+        # The generator alone takes more than twice a fill here: four draws of rand for each cell.
+        ("Normal fade with the most scatter, less its four draws a cell / FillRegion",
+         "ScatteredNormal/1000", "FourDraws", "Fill/1000", 2.0),
+        ("Distance fade / FillRegion", "Distance/1000", None, "Fill/1000", 2.0),
+        ("Slime fade / FillRegion", "Slime/1000", None, "Fill/1000", 6.0),
+        ("one tile selected by SelectRect / clearing the mask",
+         "SelectOneByRect", None, "ClearMaskAlone", 1.1),
+        ("one tile selected by SelectFlood / clearing the mask",
+         "SelectOneByFlood", None, "ClearMaskAlone", 1.1),
+    ] + [
+        (f"{name} per cell, 1,000 by 1,000 / 250 by 250",
+         f"{name}/1000", None, f"{name}/250", 1.5)
+        for name in ("Flood", "Fill", "Paste", "Blend", "Normal", "ScatteredNormal", "Distance",
+                     "Slime")
+    ],
     "view_bench": [
         ("whole repaint of the edit view / QPainter's drawImage of 8 bits",
          "RepaintView", None, "DrawIndexedImage", 1.2),

@@ -24,7 +24,8 @@ void ClearMask(Handle h) {
 // A tile as one number: four fields are equal if their numbers are.
 std::uint64_t AllFields(const Dtile& tile) { return std::bit_cast<std::uint64_t>(tile); }
 
-// Spreads row by row: a waiting point stands for the whole run of like tiles around it.
+// Spreads by runs of like tiles in a row. A run is always taken whole, so the run beside a part
+// of it needs a look at that part only.
 class Flood {
 public:
     Flood(const Dobject& node, Point start)
@@ -36,13 +37,13 @@ public:
           top(start.y),
           right(start.x),
           bottom(start.y),
-          waiting{start} {}
+          waiting{{start.x, start.x, start.y}} {}
 
-    void Run() {
+    void Fill() {
         while (!waiting.empty()) {
-            const Point at = waiting.back();
+            const Run run = waiting.back();
             waiting.pop_back();
-            if (Takes(at.x, at.y)) TakeRun(at);
+            if (vMask[IndexOf(run.first, run.y)] == kNotSelected) Take(run);
         }
         vRegionX = left;
         vRegionY = top;
@@ -51,37 +52,42 @@ public:
     }
 
 private:
+    struct Run {
+        int first, last, y;
+    };
+
     std::size_t IndexOf(int x, int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                static_cast<std::size_t>(x);
     }
 
-    bool Takes(int x, int y) const {
-        Trace("%i,%i\n", x, y);
-        const std::size_t i = IndexOf(x, y);
-        return AllFields(tiles[i]) == like && vMask[i] == kNotSelected;
+    bool Takes(std::size_t i) const {
+        return vMask[i] == kNotSelected && AllFields(tiles[i]) == like;
     }
 
-    void TakeRun(Point at) {
-        int first = at.x;
-        int last = at.x;
-        while (first > 0 && Takes(first - 1, at.y)) --first;
-        while (last + 1 < width && Takes(last + 1, at.y)) ++last;
-        std::fill(&MaskAt(first, at.y), &MaskAt(last, at.y) + 1, kSelected);
-        left = std::min(left, first);
-        right = std::max(right, last);
-        top = std::min(top, at.y);
-        bottom = std::max(bottom, at.y);
-        if (at.y + 1 < height) AddRuns(first, last, at.y + 1);
-        if (at.y > 0) AddRuns(first, last, at.y - 1);
+    void Take(Run run) {
+        const std::size_t row = IndexOf(0, run.y);
+        while (run.first > 0 && Takes(row + static_cast<std::size_t>(run.first - 1))) --run.first;
+        while (run.last + 1 < width && Takes(row + static_cast<std::size_t>(run.last + 1)))
+            ++run.last;
+        std::fill(&MaskAt(run.first, run.y), &MaskAt(run.last, run.y) + 1, kSelected);
+        if (vTraceOn)
+            for (int x = run.first; x <= run.last; ++x) Trace("%i,%i\n", x, run.y);
+        left = std::min(left, run.first);
+        right = std::max(right, run.last);
+        top = std::min(top, run.y);
+        bottom = std::max(bottom, run.y);
+        if (run.y + 1 < height) AddRuns(run, run.y + 1);
+        if (run.y > 0) AddRuns(run, run.y - 1);
     }
 
-    void AddRuns(int first, int last, int y) {
-        bool inRun = false;
-        for (int x = first; x <= last; ++x) {
-            const bool takes = Takes(x, y);
-            if (takes && !inRun) waiting.push_back({x, y});
-            inRun = takes;
+    void AddRuns(const Run& beside, int y) {
+        const std::size_t row = IndexOf(0, y);
+        for (int x = beside.first; x <= beside.last; ++x) {
+            if (!Takes(row + static_cast<std::size_t>(x))) continue;
+            const int first = x;
+            while (x < beside.last && Takes(row + static_cast<std::size_t>(x + 1))) ++x;
+            waiting.push_back({first, x, y});
         }
     }
 
@@ -89,7 +95,7 @@ private:
     int width, height;
     std::uint64_t like;
     int left, top, right, bottom;
-    std::vector<Point> waiting;
+    std::vector<Run> waiting;
 };
 
 }  // namespace
@@ -128,7 +134,7 @@ Point SelectFlood(Handle h, Point cursor) {
     vRegionY = seed.y;
     vRegionW = vRegionH = 1;
     Dobject* node = vWorld->Node(h);
-    if (node && node->GetTile(seed.x, seed.y)) Flood(*node, seed).Run();
+    if (node && node->GetTile(seed.x, seed.y)) Flood(*node, seed).Fill();
     return seed;
 }
 

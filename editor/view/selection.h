@@ -17,7 +17,12 @@
 #include <cstdint>
 #include <vector>
 
-enum MaskState : std::int32_t { kNotSelected = 0, kSelected = 1, kDone = 2 };
+enum MaskState : std::int32_t {
+    kNotSelected = 0,
+    kSelected = 1,  ///< and still to do
+    kDone = 2,
+    kReached = 3,  ///< decided on, but not yet written: within an action only
+};
 
 /// One MaskState for each cell, index row * vMaskW + column. Longer than that if a larger grid
 /// was selected from before.
@@ -62,23 +67,23 @@ inline std::int32_t& MaskAt(int x, int y) {
                  static_cast<std::size_t>(x)];
 }
 
-/// Calls act(x, y) for each selected cell of the box, row by row. A cell for which it gives
-/// true is done.
+/// Calls act(x, y) for each cell of the box that is in that state, row by row. A cell for which
+/// it gives true is done.
 template <typename Act>
-void VisitSelected(Act act) {
+void VisitCells(MaskState state, Act act) {
     const int right = std::min(vRegionX + vRegionW, vMaskW);
     const int bottom = std::min(vRegionY + vRegionH, vMaskH);
     for (int y = std::max(vRegionY, 0); y < bottom; ++y) {
         std::int32_t* row = vMask.data() + std::ptrdiff_t{y} * vMaskW;
         for (int x = std::max(vRegionX, 0); x < right; ++x)
-            if (row[x] == kSelected && act(x, y)) row[x] = kDone;
+            if (row[x] == state && act(x, y)) row[x] = kDone;
     }
 }
 
-/// The same for an action that does every cell.
+/// The same for the selected cells and an action that does each of them.
 template <typename Act>
 void ForEachSelected(Act act) {
-    VisitSelected([&](int x, int y) {
+    VisitCells(kSelected, [&](int x, int y) {
         act(x, y);
         return true;
     });

@@ -6,8 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-
 using platform::Point;
 using testing::ElementsAre;
 
@@ -202,38 +200,6 @@ TEST_F(AreaTest, BlendRunsFromTheLowColourAtTheCursor) {
     BlendRegion(handle, {3, 3}, {3, 2});
     EXPECT_EQ(At(0, 0).fg, 50);
     EXPECT_EQ(At(7, 5).fg, 50);
-}
-
-TEST_F(AreaTest, BlendIsThatOfThePlainFormula) {
-    std::mt19937 random(5);
-    for (int run = 0; run < 30; ++run) {
-        Scatter(random, 2);
-        const auto mask = vMask;
-        const auto point = [&] {
-            return Point{static_cast<int>(random() % 20) - 5, static_cast<int>(random() % 20) - 5};
-        };
-        const Point c = point(), a = point();
-        vBrush = {1, static_cast<int>(random() % 256), static_cast<int>(random() % 256), 0};
-        const int dx = std::abs(c.x - a.x), dy = std::abs(c.y - a.y);
-        const int len = static_cast<int>(std::sqrt(dx * dx + dy * dy));
-        const int lo = std::min(vBrush.fg, vBrush.bg), hi = std::max(vBrush.fg, vBrush.bg);
-        std::vector<int> ramp;
-        float sum = static_cast<float>(lo);
-        for (int i = 0; i < len;
-             ++i, sum += static_cast<float>(hi - lo) / static_cast<float>(len - 1))
-            ramp.push_back(static_cast<int>(sum));
-        BlendRegion(handle, c, a);
-        const double theta = std::atan2(c.y - a.y, c.x - a.x);
-        for (int y = 0; y < 6; ++y) {
-            for (int x = 0; x < 8; ++x) {
-                if (len == 0 || mask[static_cast<std::size_t>(y * 8 + x)] != kSelected) continue;
-                const double t = std::cos(theta) * (x - c.x) + std::sin(theta) * (y - c.y);
-                const int i = std::clamp(-static_cast<int>(std::trunc(t)), 0, len - 1);
-                ASSERT_EQ(At(x, y).fg, ramp[static_cast<std::size_t>(i)])
-                    << run << " " << x << "," << y;
-            }
-        }
-    }
 }
 
 // --- copy and paste ----------------------------------------------------------------------------
