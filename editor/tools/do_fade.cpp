@@ -11,9 +11,9 @@ namespace {
 constexpr Control kControls[] = {
     {kFadePicture, ControlKind::Picture, "Preview", 7, 7, 145, 139, 0, 0,
      "The pattern in the colours of the brush"},
-    {kFadeBlendName, ControlKind::ReadOnlyEdit, "Blend", 7, 149, 69, 14, 0, 0,
+    {kFadeBlendName, ControlKind::ReadOnlyEdit, "Blend", 7, 149, 78, 14, 0, 0,
      "The pattern that is stretched over the area"},
-    {kFadeSetButton, ControlKind::Button, "Set: Basic", 79, 149, 73, 14, 0, 0,
+    {kFadeSetButton, ControlKind::Button, "Set: Basic", 88, 149, 64, 14, 0, 0,
      "Choose the five glyphs to shade with"},
     {kFadeBlendSlider, ControlKind::Slider, "Blend", 7, 166, 145, 12, 0, 0, "Choose the pattern"},
     {kFadeRandomText, ControlKind::ReadOnlyEdit, "Random", 7, 181, 50, 14, 0, 0,

@@ -199,6 +199,8 @@ TEST_F(AreaCommandsTest, FadeShowsTheBlendThroughTheSet) {
     ASSERT_GE(setNames.size(), 12u);
     ASSERT_GE(blends.size(), 10u);
     const auto sets = LoadFadeSets("test");
+    for (const FadeSet& set : sets)
+        for (int tile : set.tiles) EXPECT_LT(tile, world->GetFont()->GlyphCount()) << set.name;
     const auto shows = [&](ScriptedForm& form, std::size_t set, std::size_t blend) {
         auto* viewer = static_cast<ScriptedWindow*>(form.Picture(kFadePicture));
         EXPECT_GT(viewer->invalidated, 0);
