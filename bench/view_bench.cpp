@@ -89,7 +89,7 @@ int StartProgram() {
 
 int main(int argc, char** argv) {
     const std::string_view mode = argc > 1 ? argv[1] : "";
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
     if (mode == "--empty-start") {
         const QApplication qt(argc, argv);
         return StartEmpty();
