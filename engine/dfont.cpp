@@ -30,15 +30,19 @@ std::uint64_t Colored(std::uint64_t pixels, std::uint64_t under, int fg, int bg)
     return (half(fg) & set) | (half(bg) & ~set);
 }
 
-// How many cells a run of pixels holds; a cell of a single pixel column or row is none.
-std::int64_t CellsIn(int pixels) { return pixels < 2 ? 0 : (std::int64_t{pixels} + 6) / kTileSize; }
+}  // namespace
 
-// A sheet that is narrower than two pixels still has one glyph a row.
-std::int64_t CountGlyphs(int w, int h) {
-    return std::max<std::int64_t>(CellsIn(w), 1) * CellsIn(h);
+bool IsSheetSize(std::int64_t w, std::int64_t h) {
+    const auto cells = [](std::int64_t pixels) { return (pixels + kTileSize - 1) / kTileSize; };
+    return w > 0 && h > 0 && cells(w) <= kMaxGlyphs && cells(h) <= kMaxGlyphs &&
+           cells(w) * cells(h) <= kMaxGlyphs;
 }
 
-}  // namespace
+int CountGlyphs(int w, int h) {
+    const auto cells = [](int pixels) { return pixels < 2 ? 0 : (pixels + 6) / kTileSize; };
+    // A sheet that is narrower than two pixels still has one glyph a row.
+    return std::max(cells(w), 1) * cells(h);
+}
 
 void Dfont::LoadDefault() {
     std::unique_ptr<DATAFILE, DatafileCloser> file(load_datafile(kDefaultFile));
@@ -56,7 +60,7 @@ void Dfont::LoadDefault() {
 }
 
 BITMAP* Dfont::NewSheet(int w, int h) {
-    if (CountGlyphs(w, h) > kMaxGlyphs) return nullptr;
+    if (!IsSheetSize(w, h)) return nullptr;
     Bitmap sheet = MakeBitmap(w, h);
     if (!sheet) return nullptr;
     vSheet = std::move(sheet);
@@ -170,7 +174,7 @@ void Dfont::PutGlyphPixel(int chr, int x, int y, int value) {
 }
 
 void Dfont::ResizeSheet(int h) {
-    if (h < kTileSize || CountGlyphs(vSheet->w, h) > kMaxGlyphs) return;
+    if (h < kTileSize || !IsSheetSize(vSheet->w, h)) return;
     Bitmap sheet = MakeBitmap(vSheet->w, h);
     if (!sheet) return;
     clear_bitmap(sheet.get());
@@ -185,7 +189,7 @@ void Dfont::RemoveRow() { ResizeSheet(vSheet->h - kTileSize); }
 void Dfont::ImportBitmap(const std::string& path) {
     Bitmap picture(load_bmp(path.c_str(), nullptr));
     if (!picture || bitmap_color_depth(picture.get()) != 8 ||
-        CountGlyphs(picture->w, picture->h) > kMaxGlyphs) {
+        !IsSheetSize(picture->w, picture->h)) {
         Fatal("Unable to import font", __FILE__, __LINE__);
         LoadDefault();
         return;

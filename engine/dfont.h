@@ -15,6 +15,12 @@ class Dobject;
 /// Largest number of glyphs: a tile's glyph number is read as a signed 16-bit value.
 inline constexpr int kMaxGlyphs = 32767;
 
+/// A sheet that a tile font can have: at least a pixel, at most kMaxGlyphs cells, those that
+/// are cut by an edge included.
+bool IsSheetSize(std::int64_t w, std::int64_t h);
+/// How many glyphs such a sheet holds: a cell of a single pixel column or row is none.
+int CountGlyphs(int w, int h);
+
 class Dfont {
 public:
     Dfont() = default;
@@ -26,7 +32,7 @@ public:
     void LoadDefault();
 
     /// Replaces the sheet by one of w by h pixels, not cleared and not laid out. Null, with the
-    /// old sheet in place, when it would hold more than kMaxGlyphs or there is no memory.
+    /// old sheet in place, when a font cannot have such a sheet or there is no memory.
     BITMAP* NewSheet(int w, int h);
     /// Takes over a sheet read elsewhere, not null, and lays it out.
     void TakeSheet(Bitmap sheet);

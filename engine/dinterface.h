@@ -16,6 +16,9 @@
 #include <string_view>
 #include <vector>
 
+struct Game;
+struct GameFault;
+
 using Handle = std::int32_t;
 
 inline constexpr int kMaxHandles = 1024;
@@ -162,6 +165,9 @@ public:
     /// False when the world could not be read or written; that has been reported then.
     bool New();
     bool Load(const std::string& path);
+    /// Puts a game that has been read in the place of the world. False, with the reason and
+    /// nothing changed, when there is no memory for its surfaces.
+    bool TakeGame(Game& game, GameFault& fault);
     bool Save(const std::string& path);
 
 private:

@@ -18,9 +18,10 @@
 #include <string>
 #include <vector>
 
-/// Largest grid: cells a side, and cells in all.
+/// Largest grid: cells a side, and cells in all, so that the surface's pixels can be counted
+/// in an int.
 inline constexpr int kMaxGridSide = 32767;
-inline constexpr std::int64_t kMaxGridCells = 67'108'864;
+inline constexpr std::int64_t kMaxGridCells = INT32_MAX / (kTileSize * kTileSize);
 
 class Dobject {
 public:

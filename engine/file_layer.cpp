@@ -37,15 +37,16 @@ std::int64_t NumberIn(const char* path) {
     return in >> number ? number : std::numeric_limits<std::int64_t>::max();
 }
 
-std::int64_t AvailableOfMachine() {
-    std::ifstream in("/proc/meminfo");
+// The number behind a key in a file of such lines, or `absent`.
+std::int64_t NumberOf(const char* path, const std::string& wanted, std::int64_t absent) {
+    std::ifstream in(path);
     std::string key;
-    std::int64_t kilobytes = 0;
-    while (in >> key >> kilobytes) {
-        if (key == "MemAvailable:") return kilobytes * 1024;
+    std::int64_t number = 0;
+    while (in >> key >> number) {
+        if (key == wanted) return number;
         in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
     }
-    return std::numeric_limits<std::int64_t>::max();
+    return absent;
 }
 
 }  // namespace
@@ -132,9 +133,17 @@ int FileLayer::Rename(const std::string& from, const std::string& to) {
 int FileLayer::Remove(const std::string& path) { return ErrorOf(unlink(path.c_str())); }
 
 std::int64_t AvailableMemory() {
-    std::int64_t available = AvailableOfMachine();
+    constexpr std::int64_t kUnknown = std::numeric_limits<std::int64_t>::max();
+    const std::int64_t kilobytes = NumberOf("/proc/meminfo", "MemAvailable:", kUnknown / 1024);
+    std::int64_t available = kilobytes * 1024;
     const std::int64_t limit = NumberIn("/sys/fs/cgroup/memory.max");
-    if (limit != std::numeric_limits<std::int64_t>::max())
-        available = std::min(available, limit - NumberIn("/sys/fs/cgroup/memory.current"));
+    const std::int64_t used = NumberIn("/sys/fs/cgroup/memory.current");
+    if (limit != kUnknown && used != kUnknown) {
+        // Files kept in memory count as used, and give way.
+        constexpr const char* kStatistics = "/sys/fs/cgroup/memory.stat";
+        const std::int64_t kept =
+            NumberOf(kStatistics, "active_file", 0) + NumberOf(kStatistics, "inactive_file", 0);
+        available = std::min(available, limit - used + kept);
+    }
     return std::max<std::int64_t>(available, 0);
 }

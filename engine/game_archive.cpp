@@ -18,6 +18,7 @@ constexpr const char* kSheetEntry = "font.raw";
 constexpr const char* kTextEntry = "game.qlt";
 constexpr const char* kSettingsEntry = "res.dat";
 constexpr const char* kNewGame = "Library/default.zqlt";
+constexpr const char* kNoArchive = "it is no game archive, or its end is missing";
 constexpr std::int32_t kNumbersFormat = 2;
 constexpr int kMaxColor = 255;
 
@@ -183,7 +184,7 @@ std::string OpenFault(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return std::string("it cannot be read: ") + std::strerror(errno);
     if (std::filesystem::file_size(path, error) == 0) return "it is empty";
-    return "it is no game archive, or its end is missing";
+    return kNoArchive;
 }
 
 // minizip would wait for ever on a pipe.
@@ -214,53 +215,63 @@ bool WriteEntry(ZipWriter& archive, const char* name, std::ios::openmode mode, W
     return out.close() && written;
 }
 
-int DepthOf(const Dobject& node) {
-    int deepest = 0;
-    for (const auto& child : node.children) deepest = std::max(deepest, DepthOf(*child));
-    return deepest + 1;
-}
-
-std::int64_t CellsOf(const Dobject& node) {
-    auto cells = static_cast<std::int64_t>(node.tiles.size());
-    for (const auto& child : node.children) cells += CellsOf(*child);
-    return cells;
-}
-
-const Dobject* FindLongLine(const Dobject& node) {
-    for (std::size_t start = 0; start < node.script.size();) {
-        const std::size_t end = std::min(node.script.find('\n', start), node.script.size());
-        if (end - start > kMaxScriptLine) return &node;
+bool HasLongLine(const std::string& script) {
+    for (std::size_t start = 0; start < script.size();) {
+        const std::size_t end = std::min(script.find('\n', start), script.size());
+        if (end - start > kMaxScriptLine) return true;
         start = end + 1;
     }
-    for (const auto& child : node.children)
-        if (const Dobject* found = FindLongLine(*child)) return found;
-    return nullptr;
+    return false;
 }
+
+// What a reader sets limits to.
+struct Extent {
+    int depth = 0;
+    std::int64_t cells = 0;
+    std::int64_t text = 0;
+    const Dobject* longName = nullptr;
+    const Dobject* longLine = nullptr;
+
+    void Add(const Dobject& node, int at) {
+        depth = std::max(depth, at);
+        cells += static_cast<std::int64_t>(node.tiles.size());
+        // One more for the line end that the file adds.
+        text += static_cast<std::int64_t>(node.name.size() + node.script.size() + 1) + kNodeBytes;
+        if (node.name.size() > kMaxName) longName = &node;
+        if (HasLongLine(node.script)) longLine = &node;
+        for (const auto& child : node.children) Add(*child, at + 1);
+    }
+};
 
 // A world that no reader could read must not take the place of one that it can.
 std::string WhyUnreadable(const Dobject& root) {
-    if (const Dobject* node = FindLongLine(root))
-        return "The script of " + Quoted(node->name) + " has a line of more than " +
+    Extent world;
+    for (const auto& board : root.children) world.Add(*board, 1);
+    if (world.longLine)
+        return "The script of " + Quoted(world.longLine->name) + " has a line of more than " +
                std::to_string(kMaxScriptLine) + " characters. Break the line and save again.";
-    if (DepthOf(root) - 1 > kMaxNesting)
+    if (world.longName)
+        return "The name " + Quoted(world.longName->name) + " has more than " +
+               std::to_string(kMaxName) + " characters. Shorten it and save again.";
+    if (world.depth > kMaxNesting)
         return "Objects are nested more than " + std::to_string(kMaxNesting) +
                " deep. Move some of them further up and save again.";
-    if (CellsOf(root) > kMaxWorldCells)
+    if (world.cells > kMaxWorldCells)
         return "The world has more than " + std::to_string(kMaxWorldCells) +
                " cells. Make some of its boards smaller and save again.";
+    if (world.text > kMaxWorldText)
+        return "The world has too many objects or scripts. Delete some of them and save again.";
     return {};
 }
 
 }  // namespace
 
-bool IsSheetSize(std::int64_t w, std::int64_t h) {
-    const auto cells = [](std::int64_t pixels) { return (pixels + kTileSize - 1) / kTileSize; };
-    return w > 0 && h > 0 && cells(w) <= kMaxGlyphs && cells(h) <= kMaxGlyphs &&
-           cells(w) * cells(h) <= kMaxGlyphs;
-}
-
 bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& ids, Game& game,
               GameFault& fault, TextRemarks* remarks) {
+    if (!archive.IsOpen()) {
+        fault = {kNoArchive, 0};
+        return false;
+    }
     try {
         return GameReader(archive, game, fault).Read(fileName, ids, remarks);
     } catch (const std::bad_alloc&) {
@@ -313,20 +324,26 @@ bool Dinterface::Load(const std::string& path) {
     Trace("Loading .. ( %s )\n", path.c_str());
     Game game;
     GameFault fault;
-    bool good = ReadGame(
-        path, [this] { return TakeId(); }, game, fault);
-    if (good && SurfaceBytes(game.root) > AvailableMemory()) {
-        fault.text = "the world is too large for this machine's memory";
-        good = false;
-    }
-    for (const auto& board : game.root.children) {
-        if (!good) break;
-        good = MakeSurfaces(*board);
-        if (!good) fault.text = "there is not enough memory for its boards";
-    }
+    const bool good = ReadGame(
+                          path, [this] { return TakeId(); }, game, fault) &&
+                      TakeGame(game, fault);
     if (!good) {
         const std::string text = path + " could not be loaded.\n" + fault.text;
         Fatal(text.c_str(), path.c_str(), fault.line);
+        return false;
+    }
+    Trace("Finished Loading .. ( %s )\n", path.c_str());
+    return true;
+}
+
+bool Dinterface::TakeGame(Game& game, GameFault& fault) {
+    if (SurfaceBytes(game.root) > AvailableMemory()) {
+        fault = {"the world is too large for this machine's memory", 0};
+        return false;
+    }
+    for (const auto& board : game.root.children) {
+        if (MakeSurfaces(*board)) continue;
+        fault = {"there is not enough memory for its boards", 0};
         return false;
     }
     if (game.sheet) vFont->TakeSheet(std::move(game.sheet));
@@ -338,7 +355,6 @@ bool Dinterface::Load(const std::string& path) {
     }
     videoMode = game.videoMode.value_or(videoMode);
     windowed = game.windowed.value_or(windowed);
-    Trace("Finished Loading .. ( %s )\n", path.c_str());
     return true;
 }
 

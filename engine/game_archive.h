@@ -42,10 +42,6 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
 std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
                         std::string& why);
 
-/// A sheet that a tile font can have: at least a pixel, at most kMaxGlyphs cells, those that
-/// are cut by an edge included.
-bool IsSheetSize(std::int64_t w, std::int64_t h);
-
 /// What a file is, for those who must know before they load it: an archive without a text entry
 /// loads as an empty world.
 enum class ArchiveKind { kNone, kWithoutWorld, kWithWorld };

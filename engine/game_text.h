@@ -23,8 +23,13 @@
 inline constexpr int kMaxNesting = 1000;
 /// Longest line of a script in a file, without its line end.
 inline constexpr std::size_t kMaxScriptLine = 9998;
+/// Longest name in a file.
+inline constexpr std::size_t kMaxName = TextScanner::kMaxWord;
 /// Most cells of all nodes of a world together.
 inline constexpr std::int64_t kMaxWorldCells = kMaxGridCells;
+/// Most bytes of all names and scripts together, each node counted as kNodeBytes more.
+inline constexpr std::int64_t kMaxWorldText = 268'435'456;
+inline constexpr std::int64_t kNodeBytes = 512;
 
 /// What a reader met that is in the format but that its author will not have meant, and where
 /// things stand in the text. For tools that inspect a game.
@@ -72,14 +77,17 @@ private:
     bool ReadBlock(Dobject& node, const Dobject* spawnedBy);
     bool ReadHead(Dobject& node, const Dobject* spawnedBy);
     bool ReadGrid(Dobject& node);
-    bool AddCells(Dobject& node, std::int64_t cells, std::int64_t count, const Dtile& tile);
+    void AddCells(Dobject& node, std::int64_t cells, std::int64_t count, const Dtile& tile);
     bool ReadRecord(Dobject& node, std::int64_t cells);
     bool ReadField(Dobject& node, std::int64_t cells, std::int32_t& field);
     bool FinishField(Dobject& node, std::int64_t cells, TextScanner::Status status);
     bool ReadScriptStart(Dobject& node);
     bool ReadScript(Dobject& node);
     bool ReadChildren(Dobject& node);
+    bool ReadWord(const std::string& where);
     bool ReadNumber(const Dobject& node, const char* what, std::int32_t& number);
+    bool Hold(std::size_t bytes);
+    void Remark(int at, const std::string& text);
     bool Fail(const std::string& why);
     bool GridFault(const Dobject& node, std::int64_t cells, const std::string& why = {});
 
@@ -91,7 +99,7 @@ private:
     int depth = 0;
     int missingStarts = 0;
     std::int64_t worldCells = 0;
-    std::int64_t unbackedCells = 0;
+    std::int64_t worldText = 0;
     std::string word;  ///< kept for its memory
     std::string line;
 };

@@ -10,11 +10,6 @@ namespace {
 
 using Status = TextScanner::Status;
 
-// How far a run is taken at its word: a row of the widest standard board. What is longer draws
-// on a reserve for the whole world, so that a short file cannot ask for any amount of memory.
-constexpr std::int64_t kBackedRun = 128;
-constexpr std::int64_t kReserveBytes = 256 << 20;
-constexpr std::int64_t kReserveCells = kReserveBytes / static_cast<std::int64_t>(sizeof(Dtile));
 // A grid up to this size is given its memory at once, a larger one as its cells arrive.
 constexpr std::int64_t kBelievedCells = 1 << 20;
 // A reader with a message box for each of thousands of objects would never come to an end.
@@ -67,11 +62,33 @@ bool GameTextReader::ReadNumber(const Dobject& node, const char* what, std::int3
     }
 }
 
+bool GameTextReader::ReadWord(const std::string& where) {
+    switch (scanner.Word(word)) {
+        case Status::kGood:
+            return true;
+        case Status::kTooLong:
+            return Fail(Quoted(word) + " has more than " + std::to_string(TextScanner::kMaxWord) +
+                        " characters");
+        default:
+            return Fail("the text ends " + where);
+    }
+}
+
+// A packed file can hold a thousand times its size.
+bool GameTextReader::Hold(std::size_t bytes) {
+    worldText += static_cast<std::int64_t>(bytes);
+    return worldText <= kMaxWorldText || Fail("there are too many objects or scripts");
+}
+
+void GameTextReader::Remark(int at, const std::string& text) {
+    if (remarks) remarks->remarks.push_back({at, text});
+}
+
 // --- the head of a block -----------------------------------------------------------------------
 
 bool GameTextReader::ReadHead(Dobject& node, const Dobject* spawnedBy) {
-    if (scanner.Word(node.name) != Status::kGood)
-        return Fail("the text ends before the name of an object");
+    if (!ReadWord("before the name of an object") || !Hold(word.size() + kNodeBytes)) return false;
+    node.name = word;
     if (!ReadNumber(node, "the z", node.posz)) return false;
     if (spawnedBy)
         Trace(IsRoot(*spawnedBy) ? "%s->Spawn_Back(%i)\n" : "%s->Spawn(%i)\n",
@@ -120,20 +137,14 @@ bool GameTextReader::ReadField(Dobject& node, std::int64_t cells, std::int32_t& 
     return FinishField(node, cells, status);
 }
 
-bool GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
+void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
                               const Dtile& tile) {
     auto& tiles = node.tiles;
     const auto have = static_cast<std::int64_t>(tiles.size());
-    count = std::min(count, cells - have);
-    unbackedCells += std::max<std::int64_t>(count - kBackedRun, 0);
-    worldCells += count;
-    if (unbackedCells > kReserveCells || worldCells > kMaxWorldCells)
-        return GridFault(node, cells, "the world is too large");
-    const std::int64_t wanted = have + count;
+    const std::int64_t wanted = have + std::min(count, cells - have);
     if (wanted > static_cast<std::int64_t>(tiles.capacity()))
         tiles.reserve(static_cast<std::size_t>(std::min(cells, std::max(wanted, 2 * have))));
-    tiles.insert(tiles.end(), static_cast<std::size_t>(count), tile);
-    return true;
+    tiles.resize(static_cast<std::size_t>(wanted), tile);
 }
 
 bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
@@ -149,16 +160,19 @@ bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
         !ReadField(node, cells, attrib))
         return false;
     const Dtile tile{StoredField(chr), StoredField(fg), StoredField(bg), StoredField(attrib)};
-    if (first >= 0 && node.tiles.size() < node.tiles.capacity() && worldCells < kMaxWorldCells) {
-        ++worldCells;
+    if (first >= 0 && node.tiles.size() < node.tiles.capacity())
         node.tiles.push_back(tile);
-        return true;
-    }
-    return AddCells(node, cells, first < 0 ? -std::int64_t{first} : 1, tile);
+    else
+        AddCells(node, cells, first < 0 ? -std::int64_t{first} : 1, tile);
+    return true;
 }
 
 bool GameTextReader::ReadGrid(Dobject& node) {
     const std::int64_t cells = std::int64_t{node.width} * node.height;
+    worldCells += cells;
+    if (worldCells > kMaxWorldCells)
+        return Fail("with " + Quoted(node.name) + " the world has more than " +
+                    std::to_string(kMaxWorldCells) + " cells");
     node.tiles.reserve(static_cast<std::size_t>(std::min(cells, kBelievedCells)));
     while (static_cast<std::int64_t>(node.tiles.size()) < cells)
         if (!ReadRecord(node, cells)) return false;
@@ -178,6 +192,7 @@ bool GameTextReader::ReadScriptStart(Dobject& node) {
         if (status == Status::kTooLong) scanner.SkipLine();
         if (StartsWith(line, "~pb")) return true;
         if (attempt == 0) continue;
+        Remark(at, "'~pb' is missing before the script of " + Quoted(node.name));
         if (++missingStarts > kMaxMissingStarts)
             return Fail("'~pb' is missing in more than " + std::to_string(kMaxMissingStarts) +
                         " objects");
@@ -187,21 +202,25 @@ bool GameTextReader::ReadScriptStart(Dobject& node) {
 }
 
 bool GameTextReader::ReadScript(Dobject& node) {
+    const std::string lineOf = "a line of the script of " + Quoted(node.name);
     for (bool first = true;; first = false) {
         const int at = scanner.LineNumber();
         const Status status = scanner.Line(line, kMaxScriptLine);
         if (status == Status::kEnd)
             return Fail("the script of " + Quoted(node.name) + " has no end");
         if (status == Status::kTooLong)
-            return Fail("a line of the script of " + Quoted(node.name) + " has more than " +
-                        std::to_string(kMaxScriptLine) + " characters");
-        if (StartsWith(line, "~pe")) return true;
+            return Fail(lineOf + " has more than " + std::to_string(kMaxScriptLine) +
+                        " characters");
+        if (StartsWith(line, "~pe")) {
+            if (line != "~pe") Remark(at, lineOf + " begins with ~pe and ends it");
+            return true;
+        }
         if (!first) node.script += '\n';
-        if (!StartsWith(line, "~pb"))
+        if (StartsWith(line, "~pb"))
+            Remark(at, lineOf + " begins with ~pb and reads as empty");
+        else
             node.script += line;
-        else if (remarks)
-            remarks->remarks.push_back({at, "a line of the script of " + Quoted(node.name) +
-                                                " begins with ~pb and reads as empty"});
+        if (!Hold(line.size() + 1)) return false;
     }
 }
 
@@ -213,14 +232,12 @@ bool GameTextReader::TakeObjectWord() {
 
 bool GameTextReader::ReadChildren(Dobject& node) {
     for (;;) {
-        if (scanner.Word(word) != Status::kGood)
-            return Fail("the text ends before the '~oe' of " + Quoted(node.name));
+        if (!ReadWord("before the '~oe' of " + Quoted(node.name))) return false;
         if (!StartsWith(word, "~ob")) break;
         if (!ReadChild(node)) return false;
     }
-    if (remarks && word != "~oe")
-        remarks->remarks.push_back(
-            {scanner.LineNumber(), Quoted(word) + " ends " + Quoted(node.name) + ", not '~oe'"});
+    if (word != "~oe")
+        Remark(scanner.LineNumber(), Quoted(word) + " ends " + Quoted(node.name) + ", not '~oe'");
     SortChildren(node);
     return true;
 }
@@ -246,12 +263,10 @@ bool GameTextReader::ReadBlock(Dobject& node, const Dobject* spawnedBy) {
 
 bool GameTextReader::ReadBoards(Dobject& root) {
     for (int header = 0; header < 2; ++header)
-        if (scanner.Word(word) != Status::kGood) return Fail("the text ends in its header");
+        if (!ReadWord("in its header")) return false;
     while (TakeObjectWord())
         if (!ReadChild(root)) return false;
-    if (remarks && !word.empty())
-        remarks->remarks.push_back(
-            {scanner.LineNumber(), "nothing is read from " + Quoted(word) + " on"});
+    if (!word.empty()) Remark(scanner.LineNumber(), "nothing is read from " + Quoted(word) + " on");
     SortChildren(root);
     return true;
 }

@@ -18,8 +18,10 @@ public:
     /// The line, from 1, that the next character stands on.
     int LineNumber() const { return lineNumber; }
 
-    /// The next word; kEnd when there is none.
+    /// The next word; kEnd when there is none. kTooLong, with the rest of it not taken, when it
+    /// has more than kMaxWord characters.
     Status Word(std::string& word);
+    static constexpr std::size_t kMaxWord = 65'535;
 
     /// A decimal number with an optional sign, up to the first character that does not belong
     /// to it. kTooLarge beyond 32 bits, with the digits taken.
@@ -52,7 +54,10 @@ inline TextScanner::Status TextScanner::Word(std::string& word) {
     word.clear();
     int c = SkipSpace();
     if (c == kEof) return Status::kEnd;
-    for (; c != kEof && !IsSpace(c); c = text.snextc()) word += static_cast<char>(c);
+    for (; c != kEof && !IsSpace(c); c = text.snextc()) {
+        if (word.size() == kMaxWord) return Status::kTooLong;
+        word += static_cast<char>(c);
+    }
     return Status::kGood;
 }
 

@@ -1,6 +1,7 @@
 #include "engine/zip_memory.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -58,9 +59,11 @@ int ImageFailed(voidpf opaque, voidpf) { return Image(opaque).failed; }
 
 uLong ReadSource(voidpf opaque, voidpf, void* data, uLong count) {
     ZipSource& source = Source(opaque);
-    if (source.position >= source.bytes.size()) return 0;
-    const auto n = std::min<std::uint64_t>(count, source.bytes.size() - source.position);
-    std::memcpy(data, source.bytes.data() + source.position, n);
+    const std::uint64_t left =
+        source.bytes.size() - std::min<std::uint64_t>(source.position, source.bytes.size());
+    const auto n = std::min<std::uint64_t>(count, left);
+    source.cut = source.cut || n < count;
+    if (n > 0) std::memcpy(data, source.bytes.data() + source.position, n);
     source.position += n;
     return static_cast<uLong>(n);
 }
@@ -74,7 +77,14 @@ long SeekSource(voidpf opaque, voidpf, ZPOS64_T offset, int origin) {
     return Seek(source.position, source.bytes.size(), offset, origin) ? 0 : -1;
 }
 
-int SourceFailed(voidpf, voidpf) { return 0; }
+int SourceCut(voidpf opaque, voidpf) { return Source(opaque).cut; }
+
+uLong ReadFile(voidpf opaque, voidpf stream, void* data, uLong count) {
+    const std::size_t n = std::fread(data, 1, count, static_cast<std::FILE*>(stream));
+    ZipSource& source = Source(opaque);
+    source.cut = source.cut || n < count;
+    return n;
+}
 
 }  // namespace
 
@@ -83,5 +93,14 @@ zlib_filefunc64_def ImageFunctions(ZipImage& image) {
 }
 
 zlib_filefunc64_def SourceFunctions(ZipSource& source) {
-    return {Open, ReadSource, WriteSource, TellSource, SeekSource, Close, SourceFailed, &source};
+    return {Open, ReadSource, WriteSource, TellSource, SeekSource, Close, SourceCut, &source};
+}
+
+zlib_filefunc64_def FileFunctions(ZipSource& source) {
+    zlib_filefunc64_def functions;
+    fill_fopen64_filefunc(&functions);
+    functions.zread_file = ReadFile;
+    functions.zerror_file = SourceCut;
+    functions.opaque = &source;
+    return functions;
 }

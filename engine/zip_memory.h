@@ -18,13 +18,18 @@ struct ZipImage {
     bool failed = false;  ///< out of memory, or a seek before the start
 };
 
-/// An archive to be read; the bytes are the caller's.
+/// An archive to be read; the bytes are the caller's. Also what is known of one in a file.
 struct ZipSource {
     std::string_view bytes;
     std::uint64_t position = 0;
+    /// Something was not all there. minizip takes the numbers of a directory that is cut off
+    /// for 0, and so the archive for an empty one, unless it is told of an error.
+    bool cut = false;
 };
 
 /// The functions for zipOpen2_64 on that image, which must outlive the handle.
 zlib_filefunc64_def ImageFunctions(ZipImage& image);
 /// The functions for unzOpen2_64 on that source, which must outlive the handle.
 zlib_filefunc64_def SourceFunctions(ZipSource& source);
+/// The same for a file, whose path unzOpen2_64 is given.
+zlib_filefunc64_def FileFunctions(ZipSource& source);

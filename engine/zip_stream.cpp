@@ -31,14 +31,36 @@ zip_fileinfo EntryRecord() {
     return record;
 }
 
+// minizip marks entries that look like text to it, whatever it is told; ours carry no such mark.
+void ClearInternalAttributes(std::string& zip) {
+    constexpr std::size_t kEndRecord = 22;
+    constexpr std::size_t kRecord = 46;
+    const auto number = [&zip](std::size_t at, int bytes) {
+        std::size_t n = 0;
+        while (bytes-- > 0)
+            n = n << 8 | static_cast<unsigned char>(zip[at + static_cast<std::size_t>(bytes)]);
+        return n;
+    };
+    if (zip.size() < kEndRecord) return;
+    std::size_t at = number(zip.size() - 6, 4);
+    while (at + kRecord <= zip.size() && zip.compare(at, 4, "PK\1\2") == 0) {
+        zip[at + 36] = zip[at + 37] = 0;
+        at += kRecord + number(at + 28, 2) + number(at + 30, 2) + number(at + 32, 2);
+    }
+}
+
 }  // namespace
 
 // --- archives ----------------------------------------------------------------------------------
 
-ZipWriter::ZipWriter(const std::string& path)
-    : handle(zipOpen(path.c_str(), APPEND_STATUS_CREATE)) {}
+ZipWriter::ZipWriter(const std::string& path) : file(path, std::ios::binary | std::ios::trunc) {
+    if (file) OpenImage();
+}
 
-ZipWriter::ZipWriter() : image(std::make_unique<ZipImage>()) {
+ZipWriter::ZipWriter() { OpenImage(); }
+
+void ZipWriter::OpenImage() {
+    image = std::make_unique<ZipImage>();
     zlib_filefunc64_def functions = ImageFunctions(*image);
     handle = zipOpen2_64("memory", APPEND_STATUS_CREATE, nullptr, &functions);
 }
@@ -69,7 +91,12 @@ bool ZipWriter::Close() {
     CloseEntry();
     const bool good = zipClose(handle, nullptr) == ZIP_OK;
     handle = nullptr;
-    return good && !(image && image->failed);
+    if (!good || image->failed) return false;
+    ClearInternalAttributes(image->bytes);
+    if (!file.is_open()) return true;
+    file.write(image->bytes.data(), static_cast<std::streamsize>(image->bytes.size()));
+    file.close();
+    return !file.fail();
 }
 
 std::string ZipWriter::TakeBytes() {
@@ -77,11 +104,14 @@ std::string ZipWriter::TakeBytes() {
     return std::move(image->bytes);
 }
 
-ZipReader::ZipReader(const std::string& path) : handle(unzOpen64(path.c_str())) {}
+ZipReader::ZipReader(const std::string& path) : source(std::make_unique<ZipSource>()) {
+    zlib_filefunc64_def functions = FileFunctions(*source);
+    handle = unzOpen2_64(path.c_str(), &functions);
+}
 
 std::unique_ptr<ZipReader> ZipReader::InMemory(std::string_view bytes) {
     std::unique_ptr<ZipReader> reader(new ZipReader);
-    reader->source = std::make_unique<ZipSource>(ZipSource{bytes});
+    reader->source = std::make_unique<ZipSource>(ZipSource{bytes, 0, false});
     zlib_filefunc64_def functions = SourceFunctions(*reader->source);
     reader->handle = unzOpen2_64("memory", &functions);
     return reader;
@@ -101,10 +131,12 @@ bool ZipReader::OpenEntry(const std::string& name) {
 
 int ZipReader::Read(char* buffer, int count) {
     if (!entryOpen) return -1;
+    if (count < 1) return 0;
     if (aheadPos == aheadEnd) {
         ahead.resize(kAheadSize);
         const int n = unzReadCurrentFile(handle, ahead.data(), kAheadSize);
-        damaged = damaged || n < 0;
+        // Packed data that end before the size that is stated are damaged, too.
+        damaged = damaged || n < 0 || (n == 0 && unzeof(handle) != 1);
         if (n <= 0) return n < 0 ? -1 : 0;
         aheadPos = 0;
         aheadEnd = n;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <fstream>
 #include <ios>
 #include <istream>
 #include <memory>
@@ -23,8 +24,9 @@ struct ZipSource;
 
 class ZipWriter {
 public:
-    /// An archive at that path, in place of any file there from this moment on. What must not
-    /// be lost is composed in memory instead, and goes to disk by ReplaceFile.
+    /// An archive at that path, in place of any file there from this moment on; it is composed
+    /// in memory and written by Close. What must not
+    /// be lost goes to disk by ReplaceFile instead.
     explicit ZipWriter(const std::string& path);
     /// An archive in memory, for TakeBytes.
     ZipWriter();
@@ -43,6 +45,9 @@ public:
     std::string TakeBytes();
 
 private:
+    void OpenImage();
+
+    std::ofstream file;  ///< where the finished image goes, if there is a path
     std::unique_ptr<ZipImage> image;
     void* handle = nullptr;
     bool entryOpen = false;
