@@ -108,7 +108,7 @@ TEST_F(App, EveryMenuEntryStandsInItsPlace) {
 TEST_F(App, SavesUnderANameAndOpensItAgain) {
     Start();
     FirstBoard().PutTile(3, 4, 65, 14, 2, 1);
-    const std::string path = temp.File("my game.zqlt");
+    const std::string path = temp / "my game.zqlt";
     script.ExpectSaveDialog(path);
     Choose(kCmdFileSave);
     EXPECT_EQ(script.lastFileDialog.filter, "QUILT! game Files (*.zqlt)|*.zqlt||");
@@ -130,7 +130,7 @@ TEST_F(App, SavesUnderANameAndOpensItAgain) {
     EXPECT_GT(FirstBoard().id, oldId);
     EXPECT_EQ(vWorld->currentBoard, FirstBoard().id);
 
-    const std::string second = temp.File("Untitled2.zqlt");
+    const std::string second = temp / "Untitled2.zqlt";
     script.ExpectSaveDialog(second);
     Choose(kCmdFileSaveAs);
     EXPECT_EQ(Doc().PathName(), second);
@@ -143,12 +143,12 @@ TEST_F(App, SavesUnderANameAndOpensItAgain) {
 
 TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     Start();
-    const std::string good = temp.File("good.zqlt");
+    const std::string good = temp / "good.zqlt";
     script.ExpectSaveDialog(good);
     Choose(kCmdFileSaveAs);
     FirstBoard().name = "kept";
-    const std::string text = temp.Write("text.zqlt", "no archive");
-    std::string empty = temp.File("empty.zqlt");
+    const std::string text = PutFile(temp / "text.zqlt", "no archive");
+    std::string empty = temp / "empty.zqlt";
     {
         ZipWriter archive(empty);
         ZipEntryOutStream out;
@@ -159,7 +159,7 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     struct Case {
         std::string path, message;
     };
-    for (const Case& c : {Case{temp.File("none.zqlt"), "could not be opened"},
+    for (const Case& c : {Case{temp / "none.zqlt", "could not be opened"},
                           {temp.Path(), "could not be opened"},
                           {text, "could not be loaded"},
                           {empty, "There is no game in this archive"}}) {
@@ -171,7 +171,7 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     }
     script.ExpectOpenDialog(std::nullopt);
     Choose(kCmdFileOpen);
-    script.ExpectSaveDialog(temp.File("no folder/x.zqlt"));
+    script.ExpectSaveDialog(temp / "no folder/x.zqlt");
     script.ExpectMessage("could not be saved");
     Choose(kCmdFileSaveAs);
     EXPECT_EQ(Doc().PathName(), good);
@@ -180,10 +180,10 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
 }
 
 TEST_F(App, TheCommandLineCountsFromTheUsersFolder) {
-    std::filesystem::copy_file("Library/default.zqlt", temp.File("here.zqlt"));
+    std::filesystem::copy_file("Library/default.zqlt", temp / "here.zqlt");
     std::filesystem::current_path(temp.Path());
     Start("here.zqlt");
-    EXPECT_EQ(Doc().PathName(), temp.File("here.zqlt"));
+    EXPECT_EQ(Doc().PathName(), temp / "here.zqlt");
     app.reset();
     script.ExpectMessage("could not be opened");
     CQuiltApp failing;
@@ -224,7 +224,7 @@ TEST_F(App, TheVideoModeIsTickedAndTravelsWithTheGame) {
     EXPECT_FALSE(Ticked(kCmdVideoMode + 1));
     EXPECT_TRUE(Ticked(kCmdVideoMode + 3));
     EXPECT_FALSE(Ticked(kCmdWindowed));
-    const std::string path = temp.File("mode.zqlt");
+    const std::string path = temp / "mode.zqlt";
     script.ExpectSaveDialog(path);
     Choose(kCmdFileSave);
     Choose(kCmdFileNew);

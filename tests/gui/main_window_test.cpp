@@ -137,7 +137,7 @@ TEST_F(MainWindow, StandsWithItsPanesMenusAndFocus) {
 TEST_F(MainWindow, AWholeSessionComesBackFromItsFile) {
     Start();
     AddObject(AddObject(Board(), "outer", 20, 20), "inner", 1, 1);
-    const std::string first = temp.File("first.zqlt");
+    const std::string first = temp / "first.zqlt";
     person.AnswerFileDialog(first);
     Choose("&File", "&Save");
     app.reset();
@@ -209,12 +209,12 @@ TEST_F(MainWindow, AWholeSessionComesBackFromItsFile) {
     Choose("&Set Video Mode", "Windowed");
     EXPECT_FALSE(Entry("&Set Video Mode", "Windowed")->isChecked());
     const std::vector<FlatNode> world = FlatWorld();
-    person.AnswerFileDialog(temp.File("second"));
+    person.AnswerFileDialog(temp / "second");
     Choose("&File", "Save &As...");
     EXPECT_EQ(window->windowTitle().toStdString(), "second.zqlt - Tessel Works's QUILT!");
     Choose("&File", "&New");
     EXPECT_NE(FlatWorld(), world);
-    person.AnswerFileDialog(temp.File("second.zqlt"));
+    person.AnswerFileDialog(temp / "second.zqlt");
     Choose("&File", "&Open...");
     EXPECT_EQ(FlatWorld(), world);
     EXPECT_EQ(vWorld->videoMode, 0);
@@ -226,7 +226,7 @@ TEST_F(MainWindow, AWholeSessionComesBackFromItsFile) {
 
 TEST_F(MainWindow, OverwritingAsksAndClosingAsks) {
     Start();
-    const std::string path = temp.Write("there.zqlt", "old");
+    const std::string path = PutFile(temp / "there.zqlt", "old");
     person.OnDialog([&](QDialog& dialog) {
         auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         name->setText(QString::fromStdString(path));

@@ -23,7 +23,7 @@ protected:
                 const int color = x % 2 ? kStripeA : kStripeB;
                 board.PutTile(x, y, 219, color, color, 0);
             }
-        const std::string path = temp.File("stripes.zqlt");
+        const std::string path = temp / "stripes.zqlt";
         EXPECT_TRUE(world->Save(path));
         return path;
     }
@@ -51,7 +51,7 @@ TEST_F(Scale, TilesKeepWholeDevicePixels) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromLatin1(c.factor));
         program.setProcessEnvironment(environment);
-        const QString file = QString::fromStdString(temp.File("shown.png"));
+        const QString file = QString::fromStdString(temp / "shown.png");
         program.start(QStringLiteral("./quilt-edit"),
                       {QStringLiteral("--picture"), file, QString::fromStdString(game)});
         ASSERT_TRUE(program.waitForFinished());

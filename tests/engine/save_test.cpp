@@ -1,0 +1,259 @@
+// Saving cannot lose a game: every operation on files refused in turn, the program killed at
+// any moment, and what stays beside, around and behind the file.
+
+#include "engine/file_layer.h"
+#include "engine/game_archive.h"
+
+#include "tests/support/plain_zip.h"
+#include "tests/support/random_world.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+// Counts the operations of a save and refuses one of them. A refused close closes, and a
+// refused write writes a part, as a full disk does.
+class FailingFiles final : public FileLayer {
+public:
+    FailingFiles(int failing, int errorNumber) : bad(failing), error(errorNumber) {
+        before = vFiles;
+        vFiles = this;
+    }
+    ~FailingFiles() override { vFiles = before; }
+
+    int ReadLink(const std::string& path, std::string& target) override {
+        return Fails("link") ? error : FileLayer::ReadLink(path, target);
+    }
+    int Look(const std::string& path, Status& status) override {
+        return Fails("look") ? error : FileLayer::Look(path, status);
+    }
+    int Create(const std::string& path, unsigned mode, int& file) override {
+        return Fails("create") ? error : FileLayer::Create(path, mode, file);
+    }
+    int Open(const std::string& path, int& file) override {
+        return Fails("open") ? error : FileLayer::Open(path, file);
+    }
+    int OpenFolder(const std::string& path, int& file) override {
+        return Fails("folder") ? error : FileLayer::OpenFolder(path, file);
+    }
+    int SetMode(int file, const Status& like) override {
+        return Fails("mode") ? error : FileLayer::SetMode(file, like);
+    }
+    int Write(int file, const char* data, std::size_t count) override {
+        if (!Fails("write")) return FileLayer::Write(file, data, count);
+        FileLayer::Write(file, data, count / 2);
+        return error;
+    }
+    int Read(int file, char* data, std::size_t count, std::size_t& got) override {
+        if (Fails("read")) return error;
+        const int result = FileLayer::Read(file, data, count, got);
+        if (spoil && got > 0) data[got / 2] ^= 1;
+        return result;
+    }
+    int Sync(int file) override { return Fails("sync") ? error : FileLayer::Sync(file); }
+    int Close(int file) override {
+        const bool fails = Fails("close");
+        const int result = FileLayer::Close(file);
+        return fails ? error : result;
+    }
+    int Rename(const std::string& from, const std::string& to) override {
+        return Fails("rename") ? error : FileLayer::Rename(from, to);
+    }
+
+    bool Failed() const { return done > bad; }
+    const std::string& What() const { return what; }
+    bool renamed = false;
+    bool spoil = false;
+
+private:
+    bool Fails(const char* operation) {
+        if (std::string(operation) == "rename" && done != bad) renamed = true;
+        if (done++ != bad) return false;
+        what = operation;
+        return true;
+    }
+
+    FileLayer* before;
+    int bad;
+    int error;
+    int done = 0;
+    std::string what;
+};
+
+class Saving : public WorldTest {
+protected:
+    Saving() {
+        std::mt19937 random(3);
+        PlantRandomWorld(*world, random);
+        EXPECT_TRUE(world->Save(path));
+        oldBytes = FileBytes(path);
+        world->NewBoard();
+        Expand();
+    }
+
+    void Expand() {
+        Dobject& board = *world->Root().children.back();
+        board.vieww = 1;
+        world->SetExpanded(HandleGuard(HandleOf(board)), 1);
+    }
+    bool Collapsed() {
+        return world->Root().children.back()->evieww == 0 &&
+               world->Root().children.back()->vieww == 1;
+    }
+
+    TempFolder folder;
+    const std::string path = folder / "game.zqlt";
+    std::string oldBytes;
+};
+
+mode_t ModeOf(const std::string& path) {
+    struct stat status = {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+}  // namespace
+
+TEST_F(Saving, EveryRefusedOperationLeavesAWholeFile) {
+    int operations = 0;
+    for (int error : {ENOSPC, EACCES, EIO}) {
+        bool failed = true;
+        for (int n = 0; failed; ++n) {
+            ASSERT_LT(n, 100);
+            PutFile(path, oldBytes);
+            Expand();
+            FailingFiles files(n, error);
+            const bool saved = world->Save(path);
+            failed = files.Failed();
+            SCOPED_TRACE(files.What() + ", operation " + std::to_string(n));
+            EXPECT_EQ(saved, !failed || files.renamed) << "what has its name is saved";
+            EXPECT_EQ(FileBytes(path) == oldBytes, !saved);
+            EXPECT_THAT(folder.Names(), ElementsAre("game.zqlt"));
+            EXPECT_TRUE(Collapsed());
+            // A folder that has been flushed may refuse to be closed: nothing hangs on it.
+            const bool told = failed && !(saved && files.What() == "close");
+            EXPECT_EQ(reports.Messages().size(), told ? 1u : 0u);
+            if (told) {
+                EXPECT_THAT(reports.Texts(), HasSubstr(path));
+                EXPECT_THAT(reports.Texts(),
+                            HasSubstr(saved ? "was saved, but" : "could not be saved"));
+            }
+            reports.Clear();
+            operations = std::max(operations, n);
+        }
+        EXPECT_TRUE(world->Load(path));
+    }
+    EXPECT_GE(operations, 12) << "fewer operations than a whole save needs";
+}
+
+TEST_F(Saving, WhatReadsBackOtherwiseIsNotTrusted) {
+    {
+        FailingFiles files(-1, 0);
+        files.spoil = true;
+        EXPECT_FALSE(world->Save(path));
+    }
+    EXPECT_THAT(reports.Texts(), HasSubstr("reads back otherwise"));
+    reports.Clear();
+    EXPECT_EQ(FileBytes(path), oldBytes);
+    EXPECT_THAT(folder.Names(), ElementsAre("game.zqlt"));
+}
+
+TEST_F(Saving, AChildKilledAtAnyMomentLeavesAVersion) {
+    constexpr int kKills = 300;
+    std::mt19937 random(std::random_device{}());
+    int changed = 0;
+    const auto mode = [this] {
+        Game game;
+        GameFault fault;
+        EXPECT_TRUE(ReadGame(
+            path, [] { return 1; }, game, fault))
+            << fault.text;
+        return game.videoMode.value_or(-1);
+    };
+    std::int32_t last = mode();
+    for (int kill = 0; kill < kKills && !HasFailure(); ++kill) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            // Each version is one by its number, which stands in the last entry.
+            for (world->videoMode = 1000 * (kill + 1);; ++world->videoMode)
+                if (!world->Save(path)) _exit(1);
+        }
+        usleep(std::uniform_int_distribution<useconds_t>(0, 20'000)(random));
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the child could not save";
+        const std::int32_t now = mode();
+        EXPECT_TRUE(now == last || now / 1000 == kill + 1) << now << " after " << last;
+        changed += now != last;
+        last = now;
+    }
+    EXPECT_GT(changed, kKills / 10) << "hardly a save came to its end";
+    // What the killed ones left beside the file is in nobody's way.
+    EXPECT_TRUE(world->Save(path));
+}
+
+TEST_F(Saving, LinksAndPermissionsStay) {
+    const std::string deep = folder / "deep";
+    std::filesystem::create_directory(deep);
+    std::filesystem::rename(path, deep + "/real.zqlt");
+    std::filesystem::create_symlink("real.zqlt", deep + "/second.zqlt");
+    std::filesystem::create_symlink("deep/second.zqlt", path);
+    ASSERT_EQ(chmod((deep + "/real.zqlt").c_str(), 0640), 0);
+    ASSERT_TRUE(world->Save(path));
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_TRUE(std::filesystem::is_symlink(deep + "/second.zqlt"));
+    EXPECT_FALSE(std::filesystem::is_symlink(deep + "/real.zqlt"));
+    EXPECT_NE(FileBytes(deep + "/real.zqlt"), oldBytes);
+    EXPECT_EQ(ModeOf(deep + "/real.zqlt"), 0640u);
+    EXPECT_THAT(folder.Names(), ElementsAre("deep", "game.zqlt"));
+
+    // A link to nothing yet, an absolute one, and one in a circle.
+    std::filesystem::create_symlink(folder / "new.zqlt", folder / "to-new");
+    EXPECT_TRUE(world->Save(folder / "to-new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "to-new"));
+    EXPECT_EQ(FileBytes(folder / "new.zqlt"), FileBytes(deep + "/real.zqlt"));
+    std::filesystem::create_symlink("circle", folder / "circle");
+    EXPECT_FALSE(world->Save(folder / "circle"));
+    EXPECT_THAT(reports.Texts(), HasSubstr("circle"));
+    reports.Clear();
+}
+
+TEST_F(Saving, ANewFileHasTheUsualPermissions) {
+    const mode_t old = umask(027);
+    EXPECT_TRUE(world->Save(folder / "new.zqlt"));
+    umask(old);
+    EXPECT_EQ(ModeOf(folder / "new.zqlt"), 0640u);
+}
+
+TEST_F(Saving, APlaceThatCannotBeWrittenToIsReported) {
+    // The superuser may write everywhere, so the refusals that need permissions are told by
+    // the layer, in EveryRefusedOperationLeavesAWholeFile.
+    PutFile(folder / "file", "x");
+    for (auto [place, advice] : {std::pair{"missing/x.zqlt", "in a folder that exists"},
+                                 {"file/x.zqlt", "in a folder that exists"},
+                                 {".", "there is something else there"}}) {
+        EXPECT_FALSE(world->Save(folder / place));
+        EXPECT_THAT(reports.Texts(), HasSubstr(advice));
+        reports.Clear();
+    }
+    if (geteuid() == 0) return;
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    EXPECT_FALSE(world->Save(path));
+    EXPECT_THAT(reports.Texts(), HasSubstr("write-protected"));
+    reports.Clear();
+    EXPECT_EQ(FileBytes(path), oldBytes);
+}

@@ -1,0 +1,242 @@
+// Archives and their entries as streams.
+
+#include "engine/zip_stream.h"
+
+#include "tests/support/plain_zip.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <random>
+
+namespace {
+
+constexpr auto kText = std::ios::openmode{};
+constexpr auto kBinary = std::ios::binary;
+
+std::string EveryByte() {
+    std::string all;
+    for (int i = 0; i < 256; ++i) all += static_cast<char>(i);
+    return all;
+}
+
+// What the archive holds after `text` was written to a text or binary entry.
+std::string Stored(const std::string& text, std::ios::openmode mode) {
+    ZipWriter writer;
+    ZipEntryOutStream out;
+    out.open(writer, "entry", mode);
+    out << text;
+    EXPECT_TRUE(out.good());
+    EXPECT_TRUE(out.close());
+    EXPECT_TRUE(writer.Close());
+    const std::vector<PlainEntry> entries = ReadZip(writer.TakeBytes());
+    return entries.empty() ? "" : entries.front().bytes;
+}
+
+// What a text or binary entry that holds `bytes` reads as, by the buffer's own block reads or
+// a character at a time.
+std::string Shown(const std::string& bytes, std::ios::openmode mode, bool byBlock) {
+    const std::string zip = MakeZip({{"entry", bytes}});
+    const auto reader = ZipReader::InMemory(zip);
+    ZipEntryInStream in;
+    in.open(*reader, "ENTRY", mode);
+    EXPECT_TRUE(in.good());
+    std::string text;
+    char block[77];
+    if (byBlock) {
+        while (const std::streamsize n = in.rdbuf()->sgetn(block, sizeof block))
+            text.append(block, static_cast<std::size_t>(n));
+    } else {
+        for (char c; in.get(c);) text += c;
+    }
+    EXPECT_TRUE(in.close());
+    EXPECT_FALSE(reader->Damaged());
+    return text;
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+}  // namespace
+
+TEST(ZipStream, LineEndsAreTranslatedInTextModeOnly) {
+    const std::string feeds(250, '\n');
+    for (const std::string& text :
+         {std::string("a\nb\n"), feeds, "x" + feeds, std::string("a\rb\r\rc"), std::string("\r"),
+          EveryByte(), std::string()}) {
+        EXPECT_EQ(Stored(text, kText), Replaced(text, "\n", "\r\n"));
+        EXPECT_EQ(Stored(text, kBinary), text);
+        for (bool byBlock : {false, true}) {
+            EXPECT_EQ(Shown(Stored(text, kText), kText, byBlock), text);
+            EXPECT_EQ(Shown(text, kBinary, byBlock), text);
+        }
+    }
+}
+
+// Pairs of carriage returns and line feeds, whole and torn, at every place of the small buffer.
+TEST(ZipStream, PairsSurviveEveryBoundary) {
+    for (std::size_t lead = 0; lead < 210; ++lead) {
+        const std::string before(lead, 'x');
+        for (const char* tail : {"\r\n", "\r\nend", "\r", "\r\r\n", "\rz", "\n", "\r\n\r\n"}) {
+            const std::string bytes = before + tail;
+            ASSERT_EQ(Shown(bytes, kText, lead % 2), Replaced(bytes, "\r\n", "\n")) << lead;
+        }
+    }
+    // The same where data are unpacked in large pieces.
+    std::mt19937 random(7);
+    std::string bytes;
+    while (bytes.size() < 300'000) bytes += "\r\nab"[random() % 4];
+    EXPECT_EQ(Shown(bytes, kText, false), Replaced(bytes, "\r\n", "\n"));
+    EXPECT_EQ(Shown(bytes, kBinary, true), bytes);
+}
+
+TEST(ZipStream, ACharacterCanBePutBackWithinTheBuffer) {
+    const auto zip = MakeZip({{"entry", "abc"}});
+    const auto reader = ZipReader::InMemory(zip);
+    ZipEntryInStream in;
+    in.open(*reader, "entry");
+    EXPECT_FALSE(in.unget()) << "nothing has been read";
+    in.clear();
+    EXPECT_EQ(in.get(), 'a');
+    EXPECT_TRUE(in.putback('z'));
+    EXPECT_EQ(in.get(), 'z');
+    EXPECT_EQ(in.get(), 'b');
+}
+
+TEST(ZipStream, OneEntryIsOpenAtATime) {
+    ZipWriter writer;
+    ZipEntryOutStream first;
+    ZipEntryOutStream second;
+    first.open(writer, "one");
+    first << "1";
+    second.open(writer, "two");
+    EXPECT_TRUE(second.fail());
+    EXPECT_FALSE(second.close());
+    EXPECT_TRUE(first.close());
+    EXPECT_FALSE(first.close()) << "closed already";
+    // The same stream again closes its entry by itself.
+    first.open(writer, "three");
+    first << 3;
+    first.open(writer, "four");
+    first << 4 << '\n';
+    first.close();
+    EXPECT_FALSE(writer.Write("x", 1));
+    EXPECT_TRUE(writer.Close());
+    EXPECT_FALSE(writer.Close());
+
+    const std::string zip = writer.TakeBytes();
+    const std::vector<PlainEntry> entries = ReadZip(zip);
+    ASSERT_EQ(entries.size(), 3u);
+    EXPECT_EQ(entries[1].name + entries[1].bytes, "three3");
+    EXPECT_EQ(entries[2].name + entries[2].bytes, "four4\r\n");
+
+    const auto reader = ZipReader::InMemory(zip);
+    ZipEntryInStream in;
+    ZipEntryInStream other;
+    in.open(*reader, "four");
+    other.open(*reader, "one");
+    EXPECT_TRUE(other.fail());
+    // In any order, and the same one again.
+    for (int round = 0; round < 2; ++round) {
+        int number = 0;
+        for (auto [name, expected] : {std::pair{"Three", 3}, {"FOUR", 4}, {"one", 1}}) {
+            in.open(*reader, name);
+            EXPECT_TRUE(in >> number) << name;
+            EXPECT_EQ(number, expected);
+        }
+    }
+}
+
+TEST(ZipStream, WhatIsNotThereFailsLikeAnyStream) {
+    TempFolder folder;
+    ZipWriter writer(folder / "no such folder/x.zip");
+    EXPECT_FALSE(writer.IsOpen());
+    ZipEntryOutStream out;
+    out.open(writer, "entry");
+    EXPECT_FALSE(out << 1);
+    EXPECT_FALSE(out.close());
+    EXPECT_FALSE(writer.Close());
+
+    PutFile(folder / "no.zip", "this is no archive");
+    for (const char* name : {"missing.zip", "no.zip"}) {
+        ZipReader reader(folder / name);
+        EXPECT_FALSE(reader.IsOpen());
+        ZipEntryInStream in;
+        in.open(reader, "entry");
+        int number = 77;
+        EXPECT_FALSE(in >> number);
+        EXPECT_EQ(number, 77);
+        EXPECT_FALSE(in.close());
+    }
+    const std::string zip = MakeZip({{"entry", "1"}});
+    const auto reader = ZipReader::InMemory(zip);
+    ZipEntryInStream in;
+    in.open(*reader, "absent");
+    EXPECT_TRUE(in.fail());
+    EXPECT_EQ(in.rdbuf()->sgetc(), EOF);
+    char byte = 0;
+    EXPECT_EQ(reader->Read(&byte, 1), -1);
+    in.open(*reader, "entry");
+    EXPECT_TRUE(in.good()) << "an earlier failure is forgotten";
+}
+
+TEST(ZipStream, EntriesCarryTheLocalTime) {
+    TempFolder folder;
+    const std::time_t before = std::time(nullptr);
+    {
+        ZipWriter writer(folder / "x.zip");
+        ZipEntryOutStream out;
+        out.open(writer, "entry", kBinary);
+        out << "text";
+    }
+    const std::vector<PlainEntry> entries = ReadZip(FileBytes(folder / "x.zip"));
+    ASSERT_EQ(entries.size(), 1u) << "the destructors close";
+    const PlainEntry& entry = entries.front();
+    const std::uint32_t dos = entry.dosDate;
+    const auto part = [dos](int shift, unsigned mask) {
+        return static_cast<int>(dos >> shift & mask);
+    };
+    std::tm time = {};
+    time.tm_year = part(25, 127) + 80;
+    time.tm_mon = part(21, 15) - 1;
+    time.tm_mday = part(16, 31);
+    time.tm_hour = part(11, 31);
+    time.tm_min = part(5, 63);
+    time.tm_sec = part(0, 31) * 2;
+    time.tm_isdst = -1;
+    EXPECT_NEAR(static_cast<double>(std::mktime(&time)), static_cast<double>(before), 60);
+    EXPECT_EQ(entry.method, 8);
+    EXPECT_EQ(entry.flags, 0);
+    EXPECT_EQ(entry.externalAttribs, 32u);
+    EXPECT_EQ(entry.internalAttribs + entry.extraSize + entry.commentSize, 0);
+}
+
+// A changed checksum, and data that end before the size that the directory tells.
+TEST(ZipStream, DamageIsNoticed) {
+    const std::string zip = MakeZip({{"entry", "0123456789", 0}});
+    for (auto [from, to] : {std::pair{"3456", "3X56"}, {"89PK", "8_PK"}}) {
+        const std::string bad = Replaced(zip, from, to);
+        const auto reader = ZipReader::InMemory(bad);
+        ZipEntryInStream in;
+        in.open(*reader, "entry");
+        std::string word;
+        in >> word;
+        in.close();
+        EXPECT_TRUE(reader->Damaged());
+    }
+    const std::string packed = MakeZip({{"entry", "0123456789"}});
+    std::string longer = packed;
+    const std::size_t directory = longer.rfind("PK\1\2");
+    longer[directory + 24] = 11;
+    longer[22] = 11;
+    const auto reader = ZipReader::InMemory(longer);
+    ASSERT_TRUE(reader->OpenEntry("entry"));
+    char bytes[20];
+    EXPECT_EQ(reader->Read(bytes, 20), 10);
+    EXPECT_LT(reader->Read(bytes, 20), 1);
+    EXPECT_TRUE(reader->Damaged());
+}
