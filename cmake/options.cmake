@@ -23,6 +23,12 @@ if(QUILT_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+option(QUILT_FUZZ "The fuzzers; needs clang" OFF)
+if(QUILT_FUZZ)
+  # Another compiler has warnings of its own; those that count are of the usual builds.
+  add_compile_options(-fsanitize=fuzzer-no-link -Wno-error)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})

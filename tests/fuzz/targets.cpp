@@ -1,0 +1,153 @@
+#include "tests/fuzz/targets.h"
+
+#include "engine/compositor.h"
+#include "engine/dinterface.h"
+#include "engine/game_archive.h"
+#include "engine/report.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr int kTargetW = 20;
+constexpr int kTargetH = 15;
+// Drawing larger worlds shows nothing new and takes long.
+constexpr std::int64_t kDrawnBytes = 1 << 20;
+// So does writing them; a run of a few characters can fill millions of cells.
+constexpr std::int64_t kWrittenBytes = 1 << 24;
+
+void Require(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
+
+std::string_view Chars(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+IdSource Ids() {
+    return [] { return vWorld->TakeId(); };
+}
+
+// What the format cannot hold: a line feed at the end of a script, and a field of 65535, which
+// is written as -1 and so leaves the 0 of a fresh cell.
+void Settle(Dobject& node) {
+    while (node.script.ends_with('\n')) node.script.pop_back();
+    for (Dtile& tile : node.tiles)
+        for (std::uint16_t* field : {&tile.chr, &tile.fg, &tile.bg, &tile.attrib})
+            if (*field == UINT16_MAX) *field = 0;
+    for (const auto& child : node.children) Settle(*child);
+}
+
+std::string TextOf(Dobject& root) {
+    Settle(root);
+    std::ostringstream out;
+    WriteWorld(root, out);
+    return out.str();
+}
+
+bool ReadText(const std::string& text, Dobject& root, std::string& reason) {
+    std::stringbuf in(text);
+    GameTextReader reader(in, Ids());
+    TextRemarks remarks;
+    reader.SetRemarks(&remarks);
+    root.name = kRootName;
+    const bool read = reader.ReadWorld(root);
+    Require(read || !reader.Reason().empty(), "a text that is refused has a reason");
+    reason = reader.Reason();
+    return read;
+}
+
+void Show(Game& game) {
+    if (SurfaceBytes(game.root) > kDrawnBytes) return;
+    GameFault fault;
+    Require(vWorld->TakeGame(game, fault), "a small world finds its place");
+    const Bitmap target = MakeBitmap(kTargetW * kTileSize, kTargetH * kTileSize);
+    clear_bitmap(target.get());
+    vWorld->DrawWorld(target.get(), 0, 0);
+    vWorld->DrawTreeList(0, 0, target.get());
+    vWorld->ClickTreeList(0, 15);
+    vWorld->DrawWorld(target.get(), 3, -2);
+}
+
+// The nodes that selectors are tried on: a few levels, names that occur twice.
+void PlantNodes() {
+    Dobject& root = vWorld->Root();
+    if (root.children.size() == 2) return;
+    root.EraseAll();
+    const auto plant = [](Dobject& under, const char* name) {
+        Dobject* node = under.Spawn(vWorld->TakeId(), 0);
+        node->Create(name, 2, 2);
+        return node;
+    };
+    for (const char* name : {"top", "b"}) {
+        Dobject* board = plant(root, name);
+        for (const char* object : {"a", "a", "self"}) plant(*plant(*board, object), "a");
+    }
+}
+
+}  // namespace
+
+void StartTargets() {
+    if (vWorld) return;
+    install_allegro(SYSTEM_NONE, &errno, nullptr);
+    set_color_depth(8);
+    StartTrace(nullptr);
+    static Dinterface world;
+    world.SetViewSize(kTargetW, kTargetH);
+}
+
+void FuzzArchive(const std::uint8_t* data, std::size_t size) {
+    Game game;
+    GameFault fault;
+    const auto archive = ZipReader::InMemory(Chars(data, size));
+    if (!ReadGame(*archive, "world.zqlt", Ids(), game, fault)) {
+        Require(!fault.text.empty(), "an archive that is refused has a reason");
+        return;
+    }
+    if (!game.sheet || SurfaceBytes(game.root) > kWrittenBytes) return;
+    std::string why;
+    const std::string composed = ComposeGame(game.sheet.get(), game.root, 1, 1, why);
+    Require(!composed.empty(), "what was read can be saved");
+    Game again;
+    Require(ReadGame(*ZipReader::InMemory(composed), "x", Ids(), again, fault),
+            "what was saved can be read");
+    Require(TextOf(again.root) == TextOf(game.root), "it reads as it was");
+    Show(again);
+}
+
+void FuzzText(const std::uint8_t* data, std::size_t size) {
+    Game game;
+    std::string reason;
+    if (!ReadText(std::string(Chars(data, size)), game.root, reason)) return;
+    if (SurfaceBytes(game.root) > kWrittenBytes) return;
+    const std::string written = TextOf(game.root);
+    Game again;
+    Require(ReadText(written, again.root, reason), "what was written can be read");
+    Require(TextOf(again.root) == written, "it is written as it was");
+    Show(again);
+}
+
+void FuzzSelector(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return;
+    PlantNodes();
+    const std::string selector(Chars(data + 1, size - 1));
+    const int ids = 1 + static_cast<int>(data[0] % 16);
+    std::int32_t id = vWorld->Root().children.front()->id + ids - 2;
+    const Handle h = vWorld->GetHandleById(kRootHandle, id);
+    const int list = vWorld->StartHandleList(h, selector.c_str());
+    Require((list < 0) == (h == kNoHandle), "a node and a selector give a list");
+    for (int left = vWorld->CountHandles(list); left > 0; --left)
+        Require(vWorld->Node(vWorld->NextHandle(list)), "every element is a node");
+    Require(list < 0 || vWorld->NextHandle(list) == kNoHandle, "the list ends at its count");
+    vWorld->ReleaseHandleList(list);
+    vWorld->ReleaseHandle(h);
+    for (Handle free = 1; free < kMaxHandles; ++free)
+        Require(!vWorld->Node(free), "released handles are free");
+}

@@ -1,0 +1,16 @@
+// What the fuzzers run and the replay test repeats: each takes any bytes and ends the program
+// by abort() when something that must always hold does not.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Starts Allegro and makes a world, once; to be called in the folder that holds Library/.
+void StartTargets();
+
+/// The bytes as a game archive: read, composed anew, and read again.
+void FuzzArchive(const std::uint8_t* data, std::size_t size);
+/// The bytes as a game's text: read, drawn, written and read again.
+void FuzzText(const std::uint8_t* data, std::size_t size);
+/// The first byte as the number of a node, the rest as a selector seen from it.
+void FuzzSelector(const std::uint8_t* data, std::size_t size);
