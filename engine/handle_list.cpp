@@ -21,6 +21,8 @@ constexpr std::size_t kMaxWord = 99;
 /// A path can go down and up again any number of times, each "all.parent" multiplying the
 /// nodes it passes. A walk ends after so many words, far beyond what any real path needs.
 constexpr int kMaxSteps = 1'000'000;
+/// Nor does any go down more often than this, each time a call deeper.
+constexpr int kMaxDescents = 1'000;
 
 bool IsList(int list) { return list >= 0 && list < kMaxHandleLists; }
 
@@ -47,6 +49,7 @@ struct Dinterface::SelectorWalk {
     HandleList& list;
     std::string_view selector;
     int stepsLeft = kMaxSteps;
+    int descentsLeft = kMaxDescents;
 
     /// Takes the word at `position`, without its blanks, and moves behind its ".".
     std::string TakeWord(std::size_t& position) const {
@@ -81,10 +84,12 @@ struct Dinterface::SelectorWalk {
 
     bool ResolveChildren(std::size_t position, Dobject* node, const std::string* name) {
         if (!node) return true;
+        if (--descentsLeft < 0) return false;
         for (const auto& child : node->children) {
             if (name && child->name != *name) continue;
             if (!Resolve(position, child.get())) return false;
         }
+        ++descentsLeft;
         return true;
     }
 };
