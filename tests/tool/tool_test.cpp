@@ -1,0 +1,268 @@
+// The real quilt-tool, run as people run it.
+
+#include "engine/compositor.h"
+#include "engine/game_archive.h"
+
+#include "tests/support/plain_zip.h"
+#include "tests/support/random_world.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
+#include "tests/tool/plain_png.h"
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+struct Result {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class Tool : public WorldTest {
+protected:
+    // In the test's folder, so that paths are relative and far from the program.
+    Result Shell(const std::string& command) {
+        const std::string line = "cd '" + folder.Path() + "' && { " + command + "; } >'" +
+                                 out.Path() + "/out' 2>'" + out.Path() + "/err' </dev/null";
+        const int status = std::system(line.c_str());
+        EXPECT_TRUE(WIFEXITED(status)) << command;
+        return {WEXITSTATUS(status), FileBytes(out / "out"), FileBytes(out / "err")};
+    }
+    Result Run(const std::string& arguments) { return Shell(QUILT_TOOL " " + arguments); }
+
+    void SaveGame(const std::string& name) { ASSERT_TRUE(world->Save(folder / name)); }
+
+    void PlantGame() {
+        Dobject& first = AddNode(world->Root(), "first", 30, 20, 1);
+        first.viewx = 2;
+        first.viewy = 1;
+        first.vieww = 12;
+        first.viewh = 19;
+        for (int i = 0; i < 600; ++i) first.PutTile(i % 30, i / 30, i % 256, 1 + i % 200, i % 3, 0);
+        Dobject& door = AddNode(first, "door", 3, 2, -4);
+        door.script = "#bind a\n\n#end";
+        door.posx = 4;
+        for (int i = 0; i < 6; ++i) door.PutTile(i % 3, i / 3, 65, -2, i % 2, 1);
+        AddNode(world->Root(), "second", 1, 1, 5).posx = 3;
+    }
+
+    TempFolder folder;
+    TempFolder out;
+};
+
+std::string TextOf(Dobject& root) {
+    std::ostringstream text;
+    WriteWorld(root, text);
+    return text.str();
+}
+
+std::vector<PlainEntry> Entries(const std::string& text) {
+    std::string pixels;
+    for (int i = 0; i < 128; ++i) pixels += "1 ";
+    return {{"font.hdr", "16 8 2"}, {"font.raw", pixels}, {"game.qlt", text}};
+}
+
+}  // namespace
+
+TEST_F(Tool, InfoTellsTheTree) {
+    PlantGame();
+    world->videoMode = 2;
+    world->windowed = 0;
+    SaveGame("a.zqlt");
+    const Result json = Run("info --json a.zqlt");
+    EXPECT_EQ(json.status, 0) << json.err;
+    EXPECT_EQ(json.out,
+              R"({"font":{"width":128,"height":128,"glyphs":256},"video_mode":2,"windowed":0,)"
+              R"("boards":[{"name":"first","posx":0,"posy":0,"posz":1,"width":30,"height":20,)"
+              R"("viewx":2,"viewy":1,"vieww":12,"viewh":19,"script_lines":0,"children":[)"
+              R"({"name":"door","posx":4,"posy":0,"posz":-4,"width":3,"height":2,"viewx":0,)"
+              R"("viewy":0,"vieww":3,"viewh":2,"script_lines":3,"children":[]}]},)"
+              R"({"name":"second","posx":3,"posy":0,"posz":5,"width":1,"height":1,"viewx":0,)"
+              R"("viewy":0,"vieww":1,"viewh":1,"script_lines":0,"children":[]}]})"
+              "\n");
+    const Result plain = Run("info a.zqlt");
+    EXPECT_THAT(plain.out, HasSubstr("128 by 128 pixels, 256 glyphs"));
+    EXPECT_THAT(plain.out, HasSubstr("\n  door: at 4, 0, z -4, 3 by 2 tiles, view 0, 0, 3 by 2, "
+                                     "3 script lines\n"));
+}
+
+TEST_F(Tool, NamesOfAnyBytesAreSafe) {
+    AddNode(world->Root(), "\x1b[31m\"\\\xff\xc2\x9bz\xc3\xa4", 1, 1);
+    SaveGame("a.zqlt");
+    for (const std::string& text : {Run("info a.zqlt").out, Run("check a.zqlt nothing\x1b").err})
+        for (char c : text) EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= ' ') << text;
+    EXPECT_THAT(Run("info a.zqlt").out, HasSubstr("\\x1b[31m\"\\x5c\\xff\\xc2\\x9bz\xc3\xa4:"));
+    const auto json = nlohmann::json::parse(Run("info a.zqlt --json").out, nullptr, false);
+    ASSERT_FALSE(json.is_discarded());
+    EXPECT_THAT(json["boards"][0]["name"].get<std::string>(), StartsWith("\x1b[31m\"\\"));
+}
+
+TEST_F(Tool, RenderShowsABoardAsTheEditorDoes) {
+    PlantGame();
+    SaveGame("a.zqlt");
+    ASSERT_EQ(Run("render a.zqlt one.png").status, 0);
+    const PlainPng one = ReadPng(FileBytes(folder / "one.png"));
+    ASSERT_EQ(one.w, 12 * 8);
+    ASSERT_EQ(one.h, 19 * 8);
+
+    world->ShowBoard(world->Root().children.front()->id);
+    world->SetViewSize(12, 19);
+    const Bitmap target = MakeBitmap(one.w, one.h);
+    clear_bitmap(target.get());
+    world->DrawWorld(target.get(), 0, 0);
+    std::string expected;
+    for (int y = 0; y < one.h; ++y) expected.append(target->line[y], target->line[y] + one.w);
+    EXPECT_EQ(one.pixels, expected);
+    EXPECT_NE(one.pixels, std::string(expected.size(), expected[0]));
+    const RGB* palette = world->GetFont()->GetPalette();
+    ASSERT_EQ(one.palette.size(), 768u);
+    for (std::size_t i = 0; i < 256; ++i)
+        EXPECT_EQ(static_cast<unsigned char>(one.palette[3 * i + 1]) >> 2, palette[i].g) << i;
+
+    ASSERT_EQ(Run("render a.zqlt two.png --board second --scale 3").status, 0);
+    EXPECT_EQ(ReadPng(FileBytes(folder / "two.png")).w, 24);
+    ASSERT_EQ(Run("render a.zqlt three.png --scale 3").status, 0);
+    const PlainPng three = ReadPng(FileBytes(folder / "three.png"));
+    ASSERT_EQ(three.pixels.size(), 9 * expected.size());
+    for (int y = 0; y < three.h; ++y)
+        for (int x = 0; x < three.w; ++x)
+            ASSERT_EQ(three.pixels[static_cast<std::size_t>(y * three.w + x)],
+                      expected[static_cast<std::size_t>(y / 3 * one.w + x / 3)]);
+}
+
+TEST_F(Tool, CatAndRepackWriteTheWorld) {
+    std::mt19937 random(5);
+    PlantRandomWorld(*world, random);
+    SaveGame("a.zqlt");
+    const std::string text = TextOf(world->Root());
+    const Result cat = Run("cat a.zqlt");
+    EXPECT_EQ(cat.status, 0);
+    EXPECT_EQ(cat.out, text);
+    EXPECT_EQ(Run("repack a.zqlt b.zqlt").status, 0);
+    const auto before = ReadZip(FileBytes(folder / "a.zqlt"));
+    const auto after = ReadZip(FileBytes(folder / "b.zqlt"));
+    ASSERT_EQ(after.size(), before.size());
+    for (std::size_t i = 0; i < after.size(); ++i) EXPECT_EQ(after[i].bytes, before[i].bytes);
+    // In place, from an unusual form.
+    PutFile(folder / "own.zqlt",
+            MakeZip({{"OWN.QLT",
+                      "~endvars ~endimports ~ob b 0 0 0 2 1 0 0 2 1 1 2 3 4 1 2 3 4\n~pb\n"
+                      "~pe\n~oe"},
+                     {"font.hdr", "1 2 1"},
+                     {"font.raw", "ab"}}));
+    EXPECT_EQ(Run("repack own.zqlt own.zqlt").status, 0);
+    const auto own = ReadZip(FileBytes(folder / "own.zqlt"));
+    ASSERT_EQ(own.size(), 4u);
+    EXPECT_EQ(own[1].bytes, "97 98 ");
+    EXPECT_THAT(own[2].bytes, HasSubstr("\r\n-2 1 2 3 4\r\n"));
+    EXPECT_EQ(own[3].bytes, "1 1");
+}
+
+TEST_F(Tool, CheckFindsWhatIsSuspect) {
+    PutFile(
+        folder / "a.zqlt",
+        MakeZip(Entries("~endvars\n~endimports\n"
+                        "~ob b 0\n0 0 2 1\n1 0 2 1\n1 2 3 0 2 2 3 0\n~pb\nx\n~pbx\n~pexit\n~oe\n"
+                        "~ob c 0\n0 0 1 1\n0 0 1 1\n0 0 0 0\nno\n~pe\n~anything\n"
+                        "~ob b 1\n0 0 1 1\n0 0 1 1\n0 0 0 0\n~pb\n~pe\n~oe\nrest\n")));
+    PutFile(folder / "good.zqlt", MakeZip(Entries("~endvars\n~endimports\n")));
+    PutFile(folder / "bad.zqlt", MakeZip(Entries("~endvars")));
+    const char* lines[] = {
+        "a.zqlt: game.qlt, line 3: 1 cells of 'b' have glyphs beyond the sheet's 2, the first 2 at "
+        "1, 0\n",
+        "a.zqlt: game.qlt, line 3: the viewport of 'b' reaches past its grid\n",
+        "a.zqlt: game.qlt, line 9: a line of the script of 'b' begins with ~pb and reads as "
+        "empty\n",
+        "a.zqlt: game.qlt, line 10: a line of the script of 'b' begins with ~pe and ends it\n",
+        "a.zqlt: game.qlt, line 16: '~pb' is missing before the script of 'c'\n",
+        "a.zqlt: game.qlt, line 18: '~anything' ends 'c', not '~oe'\n",
+        "a.zqlt: game.qlt, line 19: the name 'b' occurs more than once in 'world_tree'\n",
+        "a.zqlt: game.qlt, line 26: nothing is read from 'rest' on\n",
+    };
+    const Result plain = Run("check a.zqlt good.zqlt");
+    const Result strict = Run("check --strict good.zqlt a.zqlt");
+    for (const char* line : lines) {
+        EXPECT_THAT(plain.out, HasSubstr(line));
+        EXPECT_THAT(strict.err, HasSubstr("quilt-tool: " + std::string(line)));
+    }
+    EXPECT_EQ(std::count(plain.out.begin(), plain.out.end(), '\n'), 8) << plain.out;
+    EXPECT_EQ(plain.status, 0);
+    EXPECT_EQ(plain.err, "");
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_EQ(strict.out, "");
+    EXPECT_EQ(Run("check --strict good.zqlt").status, 0);
+    // All of them are looked at.
+    const Result both = Run("check bad.zqlt a.zqlt");
+    EXPECT_EQ(both.status, 1);
+    EXPECT_EQ(both.out, plain.out);
+    EXPECT_EQ(both.err, "quilt-tool: bad.zqlt: game.qlt, line 1: the text ends in its header\n");
+}
+
+TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
+    PlantGame();
+    SaveGame("a.zqlt");
+    PutFile(folder / "bad.zqlt", "x");
+    PutFile(folder / "empty.zqlt", MakeZip({{"readme", "x"}}));
+    const std::string board = "~endvars\n~endimports\n~ob b 0\n0 0 1 1\n0 0 ";
+    PutFile(folder / "none.zqlt", MakeZip(Entries(board + "0 1\n1 2 3 0\n~pb\n~pe\n~oe\n")));
+    PutFile(folder / "huge.zqlt",
+            MakeZip(Entries(board + "32767 32767\n1 2 3 0\n~pb\n~pe\n~oe\n")));
+    struct Case {
+        const char* call;
+        int status;
+        const char* err;
+    };
+    for (const Case& c :
+         {Case{"info bad.zqlt", 1, "quilt-tool: bad.zqlt: it is no game archive"},
+          {"cat missing.zqlt", 1, "quilt-tool: missing.zqlt: there is no such file\n"},
+          {"cat .", 1, "quilt-tool: .: it is no file\n"},
+          {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
+          {"repack a.zqlt no/b.zqlt", 1, "quilt-tool: no/b.zqlt: "},
+          {"render a.zqlt no/b.png", 1, "quilt-tool: no/b.png: "},
+          {"render none.zqlt b.png", 1, "quilt-tool: none.zqlt: the viewport of 'b'"},
+          {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
+          {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
+          {"render a.zqlt b.png --scale 0", 2, "quilt-tool: --scale"},
+          {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+          {"info", 2, "quilt-tool: GAME is required"},
+          {"info a.zqlt b.zqlt", 2, "quilt-tool: "},
+          {"other a.zqlt", 2, "quilt-tool: "},
+          {"", 2, "quilt-tool: "}}) {
+        const Result result = Run(c.call);
+        EXPECT_EQ(result.status, c.status) << c.call;
+        EXPECT_THAT(result.err, StartsWith(c.err)) << c.call;
+        EXPECT_EQ(result.out, "") << c.call;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "b.png"));
+    for (const char* call : {"--help", "info --help", "render --help", "cat --help",
+                             "repack --help", "check --help", "--version"}) {
+        const Result result = Run(call);
+        EXPECT_EQ(result.status, 0) << call;
+        EXPECT_NE(result.out, "") << call;
+        EXPECT_EQ(result.err, "") << call;
+    }
+}
+
+TEST_F(Tool, GitShowsWhatChangedInAGame) {
+    if (std::system("git --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "there is no git";
+    PlantGame();
+    SaveGame("a.zqlt");
+    const std::string git = "git -c user.name=x -c user.email=x@example.org ";
+    EXPECT_EQ(Shell("git init -q . && echo '*.zqlt diff=quilt' >.gitattributes && "
+                    "git config diff.quilt.textconv '" QUILT_TOOL " cat' && git add . && " +
+                    git + "commit -qm one")
+                  .status,
+              0);
+    world->Root().children.front()->children.front()->script = "#bind b\n\n#end";
+    SaveGame("a.zqlt");
+    const Result diff = Shell("git diff");
+    EXPECT_THAT(diff.out, HasSubstr("\n-#bind a\n+#bind b\n"));
+}

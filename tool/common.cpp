@@ -1,0 +1,80 @@
+#include "engine/report.h"
+#include "tool/commands.h"
+
+#include <cstdio>
+
+namespace {
+
+std::string vFile;
+
+void ComplainOfEngine(const char* text, const char*) { Complain(vFile, text); }
+
+unsigned char ByteAt(const std::string& text, std::size_t at) {
+    return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+}
+
+// Bytes of the character of UTF-8 at a place, 0 when there is none that can be shown.
+std::size_t CharacterAt(const std::string& text, std::size_t at) {
+    const unsigned char first = ByteAt(text, at);
+    if (first >= ' ' && first < 0x7f) return 1;
+    std::size_t size = 0;
+    if (first >= 0xc2 && first < 0xe0) size = 2;
+    if (first >= 0xe0 && first < 0xf0) size = 3;
+    if (first >= 0xf0 && first < 0xf5) size = 4;
+    for (std::size_t i = 1; i < size; ++i)
+        if ((ByteAt(text, at + i) & 0xc0) != 0x80) return 0;
+    const unsigned char second = ByteAt(text, at + 1);
+    // The second control block, overlong forms, surrogates and what lies beyond Unicode.
+    const bool excluded = (first == 0xc2 && second < 0xa0) || (first == 0xe0 && second < 0xa0) ||
+                          (first == 0xed && second >= 0xa0) || (first == 0xf0 && second < 0x90) ||
+                          (first == 0xf4 && second >= 0x90);
+    return excluded ? 0 : size;
+}
+
+}  // namespace
+
+std::string Printable(const std::string& text, bool lines) {
+    std::string shown;
+    for (std::size_t at = 0; at < text.size();) {
+        const char c = text[at];
+        const std::size_t size = CharacterAt(text, at);
+        if ((lines && (c == '\n' || c == '\t')) || (size == 1 && (lines || c != '\\'))) {
+            shown += c;
+            ++at;
+        } else if (size > 1) {
+            shown += text.substr(at, size);
+            at += size;
+        } else {
+            char escaped[5];
+            std::snprintf(escaped, sizeof escaped, "\\x%02x", ByteAt(text, at));
+            shown += escaped;
+            ++at;
+        }
+    }
+    return shown;
+}
+
+int Complain(const std::string& file, const std::string& what) {
+    std::string line = what;
+    for (char& c : line)
+        if (c == '\n') c = ' ';
+    std::fprintf(stderr, "quilt-tool: %s: %s\n", Printable(file).c_str(), Printable(line).c_str());
+    return kBadFile;
+}
+
+bool ReadWhole(const std::string& path, Game& game, TextRemarks* remarks) {
+    vFile = path;
+    // With remarks the same things are told there, with their lines.
+    vMessageHook = remarks ? nullptr : ComplainOfEngine;
+    std::int32_t lastId = 0;
+    GameFault fault;
+    bool read = ReadGame(
+        path, [&lastId] { return ++lastId; }, game, fault, remarks);
+    vMessageHook = ComplainOfEngine;
+    if (read && !game.hasText) {
+        fault.text = "there is no world in this archive";
+        read = false;
+    }
+    if (!read) Complain(path, fault.text);
+    return read;
+}

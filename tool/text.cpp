@@ -1,0 +1,36 @@
+// The commands that write a world anew: as text, and as an archive.
+
+#include "engine/replace_file.h"
+#include "tool/commands.h"
+
+#include <unistd.h>
+
+#include <iostream>
+#include <sstream>
+
+int Cat(const std::string& path) {
+    Game game;
+    if (!ReadWhole(path, game)) return kBadFile;
+    std::ios::sync_with_stdio(false);
+    if (isatty(STDOUT_FILENO)) {
+        std::ostringstream text;
+        WriteWorld(game.root, text);
+        std::cout << Printable(text.str(), true);
+    } else {
+        WriteWorld(game.root, std::cout);
+    }
+    return std::cout.flush() ? kGood : Complain("standard output", "it cannot be written");
+}
+
+int Repack(const std::string& from, const std::string& to) {
+    constexpr std::int32_t kUsualSetting = 1;
+    Game game;
+    if (!ReadWhole(from, game)) return kBadFile;
+    std::string why;
+    const std::string bytes =
+        ComposeGame(game.sheet.get(), game.root, game.videoMode.value_or(kUsualSetting),
+                    game.windowed.value_or(kUsualSetting), why);
+    const bool saved = !bytes.empty() && ReplaceFile(to, bytes, why);
+    if (!why.empty()) Complain(to, why);
+    return saved ? kGood : kBadFile;
+}
