@@ -30,7 +30,7 @@ LAYERS = {
         | {"editor", "editor/view", "editor/tools", "editor/script", "editor/shell"},
         False,
     ),
-    "editor/shell/main": (PLATFORM | {"platform/qt", "editor/shell"}, False),
+    "editor/shell/main": (ENGINE | PLATFORM | {"platform/qt", "editor/shell"}, False),
     "tool": (ENGINE | {"tool"}, False),
     "library-src": (ENGINE | {"library-src"}, False),
 }

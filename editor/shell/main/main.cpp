@@ -1,7 +1,7 @@
 // quilt-edit: picks the window system and runs the application.
 
-#include "editor/shell/program_folder.h"
 #include "editor/shell/quilt_app.h"
+#include "engine/program_folder.h"
 #include "platform/qt/qt_platform.h"
 
 #include <cstdio>
