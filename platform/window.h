@@ -8,6 +8,8 @@
 #include "platform/geometry.h"
 #include "platform/menu.h"
 
+#include <string>
+
 namespace platform {
 
 /// An 8-bit picture, borrowed for one call: `h` rows of `w` palette indices.
@@ -47,6 +49,11 @@ public:
     /// Runs a pop-up menu with its top left corner at a screen point, moved as far as needed to
     /// stay on the screen; either mouse button chooses. Gives the chosen command, or 0.
     virtual int TrackPopupMenu(const Menu& menu, Point screen) = 0;
+
+    /// What a screen reader says of the window: its name (a form's picture has the control's
+    /// text), and what it shows at present.
+    virtual void SetName(const std::string& name) = 0;
+    virtual void SetDescription(const std::string& description) = 0;
 };
 
 /// What a window tells. Mouse positions are window pixels and may lie outside the window while

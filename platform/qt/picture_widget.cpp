@@ -3,6 +3,7 @@
 #include "platform/keys.h"
 #include "platform/qt/qt_keys.h"
 #include "platform/qt/qt_menu.h"
+#include "platform/qt/qt_text.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -135,6 +136,14 @@ void PictureWidget::paintEvent(QPaintEvent*) {
 
 int PictureWidget::TrackPopupMenu(const platform::Menu& menu, Point screen) {
     return RunMenu(this, menu, {screen.x, screen.y});
+}
+
+void PictureWidget::SetName(const std::string& name) { setAccessibleName(FromUtf8(name)); }
+
+void PictureWidget::SetDescription(const std::string& description) {
+    // Told at each repaint: only a change is news.
+    const QString text = FromUtf8(description);
+    if (accessibleDescription() != text) setAccessibleDescription(text);
 }
 
 // --- mouse -------------------------------------------------------------------------------------

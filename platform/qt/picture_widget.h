@@ -29,6 +29,8 @@ public:
     void SetFocus() override { setFocus(Qt::OtherFocusReason); }
     void ShowPicture(const platform::Rows8& picture, platform::Size shown) override;
     int TrackPopupMenu(const platform::Menu& menu, platform::Point screen) override;
+    void SetName(const std::string& name) override;
+    void SetDescription(const std::string& description) override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -33,6 +33,8 @@ public:
     void SetFocus() override { focused = true; }
     void ShowPicture(const platform::Rows8& picture, platform::Size shownAs) override;
     int TrackPopupMenu(const platform::Menu& menu, platform::Point screen) override;
+    void SetName(const std::string& text) override { name = text; }
+    void SetDescription(const std::string& text) override { description = text; }
 
     /// Repaints at once and keeps what is shown.
     void Paint();
@@ -46,6 +48,7 @@ public:
     int invalidated = 0;
     bool captured = false;
     bool focused = false;
+    std::string name, description;
     // The last picture shown: its own size, and the size on the screen.
     std::vector<unsigned char> pixels;
     int w = 0, h = 0;

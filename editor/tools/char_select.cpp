@@ -1,0 +1,79 @@
+#include "editor/tools/char_select.h"
+
+#include "editor/view/brush.h"
+#include "engine/dinterface.h"
+
+#include <algorithm>
+#include <string>
+
+std::int32_t vCharScrollX = 0;
+std::int32_t vCharScrollY = 0;
+
+namespace {
+
+constexpr int kShownTile = 2 * kTileSize;
+constexpr double kTilesPerPixel = 0.125;
+
+// The tile under a window pixel, counted from the sheet's corner.
+int TileAt(int pixel, int scroll) { return (pixel - scroll * kShownTile) / kShownTile; }
+
+int Scrolled(int at, int press, int scroll, int sheet, int shown) {
+    const int lowest = -1 - ((sheet - shown) >> 3);
+    const int wanted = static_cast<int>((at - press) * kTilesPerPixel + scroll);
+    return std::min(std::max(wanted, lowest), 0);
+}
+
+}  // namespace
+
+void UpdateHoleHint() { vBrush.bg = HoleHint(vBrush.chr); }
+
+void CharSelect::OnDraw(platform::Window& own) {
+    BITMAP* to = Buffer(HalfOf(own.ClientSize()), "CharSelect");
+    if (!to) return;
+    clear_bitmap(to);
+    BITMAP* sheet = vWorld->GetFont()->Sheet();
+    blit(sheet, to, -kTileSize * vCharScrollX, -kTileSize * vCharScrollY, 0, 0, to->w, to->h);
+    ShowDoubled(own);
+    own.SetDescription("Glyph " + std::to_string(vBrush.chr));
+}
+
+void CharSelect::Pick(platform::Point at) {
+    const Dfont& glyphs = *vWorld->GetFont();
+    const int x = kTileSize * TileAt(at.x, vCharScrollX);
+    const int y = kTileSize * TileAt(at.y, vCharScrollY);
+    if (x < 0 || y < 0 || x >= glyphs.Sheet()->w || y >= glyphs.Sheet()->h) return;
+    vBrush.chr = glyphs.FindGlyphAt(x, y);
+    if (vBrush.fg == kSpriteMark) UpdateHoleHint();
+    Call(repaintPreview);
+    Call(repaintCharEdit);
+}
+
+void CharSelect::Scroll(platform::Point at) {
+    if (!vBitmap) return;
+    const BITMAP* sheet = vWorld->GetFont()->Sheet();
+    vCharScrollX = Scrolled(at.x, press.x, pressScroll.x, sheet->w, vBitmap->w);
+    vCharScrollY = Scrolled(at.y, press.y, pressScroll.y, sheet->h, vBitmap->h);
+    Invalidate();
+}
+
+void CharSelect::OnLButtonDown(bool ctrl, platform::Point at) {
+    if (!ctrl) {
+        mode = kPicking;
+        Pick(at);
+        return;
+    }
+    mode = kScrolling;
+    press = at;
+    pressScroll = {vCharScrollX, vCharScrollY};
+    if (window) window->SetCapture();
+}
+
+void CharSelect::OnLButtonUp(bool, platform::Point) {
+    if (mode == kScrolling && window) window->ReleaseCapture();
+    mode = kIdle;
+}
+
+void CharSelect::OnMouseMove(bool, platform::Point at) {
+    if (mode == kScrolling) Scroll(at);
+    if (mode == kPicking) Pick(at);
+}

@@ -1,0 +1,38 @@
+// The browser of the glyph sheet, at double size: 16 window pixels to a tile.
+//
+// A press and a drag put the glyph under the mouse into vBrush; Ctrl at the press scrolls
+// instead, a tile for each eight pixels. The current glyph is not marked.
+#pragma once
+
+#include "editor/tools/picture_control.h"
+
+#include <cstdint>
+
+/// The scroll of the sheet in tiles, 0 or below. It outlives the dialogs, so that the browser
+/// keeps its place.
+extern std::int32_t vCharScrollX;
+extern std::int32_t vCharScrollY;
+
+class CharSelect final : public PictureControl {
+public:
+    void OnDraw(platform::Window& own) override;
+    void OnLButtonDown(bool ctrl, platform::Point at) override;
+    void OnLButtonUp(bool ctrl, platform::Point at) override;
+    void OnMouseMove(bool ctrl, platform::Point at) override;
+
+    Repaint repaintPreview;
+    Repaint repaintCharEdit;  ///< empty in a dialog that has no glyph editor
+
+private:
+    enum DragMode { kIdle, kScrolling, kPicking };
+
+    void Pick(platform::Point at);
+    void Scroll(platform::Point at);
+
+    DragMode mode = kIdle;
+    platform::Point press;        ///< window pixels
+    platform::Point pressScroll;  ///< the scroll at the press
+};
+
+/// Writes into the brush's `bg` whether the glyph of a sprite brush has holes.
+void UpdateHoleHint();

@@ -1,0 +1,19 @@
+#include "editor/tools/picture_control.h"
+
+#include "engine/report.h"
+
+#include <algorithm>
+
+BITMAP* PictureControl::Buffer(platform::Size size, const char* owner) {
+    if (!vBitmap) vBitmap = MakeBitmap(std::max(size.w, 1), std::max(size.h, 1));
+    if (!vBitmap) Fatal("Unable to create the bitmap of a picture control", owner, __LINE__);
+    return vBitmap.get();
+}
+
+void PictureControl::Show(platform::Window& own) const {
+    own.ShowPicture({vBitmap->line, vBitmap->w, vBitmap->h}, {vBitmap->w, vBitmap->h});
+}
+
+void PictureControl::ShowDoubled(platform::Window& own) const {
+    own.ShowPicture({vBitmap->line, vBitmap->w, vBitmap->h}, {vBitmap->w * 2, vBitmap->h * 2});
+}
