@@ -1,6 +1,7 @@
 #include "engine/dfont.h"
 
 #include "engine/dobject.h"
+#include "engine/picture_file.h"
 #include "engine/pixel_row.h"
 #include "engine/report.h"
 
@@ -187,9 +188,13 @@ void Dfont::AddRow() { ResizeSheet(vSheet->h + kTileSize); }
 void Dfont::RemoveRow() { ResizeSheet(vSheet->h - kTileSize); }
 
 void Dfont::ImportBitmap(const std::string& path) {
-    Bitmap picture(load_bmp(path.c_str(), nullptr));
-    if (!picture || bitmap_color_depth(picture.get()) != 8 ||
-        !IsSheetSize(picture->w, picture->h)) {
+    std::string bytes;
+    std::string why;
+    Bitmap picture;
+    if (ReadWholeFile(path, bytes, why)) picture = ReadBmp(bytes, why);
+    if (!picture || !IsSheetSize(picture->w, picture->h)) {
+        if (why.empty()) why = "a sheet of that size cannot be";
+        Trace("%s: %s\n", path.c_str(), why.c_str());
         Fatal("Unable to import font", __FILE__, __LINE__);
         LoadDefault();
         return;

@@ -169,6 +169,12 @@ public:
     /// nothing changed, when there is no memory for its surfaces.
     bool TakeGame(Game& game, GameFault& fault);
     bool Save(const std::string& path);
+    /// An object file from a node with all below it, and the node out of one. Reading replaces
+    /// all that the node holds; its id, parent and place among its siblings stay. A file that
+    /// cannot be read is reported and the node stays as it was; one that cannot be written
+    /// only leaves a line in the trace. False then, and on a bad handle.
+    bool Export(Handle h, const std::string& path);
+    bool Import(Handle h, const std::string& path);
 
 private:
     struct Slot {

@@ -2,6 +2,8 @@
 
 #include "engine/dinterface.h"
 #include "engine/file_layer.h"
+#include "engine/game_limits.h"
+#include "engine/open_archive.h"
 #include "engine/replace_file.h"
 #include "engine/report.h"
 
@@ -18,7 +20,6 @@ constexpr const char* kSheetEntry = "font.raw";
 constexpr const char* kTextEntry = "game.qlt";
 constexpr const char* kSettingsEntry = "res.dat";
 constexpr const char* kNewGame = "Library/default.zqlt";
-constexpr const char* kNoArchive = "it is no game archive, or its end is missing";
 constexpr std::int32_t kNumbersFormat = 2;
 constexpr int kMaxColor = 255;
 
@@ -175,24 +176,6 @@ private:
     GameFault& fault;
 };
 
-// Why a file that is no archive is none.
-std::string OpenFault(const std::string& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (error || !std::filesystem::exists(status)) return "there is no such file";
-    if (!std::filesystem::is_regular_file(status)) return "it is no file";
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::string("it cannot be read: ") + std::strerror(errno);
-    if (std::filesystem::file_size(path, error) == 0) return "it is empty";
-    return kNoArchive;
-}
-
-// minizip would wait for ever on a pipe.
-bool IsFile(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::is_regular_file(path, error);
-}
-
 // --- writing -----------------------------------------------------------------------------------
 
 void WriteSheet(BITMAP* sheet, std::ostream& out) {
@@ -215,55 +198,6 @@ bool WriteEntry(ZipWriter& archive, const char* name, std::ios::openmode mode, W
     return out.close() && written;
 }
 
-bool HasLongLine(const std::string& script) {
-    for (std::size_t start = 0; start < script.size();) {
-        const std::size_t end = std::min(script.find('\n', start), script.size());
-        if (end - start > kMaxScriptLine) return true;
-        start = end + 1;
-    }
-    return false;
-}
-
-// What a reader sets limits to.
-struct Extent {
-    int depth = 0;
-    std::int64_t cells = 0;
-    std::int64_t text = 0;
-    const Dobject* longName = nullptr;
-    const Dobject* longLine = nullptr;
-
-    void Add(const Dobject& node, int at) {
-        depth = std::max(depth, at);
-        cells += static_cast<std::int64_t>(node.tiles.size());
-        // One more for the line end that the file adds.
-        text += static_cast<std::int64_t>(node.name.size() + node.script.size() + 1) + kNodeBytes;
-        if (node.name.size() > kMaxName) longName = &node;
-        if (HasLongLine(node.script)) longLine = &node;
-        for (const auto& child : node.children) Add(*child, at + 1);
-    }
-};
-
-// A world that no reader could read must not take the place of one that it can.
-std::string WhyUnreadable(const Dobject& root) {
-    Extent world;
-    for (const auto& board : root.children) world.Add(*board, 1);
-    if (world.longLine)
-        return "The script of " + Quoted(world.longLine->name) + " has a line of more than " +
-               std::to_string(kMaxScriptLine) + " characters. Break the line and save again.";
-    if (world.longName)
-        return "The name " + Quoted(world.longName->name) + " has more than " +
-               std::to_string(kMaxName) + " characters. Shorten it and save again.";
-    if (world.depth > kMaxNesting)
-        return "Objects are nested more than " + std::to_string(kMaxNesting) +
-               " deep. Move some of them further up and save again.";
-    if (world.cells > kMaxWorldCells)
-        return "The world has more than " + std::to_string(kMaxWorldCells) +
-               " cells. Make some of its boards smaller and save again.";
-    if (world.text > kMaxWorldText)
-        return "The world has too many objects or scripts. Delete some of them and save again.";
-    return {};
-}
-
 }  // namespace
 
 bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& ids, Game& game,
@@ -282,20 +216,17 @@ bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& i
 
 bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFault& fault,
               TextRemarks* remarks) {
-    if (IsFile(path)) {
-        ZipReader archive(path);
-        if (archive.IsOpen()) return ReadGame(archive, FileNameOf(path), ids, game, fault, remarks);
-    }
-    fault = {OpenFault(path), 0};
-    return false;
+    fault = {};
+    const std::unique_ptr<ZipReader> archive = OpenArchive(path, fault.text);
+    return archive && ReadGame(*archive, FileNameOf(path), ids, game, fault, remarks);
 }
 
 ArchiveKind LookAtArchive(const std::string& path) {
-    if (!IsFile(path)) return ArchiveKind::kNone;
-    ZipReader archive(path);
-    if (!archive.IsOpen()) return ArchiveKind::kNone;
+    std::string why;
+    const std::unique_ptr<ZipReader> archive = OpenArchive(path, why);
+    if (!archive) return ArchiveKind::kNone;
     for (const std::string& name : {OwnTextEntry(FileNameOf(path)), std::string(kTextEntry)})
-        if (archive.OpenEntry(name) || archive.Damaged()) return ArchiveKind::kWithWorld;
+        if (archive->OpenEntry(name) || archive->Damaged()) return ArchiveKind::kWithWorld;
     return ArchiveKind::kWithoutWorld;
 }
 
@@ -312,7 +243,7 @@ std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, st
     good &= WriteEntry(archive, kSettingsEntry, std::ios::out,
                        [&](std::ostream& out) { out << videoMode << ' ' << windowed; });
     good &= archive.Close();
-    why = WhyUnreadable(root);
+    why = WhyUnreadable(root, 0);
     if (!good && why.empty())
         why = "There is not enough memory to save the game. Close other programs and try again.";
     return why.empty() ? archive.TakeBytes() : std::string();
