@@ -17,8 +17,10 @@ constexpr double kTilesPerPixel = 0.125;
 // The tile under a window pixel, counted from the sheet's corner.
 int TileAt(int pixel, int scroll) { return (pixel - scroll * kShownTile) / kShownTile; }
 
+int LowestScroll(int sheet, int shown) { return -1 - ((sheet - shown) >> 3); }
+
 int Scrolled(int at, int press, int scroll, int sheet, int shown) {
-    const int lowest = -1 - ((sheet - shown) >> 3);
+    const int lowest = LowestScroll(sheet, shown);
     const int wanted = static_cast<int>((at - press) * kTilesPerPixel + scroll);
     return std::min(std::max(wanted, lowest), 0);
 }
@@ -42,7 +44,9 @@ void CharSelect::Pick(platform::Point at) {
     const int x = kTileSize * TileAt(at.x, vCharScrollX);
     const int y = kTileSize * TileAt(at.y, vCharScrollY);
     if (x < 0 || y < 0 || x >= glyphs.Sheet()->w || y >= glyphs.Sheet()->h) return;
-    vBrush.chr = glyphs.FindGlyphAt(x, y);
+    const int glyph = glyphs.FindGlyphAt(x, y);
+    if (glyph < 0) return;
+    vBrush.chr = glyph;
     if (vBrush.fg == kSpriteMark) UpdateHoleHint();
     Call(repaintPreview);
     Call(repaintCharEdit);
@@ -76,4 +80,11 @@ void CharSelect::OnLButtonUp(bool, platform::Point) {
 void CharSelect::OnMouseMove(bool, platform::Point at) {
     if (mode == kScrolling) Scroll(at);
     if (mode == kPicking) Pick(at);
+}
+
+void CharSelect::ScrollDown(double part) {
+    if (!vBitmap) return;
+    const int lowest = LowestScroll(vWorld->GetFont()->Sheet()->h, vBitmap->h);
+    vCharScrollY = std::min(static_cast<int>(lowest * part), 0);
+    Invalidate();
 }

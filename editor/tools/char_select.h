@@ -20,6 +20,9 @@ public:
     void OnLButtonUp(bool ctrl, platform::Point at) override;
     void OnMouseMove(bool ctrl, platform::Point at) override;
 
+    /// Scrolls to a part of the way down the sheet: 0 shows its top, 1 its bottom.
+    void ScrollDown(double part);
+
     Repaint repaintPreview;
     Repaint repaintCharEdit;  ///< empty in a dialog that has no glyph editor
 

@@ -1,0 +1,31 @@
+// The dialog "Object ClipBoard": shows the object clipboard and moves it to and from object
+// files, which pass objects from game to game. There is no way to cancel a Load.
+#pragma once
+
+#include "editor/tools/drag_viewer.h"
+#include "platform/form.h"
+
+enum ObjectClipControl : int { kObjectPicture = 1001 };
+enum ObjectClipCommand : int { kObjectLoad = 1, kObjectSave = 2 };
+
+class ObjectViewer final : public DragViewer {
+protected:
+    void Compose(BITMAP* to) override;
+    platform::Size ContentTiles() const override;
+    const char* Name() const override { return "ObjectViewer"; }
+};
+
+class DoObjectClipBoard final : public platform::FormEvents {
+public:
+    /// Modal.
+    void Run();
+
+    platform::Menu FormMenu() override;
+    platform::WindowEvents* PictureEvents(int id) override;
+    void OnInit(platform::FormWindow& form) override;
+    void OnCommand(platform::FormWindow& form, int command) override;
+    void OnControl(platform::FormWindow& form, int id) override;
+
+private:
+    ObjectViewer viewer;
+};
