@@ -67,10 +67,13 @@ struct CodeEvent {
     enum class Kind {
         CharAdded,    ///< the user typed `ch`; the caret stands behind it
         StyleNeeded,  ///< container styling: text up to `position` is about to be shown
+        Changed,      ///< text was put in or taken out at `position`, by whatever road
+        Zoomed,       ///< the text is shown larger or smaller
     };
     Kind kind = Kind::CharAdded;
     int ch = 0;
-    std::intptr_t position = 0;  ///< bytes from the start of the text
+    std::intptr_t position = 0;    ///< bytes from the start of the text
+    std::intptr_t linesAdded = 0;  ///< by a change; below 0 when lines went
 };
 
 /// The controls of a form that is on the screen. An id that the form does not have makes the
@@ -102,14 +105,15 @@ class FormEvents {
 public:
     virtual ~FormEvents() = default;
 
-    /// Once, when all controls exist and before the form is shown.
+    /// Once, when all controls exist and before the form is shown. What it gives the focus has
+    /// it at first, else the form's first control that takes it.
     virtual void OnInit(FormWindow& /*form*/) {}
     /// The WindowEvents of a Picture control, asked before OnInit; null shows an empty area.
     virtual WindowEvents* PictureEvents(int /*id*/) { return nullptr; }
     /// The menu bar of the form, asked before OnInit; its choices arrive at OnCommand.
     virtual Menu FormMenu() { return {}; }
     virtual void OnCommand(FormWindow& /*form*/, int /*command*/) {}
-    /// A key (platform::Key), before any control sees it; true takes it.
+    /// A key (platform::Key) without Ctrl and Alt, before any control sees it; true takes it.
     virtual bool OnFormKey(FormWindow& /*form*/, int /*key*/) { return false; }
     /// What the text control has to tell.
     virtual void OnCode(FormWindow& /*form*/, int /*id*/, const CodeEvent& /*event*/) {}

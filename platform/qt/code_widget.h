@@ -13,10 +13,15 @@ public:
         return direct(pointer, message, wParam, lParam);
     }
 
+protected:
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     using DirectFunction = std::intptr_t (*)(std::intptr_t pointer, unsigned message,
                                              std::uintptr_t wParam, std::intptr_t lParam);
 
     DirectFunction direct;
     std::intptr_t pointer;
+    int wheelTurn = 0;  ///< of the wheel with Ctrl held, not yet a whole notch
 };

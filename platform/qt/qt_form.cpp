@@ -18,6 +18,7 @@
 #include <QSlider>
 #include <algorithm>
 
+using platform::CodeEvent;
 using platform::Control;
 using platform::ControlKind;
 
@@ -179,11 +180,21 @@ QWidget* QtForm::MakeCode(const Control& control) {
     auto* code = new CodeWidget(this);
     const int id = control.id;
     connect(code, &QsciScintillaBase::SCN_CHARADDED, this, [this, id](int ch) {
-        events.OnCode(*this, id, {platform::CodeEvent::Kind::CharAdded, ch, 0});
+        events.OnCode(*this, id, {CodeEvent::Kind::CharAdded, ch, 0, 0});
     });
     connect(code, &QsciScintillaBase::SCN_STYLENEEDED, this, [this, id](int position) {
-        events.OnCode(*this, id, {platform::CodeEvent::Kind::StyleNeeded, 0, position});
+        events.OnCode(*this, id, {CodeEvent::Kind::StyleNeeded, 0, position, 0});
     });
+    connect(code, &QsciScintillaBase::SCN_ZOOM, this, [this, id] {
+        events.OnCode(*this, id, {CodeEvent::Kind::Zoomed, 0, 0, 0});
+    });
+    connect(code, &QsciScintillaBase::SCN_MODIFIED, this,
+            [this, id](int position, int type, const char*, int, int linesAdded) {
+                constexpr int kText =
+                    QsciScintillaBase::SC_MOD_INSERTTEXT | QsciScintillaBase::SC_MOD_DELETETEXT;
+                if (type & kText)
+                    events.OnCode(*this, id, {CodeEvent::Kind::Changed, 0, position, linesAdded});
+            });
     return code;
 }
 
@@ -217,6 +228,7 @@ void QtForm::LayOut() {
 }
 
 void QtForm::FocusFirst() {
+    if (focusWidget()) return;
     for (const Control& control : form.controls) {
         QWidget* widget = widgets[control.id];
         if (!widget->isEnabled() || !(widget->focusPolicy() & Qt::TabFocus)) continue;

@@ -22,7 +22,7 @@ public:
     void SetEnd(std::function<void(int)> end) { onEnd = std::move(end); }
     /// Clicks on what takes no text give this widget the keyboard: for panels.
     void SetHome(std::function<void()> focusHome) { onHome = std::move(focusHome); }
-    /// The first control that takes the keyboard, with its text selected.
+    /// The first control that takes the keyboard, with its text selected, unless one has it.
     void FocusFirst();
 
     // platform::FormWindow

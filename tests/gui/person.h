@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QMenu>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <deque>
@@ -47,5 +48,5 @@ private:
 
     std::deque<Step> steps;
     QTimer timer;
-    QWidget* last = nullptr;  ///< what the last step was for
+    QPointer<QWidget> last;  ///< what the last step was for, while it lives
 };
