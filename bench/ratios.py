@@ -57,6 +57,10 @@ TABLE = {
         ("program start to the first painted window / an empty Qt window's",
          "Start", None, "EmptyStart", 1.5),
     ],
+    "script_bench": [
+        ("Programming dialog on 60,000 characters / on an empty script, and a bare control's text",
+         "OpenLongScript", None, "OpenEmptyAndSetBareText", 1.5),
+    ],
     "files_bench": [
         ("load 1,000 boards / zlib alone", "LoadBoards", None, "InflateEntries", 2.5),
         ("save 1,000 boards / zlib alone", "SaveBoards", None, "DeflateEntries", 1.1),
