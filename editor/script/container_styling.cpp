@@ -33,12 +33,14 @@ void MarkChanged(platform::CodeControl& code, std::intptr_t position, std::intpt
 }
 
 void StyleTo(platform::CodeControl& code, std::intptr_t position) {
-    const std::intptr_t from = code.Send(SCI_GETENDSTYLED);
-    if (from >= position) return;
     const std::uintptr_t last = LineOf(code, position);
+    const std::intptr_t end =
+        code.Send(SCI_POSITIONFROMLINE, last) + code.Send(SCI_LINELENGTH, last);
+    // An edit behind the position, in its line, may have changed the styles in front of it.
+    const std::intptr_t from = code.Send(SCI_GETENDSTYLED);
+    if (from >= end) return;
     for (std::uintptr_t line = LineOf(code, from); line <= last; ++line)
         if (code.Send(SCI_GETLINESTATE, line) != kStyled) StyleOneLine(code, line);
     // Tells the control how far it has its styles, past the lines that had them already.
-    code.Send(SCI_STARTSTYLING, static_cast<std::uintptr_t>(code.Send(SCI_POSITIONFROMLINE, last) +
-                                                            code.Send(SCI_LINELENGTH, last)));
+    code.Send(SCI_STARTSTYLING, static_cast<std::uintptr_t>(end));
 }
