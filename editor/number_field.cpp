@@ -13,9 +13,10 @@ std::optional<int> ParseNumber(const std::string& text, int low, int high) {
 }
 
 void ShowNumberRange(int low, int high) {
-    vPlatform->MessageBox("Please enter an integer between " + std::to_string(low) + " and " +
-                              std::to_string(high) + ".",
-                          "QUILT!", platform::Buttons::Ok, platform::Icon::Warning);
+    const bool any = low == kAnyLow && high == kAnyHigh;
+    const std::string range = " between " + std::to_string(low) + " and " + std::to_string(high);
+    vPlatform->MessageBox("Please enter an integer" + (any ? "" : range) + ".", "QUILT!",
+                          platform::Buttons::Ok, platform::Icon::Warning);
 }
 
 std::optional<int> ReadNumberField(platform::FormWindow& form, int id, int low, int high) {

@@ -113,7 +113,8 @@ public:
     /// The menu bar of the form, asked before OnInit; its choices arrive at OnCommand.
     virtual Menu FormMenu() { return {}; }
     virtual void OnCommand(FormWindow& /*form*/, int /*command*/) {}
-    /// A key (platform::Key) without Ctrl and Alt, before any control sees it; true takes it.
+    /// A key (platform::Key) without Ctrl and Alt, before any control sees it; true takes it. In
+    /// a panel Enter and Escape then give the keyboard back, as every click does.
     virtual bool OnFormKey(FormWindow& /*form*/, int /*key*/) { return false; }
     /// What the text control has to tell.
     virtual void OnCode(FormWindow& /*form*/, int /*id*/, const CodeEvent& /*event*/) {}

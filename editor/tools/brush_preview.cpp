@@ -30,8 +30,8 @@ void BrushPreview::OnDraw(platform::Window& own) {
     ShowDoubled(own);
     own.SetDescription("Glyph " + std::to_string(vBrush.chr) +
                        (vBrush.fg == kSpriteMark ? std::string(", a sprite")
-                                                 : ", color " + std::to_string(vBrush.fg) + " on " +
-                                                       std::to_string(vBrush.bg)) +
+                                                 : ", colour " + std::to_string(vBrush.fg) +
+                                                       " on " + std::to_string(vBrush.bg)) +
                        ", attribute " + std::to_string(vBrush.attrib));
     if (role == PreviewRole::Settings && showNumbers) showNumbers(BrushNumbers());
 }

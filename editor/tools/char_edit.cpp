@@ -44,7 +44,7 @@ void CharEdit::OnDraw(platform::Window& own) {
     xor_mode(FALSE);
     own.ShowPicture({to->line, kSide, kSide}, own.ClientSize());
     own.SetDescription("Glyph " + std::to_string(vBrush.chr) + ", pixel " +
-                       std::to_string(cursor.x) + " " + std::to_string(cursor.y) + ": color " +
+                       std::to_string(cursor.x) + " " + std::to_string(cursor.y) + ": colour " +
                        std::to_string(PixelColor(cursor)));
 }
 

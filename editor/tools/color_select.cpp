@@ -35,8 +35,8 @@ void ColorSelect::OnDraw(platform::Window& own) {
     line(to, 0, 0, kCellW - 1, kCellH - 1, kMark);
     line(to, kCellW - 1, 0, 0, kCellH - 1, kMark);
     Show(own);
-    own.SetDescription(current >= 0 && current < kColors ? "Color " + std::to_string(current)
-                                                         : "No color");
+    own.SetDescription(current >= 0 && current < kColors ? "Colour " + std::to_string(current)
+                                                         : "No colour");
 }
 
 void ColorSelect::Choose(platform::Point at) {

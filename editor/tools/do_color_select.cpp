@@ -17,9 +17,9 @@ constexpr int kRow = 16;
 constexpr Control kControls[] = {
     {kColorGrid, ControlKind::Picture, "FG color Select", 7, 7, 100, 92, 0, 0,
      "Click or drag to choose, or use the arrow keys"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 7, 102, 48, 14, 0, 0, "Use this color"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 7, 102, 48, 14, 0, 0, "Use this colour"},
     {platform::kIdCancel, ControlKind::Button, "Cancel", 59, 102, 48, 14, 0, 0,
-     "Close; the color stays"},
+     "Close; the colour stays"},
 };
 
 constexpr platform::Form kForm{"Color Select", 114, 123, "Courier New", 8, kControls};

@@ -9,8 +9,12 @@
 
 class PictureControl : public platform::WindowEvents {
 public:
-    /// The window that the control lives in; null or never called leaves it without one.
-    void Attach(platform::Window* own) { window = own; }
+    /// The window that the control lives in; null, the default, for none. Another window gets
+    /// a bitmap of its own.
+    void Attach(platform::Window* own) {
+        window = own;
+        vBitmap.reset();
+    }
     void Invalidate() {
         if (window) window->Invalidate();
     }

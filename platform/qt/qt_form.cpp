@@ -123,12 +123,17 @@ QWidget* QtForm::MakeControl(const Control& control) {
     }
 }
 
+void QtForm::Click(int id) {
+    events.OnControl(*this, id);
+    if (onHome) onHome();
+}
+
 QWidget* QtForm::MakeButton(const Control& control) {
     auto* button = new QPushButton(FromUtf8(control.text), this);
     button->setAutoDefault(false);
     button->setDefault(control.kind == ControlKind::DefaultButton);
     const int id = control.id;
-    connect(button, &QPushButton::clicked, this, [this, id] { events.OnControl(*this, id); });
+    connect(button, &QPushButton::clicked, this, [this, id] { Click(id); });
     return button;
 }
 
@@ -141,7 +146,7 @@ QWidget* QtForm::MakeToggle(const Control& control) {
         button = new QCheckBox(FromUtf8(control.text), this);
     }
     const int id = control.id;
-    connect(button, &QAbstractButton::clicked, this, [this, id] { events.OnControl(*this, id); });
+    connect(button, &QAbstractButton::clicked, this, [this, id] { Click(id); });
     return button;
 }
 

@@ -56,6 +56,7 @@ private:
     QWidget* MakeEdit(const platform::Control& control);
     QWidget* MakeSlider(const platform::Control& control);
     QWidget* MakeCode(const platform::Control& control);
+    void Click(int id);
     void Dress(QWidget& widget, const platform::Control& control);
     void LayOut();
     template <typename Widget>

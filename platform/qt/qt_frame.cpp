@@ -214,7 +214,8 @@ void QtFrame::SetHomeFocus(platform::Window* window) {
 }
 
 void QtFrame::FocusHome() {
-    if (home && isActiveWindow()) home->setFocus(Qt::OtherFocusReason);
+    // While a dialog is open this says who gets the keyboard after it.
+    if (home) home->setFocus(Qt::OtherFocusReason);
 }
 
 void QtFrame::Show() {

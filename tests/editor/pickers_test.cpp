@@ -65,12 +65,12 @@ TEST_F(Pickers, AColorGridShowsEveryColorAndMarksOne) {
     EXPECT_EQ(window.PixelAt(176, 3), 115);
     EXPECT_EQ(window.PixelAt(3, 160), 115);
     EXPECT_EQ(window.shown, (Size{180, 165}));
-    EXPECT_EQ(window.description, "Color 17");
+    EXPECT_EQ(window.description, "Colour 17");
 
     vBrush.fg = -2;
     windows.back()->Paint();
     EXPECT_EQ(window.PixelAt(11, 10), 17) << "no mark for a sprite brush";
-    EXPECT_EQ(window.description, "No color");
+    EXPECT_EQ(window.description, "No colour");
     windows.back()->size = {300, 300};
     windows.back()->Paint();
     EXPECT_EQ(window.shown, (Size{180, 165})) << "the bitmap stays as it was made";
@@ -201,7 +201,7 @@ TEST_F(Pickers, TheGlyphEditorShowsEmptyPixelsAndItsCursor) {
     editor.OnMouseMove(false, {0, 0});
     EXPECT_EQ(editor.Cursor(), (Point{3, 7})) << "no button is held";
     window.Paint();
-    EXPECT_EQ(window.description, "Glyph 9, pixel 3 7: color 43");
+    EXPECT_EQ(window.description, "Glyph 9, pixel 3 7: colour 43");
     bool flickers = false;
     const int first = window.PixelAt(12, 28);
     for (int i = 0; i < 20; ++i) {
@@ -231,7 +231,7 @@ TEST_F(Pickers, ThePreviewIsCoveredWithTheBrush) {
             }
         }
     }
-    EXPECT_EQ(window.description, "Glyph 3, color 20 on 30, attribute 2");
+    EXPECT_EQ(window.description, "Glyph 3, colour 20 on 30, attribute 2");
     int opened = 0;
     preview.openSettings = [&] { ++opened; };
     Click(preview, {5, 5});

@@ -118,7 +118,9 @@ void ScriptedForm::Click(int id) {
 
 void ScriptedForm::Type(int id, const std::string& text) {
     if (State* state = Usable(id)) {
-        state->text = text;
+        const bool limited = state->control->kind == platform::ControlKind::Edit;
+        const auto most = static_cast<std::size_t>(limited ? state->control->high : 0);
+        state->text = most > 0 ? text.substr(0, most) : text;
         events.OnChange(*this, id);
     }
 }
