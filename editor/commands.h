@@ -4,7 +4,7 @@
 enum Command : int {
     kCmdNone = 0,
 
-    // A choice from a pick list or the Move menu is this plus the id of a node.
+    // A choice from a pick list is this plus the id of a node.
     kCmdPickBase = 1024,
     kCmdPickEnd = 32768,
 
@@ -59,6 +59,27 @@ enum Command : int {
     kCmdBlendFadeFill = 32847,
     kCmdBlendFadeFlood = 32848,
     kCmdBlendFadeSameAs = 32849,
+
+    // The two pop-up menus of the list of boards and objects. A move is the base plus the id of
+    // the new parent, however large that is: no other menu is up at the time.
+    kCmdAddBoard = 32910,
+    kCmdAddObject = 32911,
+    kCmdDuplicateBoard = 32912,
+    kCmdPasteBoard = 32913,
+    kCmdPasteOnBoard = 32914,
+    kCmdPasteOnObject = 32915,
+    kCmdCopyBoard = 32916,
+    kCmdCopyObject = 32917,
+    kCmdDelete = 32918,
+    kCmdBoardName = 32919,
+    kCmdObjectName = 32920,
+    kCmdProgramming = 32921,
+    kCmdLocation = 32922,
+    kCmdSize = 32923,
+    kCmdViewport = 32924,
+    kCmdExpandAll = 32925,
+    kCmdHide = 32926,
+    kCmdMoveBase = 33000,
 
     // The menu bar.
     kCmdFileNew = 57600,

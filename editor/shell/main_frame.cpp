@@ -1,9 +1,11 @@
 #include "editor/shell/main_frame.h"
 
 #include "editor/commands.h"
+#include "editor/shell/do_name.h"
 #include "editor/shell/menu_bar.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/recent_files.h"
+#include "editor/tools/do_brush_settings.h"
 #include "editor/tools/open_area_dialog.h"
 #include "engine/dinterface.h"
 
@@ -23,7 +25,7 @@ constexpr const char* kIdleMessage =
 
 CMainFrame::CMainFrame(std::function<void(int)> onCommand)
     : otherCommand(std::move(onCommand)),
-      selectView([this] { RedrawAll(); }, [this](int command) { PostCommand(command); }),
+      selectView(*this),
       quiltView(*this),
       paintView(*this),
       toolView(*this) {}
@@ -39,6 +41,9 @@ bool CMainFrame::CreatePanes() {
     if (!list || !edit) return false;
     selectView.Attach(*list);
     quiltView.Attach(*edit);
+    list->SetName("Board / Object List");
+    edit->SetName("Edit view");
+    editWindow = edit;
     panel = frame->CreateFormPane(Pane::Lower, CPaintView::Layout(), paintView);
     if (!panel) return false;
     frame->SetLeftWidth(kListWidth);
@@ -109,14 +114,19 @@ void CMainFrame::RedrawPicture(bool isUp) {
 }
 
 void CMainFrame::ShowBrushMode() {
-    if (vPanelMode == kPanelPaint && panel) paintView.OnFormPaint(*panel);
+    if (vPanelMode != kPanelPaint || !panel) return;
+    paintView.OnFormPaint(*panel);
+    RedrawBrushPreview();
 }
 
-bool CMainFrame::EditBrush() { return false; }
+bool CMainFrame::EditBrush() { return DoBrushSettings().Run(); }
 
 bool CMainFrame::RunAreaDialog(AreaDialog dialog) { return OpenAreaDialog(dialog); }
 
-void CMainFrame::EditName() { RedrawAll(); }
+void CMainFrame::EditName() { DoName().Run(); }
+
+// The place where the dialog of scripts opens, for all that lead to it; see kHasScriptDialog.
+void CMainFrame::EditScript() {}
 
 void CMainFrame::About() {
     vPlatform->MessageBox(

@@ -40,20 +40,20 @@ public:
     void OnSize(platform::Size client) override;
     void OnFramePaint() override;
 
-    // ViewHost
+    // ViewHost, some of it also PanelHost
     void RedrawTree() override { selectView.Invalidate(); }
     void RedrawPropViewer() override { RedrawPicture(vPanelMode == kPanelProperties); }
     void RedrawBrushPreview() override { RedrawPicture(vPanelMode == kPanelPaint); }
     void ShowBrushMode() override;
     bool EditBrush() override;
     bool RunAreaDialog(AreaDialog dialog) override;
-    void EditName() override;
-
-    // ViewHost and PanelHost
     void RedrawAll() override { frame->InvalidateAll(); }
+    void EditName() override;
 
     // PanelHost
     void RedrawEditView() override { quiltView.Invalidate(); }
+    void FocusEditView() override { editWindow->SetFocus(); }
+    void EditScript() override;
     void PostCommand(int command) override { vPlatform->PostCommand(command); }
 
 private:
@@ -69,6 +69,7 @@ private:
     CPaintView paintView;
     CToolView toolView;
     std::unique_ptr<platform::Frame> frame;
+    platform::Window* editWindow = nullptr;
     platform::FormWindow* panel = nullptr;  ///< what stands in the lower pane
     bool vPanesReady = false;
 };

@@ -6,6 +6,7 @@
 #include "editor/view/brush.h"
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
+#include "platform/keys.h"
 
 using platform::Control;
 using platform::ControlKind;
@@ -15,26 +16,28 @@ namespace {
 
 constexpr int kMaxStep = 100;
 
-// What stands behind the preview is still to come: it keeps its place.
 constexpr Control kControls[] = {
-    {kBrushPreview, ControlKind::Picture, "Brush Preview", 3, 3, 39, 48, 0, 0, "The brush", false},
+    {kBrushPreview, ControlKind::Picture, "Brush Preview", 3, 3, 39, 48, 0, 0,
+     "The brush; click for its settings. Home and End: foreground, Page Up and Page Down: "
+     "background, Insert and Delete: glyph"},
     {kBrushName, ControlKind::ReadOnlyEdit, "Brush mode", 45, 3, 93, 12, 0, 0,
-     "How the keys paint; Tab switches TAB painting"},
+     "How the keys paint; Tab lets every step of the cursor paint"},
     {kSlotSlider, ControlKind::Slider, "Brush slot", 45, 19, 112, 13, 0, kBrushSlots - 1,
-     "Nine brushes to choose from"},
+     "Nine brushes to choose from (arrow keys)"},
     {kRadioBrush, ControlKind::Radio, "&Brush", 45, 37, 31, 14, 0, 0,
-     "Space and Shift stamp the brush"},
+     "Space and Shift stamp the brush (Alt+B)"},
     {kRadioBlender, ControlKind::Radio, "B&lender", 78, 37, 37, 14, 0, 0,
-     "Space and Shift step a tile through the shades"},
-    {kRadioText, ControlKind::Radio, "&Add Text", 117, 37, 41, 14, 0, 0, "Type into the tiles"},
+     "Space and Shift step a tile through the shades (Alt+L)"},
+    {kRadioText, ControlKind::Radio, "&Add Text", 117, 37, 41, 14, 0, 0,
+     "Type into the tiles (Alt+A)"},
     {kShowAttrib, ControlKind::CheckBox, "Show Attrib", 166, 6, 55, 10, 0, 0,
      "Mark solid, breakable and water tiles"},
     {kRestoreBackup, ControlKind::Button, "&Restore Backup", 162, 20, 63, 14, 0, 0,
-     "Bring back the tiles as they were at the last backup"},
+     "Bring back the tiles as they were at the last backup (Alt+R)"},
     {kSaveBackup, ControlKind::Button, "&Save Backup", 162, 37, 63, 14, 0, 0,
-     "Remember the tiles as they are now"},
+     "Remember the tiles as they are now (Alt+S)"},
     {kToProperties, ControlKind::Button, "PROPERTIES", 228, 3, 56, 14, 0, 0,
-     "Select and move objects"},
+     "Select, move and change objects (Ctrl and double click in the list)"},
     {kStepX, ControlKind::NumberEdit, "Columns a scroll step", 229, 20, 25, 14, 0, kMaxStep,
      "Columns that F1 and F2 scroll"},
     {kStepY, ControlKind::NumberEdit, "Rows a scroll step", 259, 20, 25, 14, 0, kMaxStep,
@@ -76,8 +79,12 @@ std::optional<int> ParseStep(const std::string& text) { return ParseNumber(text,
 
 // Writing a text that is there already would move the caret of who is typing.
 void ShowStep(FormWindow& form, int id, int value) {
-    const std::string text = form.GetText(id);
-    if (!text.empty() && ParseStep(text) != value) form.SetText(id, std::to_string(value));
+    if (ParseStep(form.GetText(id)) != value) form.SetText(id, std::to_string(value));
+}
+
+void ShowSteps(FormWindow& form) {
+    ShowStep(form, kStepX, vStepX);
+    ShowStep(form, kStepY, vStepY);
 }
 
 }  // namespace
@@ -87,18 +94,33 @@ const platform::Form& CPaintView::Layout() {
     return kForm;
 }
 
+platform::WindowEvents* CPaintView::PictureEvents(int id) {
+    return id == kBrushPreview ? &preview : nullptr;
+}
+
 void CPaintView::OnInit(FormWindow& form) {
     form.SetValue(kSlotSlider, vBrushSlot);
-    form.SetText(kStepX, std::to_string(vStepX));
-    form.SetText(kStepY, std::to_string(vStepY));
+    preview.Attach(form.Picture(kBrushPreview));
+    preview.role = PreviewRole::Panel;
+    preview.openSettings = [this, &form] {
+        host.EditBrush();
+        form.Invalidate();
+        host.FocusEditView();
+    };
+    ShowSteps(form);
     vShowAttrib = false;
     ShowMode(form);
 }
 
 void CPaintView::OnFormPaint(FormWindow& form) {
     ShowMode(form);
-    ShowStep(form, kStepX, vStepX);
-    ShowStep(form, kStepY, vStepY);
+    ShowSteps(form);
+}
+
+bool CPaintView::OnFormKey(FormWindow& form, int code) {
+    // These leave a step box: one that was left empty shows its number again.
+    if (code == platform::kKeyEnter || code == platform::kKeyEscape) ShowSteps(form);
+    return false;
 }
 
 void CPaintView::OnControl(FormWindow& form, int id) {
@@ -106,6 +128,7 @@ void CPaintView::OnControl(FormWindow& form, int id) {
         if (radio.id != id) continue;
         vBrushMode = radio.mode;
         ShowMode(form);
+        preview.Invalidate();
     }
     const HandleGuard h(vWorld->GetCurrentObject());
     switch (id) {
@@ -140,7 +163,7 @@ void CPaintView::OnControl(FormWindow& form, int id) {
 void CPaintView::OnChange(FormWindow& form, int id) {
     if (id == kSlotSlider) {
         ChooseBrushSlot(form.GetValue(kSlotSlider));
-        if (auto* preview = form.Picture(kBrushPreview)) preview->Invalidate();
+        preview.Invalidate();
     } else if (id == kStepX || id == kStepY) {
         ReadStep(form, id);
     }

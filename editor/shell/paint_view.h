@@ -4,6 +4,7 @@
 #pragma once
 
 #include "editor/shell/panel_host.h"
+#include "editor/tools/brush_preview.h"
 #include "platform/form.h"
 
 class CPaintView final : public platform::FormEvents {
@@ -12,7 +13,9 @@ public:
 
     static const platform::Form& Layout();
 
+    platform::WindowEvents* PictureEvents(int id) override;
     void OnInit(platform::FormWindow& form) override;
+    bool OnFormKey(platform::FormWindow& form, int code) override;
     void OnControl(platform::FormWindow& form, int id) override;
     void OnChange(platform::FormWindow& form, int id) override;
     void OnFormPaint(platform::FormWindow& form) override;
@@ -22,4 +25,5 @@ private:
     void ReadStep(platform::FormWindow& form, int id);
 
     PanelHost& host;
+    BrushPreview preview;
 };

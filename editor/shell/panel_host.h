@@ -1,11 +1,25 @@
-// What the tool panels ask of the main window.
+// What the list and the tool panels ask of the main window.
 #pragma once
+
+/// Whether EditScript has a dialog to open; the menu entries and the button follow it.
+inline constexpr bool kHasScriptDialog = false;
 
 class PanelHost {
 public:
     virtual ~PanelHost() = default;
     virtual void RedrawAll() = 0;
+    virtual void RedrawTree() = 0;
     virtual void RedrawEditView() = 0;
+    /// Gives the edit view the keyboard.
+    virtual void FocusEditView() = 0;
     /// Posts the command that swaps the panel: carrying it out destroys the panel that asks.
     virtual void PostCommand(int command) = 0;
+
+    // These run a dialog modally and redraw nothing.
+    /// On vBrush; true when it closed with OK.
+    virtual bool EditBrush() = 0;
+    /// The current object's name.
+    virtual void EditName() = 0;
+    /// The current object's script.
+    virtual void EditScript() = 0;
 };

@@ -1,22 +1,44 @@
 #include "editor/shell/select_view.h"
 
 #include "editor/commands.h"
+#include "editor/shell/tree_menus.h"
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
 
 #include <algorithm>
+#include <string>
 
 namespace {
 
 constexpr int kRowHeight = 10;
 constexpr int kWheelRows = 5;
+constexpr int kFirstBoardAt = 15;  ///< a pixel row of the first board in the unscrolled list
 
 // The list follows the pointer, a row for each ten pixels.
 int ScrolledRow(int pressRow, int at, int press) {
     return std::max(static_cast<int>(pressRow - (at - press) * 0.1), 0);
 }
 
+bool IsBoard(const Dobject& node) { return node.parent && node.parent->name == kRootName; }
+
+// The selected row in words, for who cannot see the list.
+std::string DescribeSelection() {
+    const HandleGuard h(vWorld->GetCurrentObject());
+    const Dobject* node = vWorld->Node(h);
+    if (!node) return "Nothing selected";
+    std::string text = IsBoard(*node) ? "Board " : "Object ";
+    text += node->name + ", z " + std::to_string(node->posz);
+    if (node->hidden) text += ", hidden";
+    if (!IsBoard(*node) && node->parent) text += ", in " + node->parent->name;
+    return text;
+}
+
 }  // namespace
+
+CSelectView::CSelectView(PanelHost& frame)
+    : host(frame), vBoardMenu(MakeBoardMenu()), vObjMenu(MakeObjectMenu()) {}
+
+// --- repaint -----------------------------------------------------------------------------------
 
 void CSelectView::OnDraw(platform::Window& own) {
     const platform::Size size = own.ClientSize();
@@ -29,11 +51,19 @@ void CSelectView::OnDraw(platform::Window& own) {
     if (!vListBitmap) return;
     vWorld->DrawTreeList(vRowX, vRowY, vListBitmap.get());
     own.ShowPicture({vListBitmap->line, vListW, vListH}, size);
+    own.SetDescription(DescribeSelection());
 }
+
+// --- mouse -------------------------------------------------------------------------------------
 
 void CSelectView::PickRow(int y) {
     vWorld->ClickTreeList(vRowY * kRowHeight, y);
-    redrawAll();
+    host.RedrawAll();
+}
+
+void CSelectView::SelectFirstBoard() {
+    vWorld->ClickTreeList(0, kFirstBoardAt);
+    host.RedrawAll();
 }
 
 void CSelectView::OnLButtonDown(bool ctrl, platform::Point at) {
@@ -56,16 +86,19 @@ void CSelectView::OnLButtonUp(bool, platform::Point) {
 }
 
 void CSelectView::OnLButtonDblClk(bool ctrl, platform::Point) {
-    if (ctrl) SwapPanel();
+    if (ctrl)
+        SwapPanel();
+    else if (kHasScriptDialog)
+        EditScript();
 }
 
 void CSelectView::SwapPanel() {
     const HandleGuard h(vWorld->GetCurrentObject());
     const bool toPaint = vPanelMode == kPanelProperties;
-    postCommand(toPaint ? kCmdShowPaintPanel : kCmdShowPropertiesPanel);
+    host.PostCommand(toPaint ? kCmdShowPaintPanel : kCmdShowPropertiesPanel);
     vWorld->SetExpanded(h, toPaint ? 1 : 0);
     vPanelMode = toPaint ? kPanelPaint : kPanelProperties;
-    redrawAll();
+    host.RedrawAll();
 }
 
 void CSelectView::OnMouseMove(bool, platform::Point at) {
@@ -82,4 +115,26 @@ void CSelectView::OnMouseWheel(int delta) {
     if (delta > 0) vRowY += kWheelRows;
     if (delta < 0) vRowY = std::max(vRowY - kWheelRows, 0);
     Invalidate();
+}
+
+int CSelectView::RunMenu(platform::Point at) {
+    bool isBoard = false;
+    {
+        const HandleGuard h(vWorld->GetCurrentObject());
+        const Dobject* node = vWorld->Node(h);
+        if (!node) return kCmdNone;
+        isBoard = IsBoard(*node);
+        if (!isBoard) ShowNode(vObjMenu, *node);
+    }
+    // Below the row, so that it stays in sight.
+    const platform::Point below{at.x, (at.y / kRowHeight + 1) * kRowHeight};
+    const int command =
+        window->TrackPopupMenu(isBoard ? vBoardMenu : vObjMenu, window->ClientToScreen(below));
+    DropMoveMenu(vObjMenu);
+    return command;
+}
+
+void CSelectView::OnRButtonDown(bool, platform::Point at) {
+    PickRow(at.y);
+    OnCommand(RunMenu(at));
 }

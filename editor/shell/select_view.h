@@ -1,17 +1,18 @@
-// The pane at the left: the world as a painted list of boards and objects.
+// The pane at the left: the world as a painted list of boards and objects. From here nodes are
+// selected, added, copied, pasted, deleted, hidden, moved and opened for their properties; all
+// commands act on the selection.
 #pragma once
 
+#include "editor/shell/panel_host.h"
 #include "engine/bitmap.h"
+#include "platform/menu.h"
 #include "platform/window.h"
 
 #include <cstdint>
-#include <functional>
 
 class CSelectView final : public platform::WindowEvents {
 public:
-    /// `redraw` repaints the whole main window; `swap` posts a command to it.
-    CSelectView(std::function<void()> redraw, std::function<void(int)> post)
-        : redrawAll(std::move(redraw)), postCommand(std::move(post)) {}
+    explicit CSelectView(PanelHost& frame);
 
     void Attach(platform::Window& own) { window = &own; }
     void Invalidate() { window->Invalidate(); }
@@ -20,19 +21,49 @@ public:
     void OnLButtonDown(bool ctrl, platform::Point at) override;
     void OnLButtonUp(bool ctrl, platform::Point at) override;
     void OnLButtonDblClk(bool ctrl, platform::Point at) override;
+    void OnRButtonDown(bool ctrl, platform::Point at) override;
     void OnMouseMove(bool ctrl, platform::Point at) override;
     void OnMouseWheel(int delta) override;
+    /// A choice from one of the two menus; other numbers do nothing.
+    void OnCommand(int command);
 
 private:
     enum ListMode : std::int32_t { kIdle = 0, kScrolling = 1, kPicking = 2 };
 
-    void PickRow(int y);
-    void SwapPanel();
+    using Action = void (CSelectView::*)();
+    struct Binding;
+    static const Binding kBindings[];
 
-    std::function<void()> redrawAll;
-    std::function<void(int)> postCommand;
+    void PickRow(int y);
+    void SelectFirstBoard();
+    void SwapPanel();
+    int RunMenu(platform::Point at);
+
+    // commands
+    void AddBoard();
+    void AddObject();
+    void DuplicateBoard();
+    void PasteBoard();
+    void PasteOnBoard();
+    void PasteOnObject();
+    void CopyBoard();
+    void CopyCurrentObject();
+    void Delete();
+    void NameBoard();
+    void NameObject();
+    void EditScript() { host.EditScript(); }
+    void EditLocation();
+    void EditSize();
+    void EditViewport();
+    void ExpandAll();
+    void Hide();
+    void MoveTo(std::int32_t id);
+
+    PanelHost& host;
     platform::Window* window = nullptr;
 
+    platform::Menu vBoardMenu;
+    platform::Menu vObjMenu;
     Bitmap vListBitmap;  ///< null until the first repaint
     std::int32_t vListW = 0, vListH = 0;
     std::int32_t vRowX = 0, vRowY = 0;  ///< scroll in rows of 10 pixels, never below 0

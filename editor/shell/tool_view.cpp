@@ -1,6 +1,9 @@
 #include "editor/shell/tool_view.h"
 
 #include "editor/commands.h"
+#include "editor/shell/do_location.h"
+#include "editor/shell/do_size.h"
+#include "editor/shell/do_viewport.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
@@ -11,25 +14,26 @@ using platform::FormWindow;
 
 namespace {
 
-// What stands behind the viewer and the five disabled buttons is still to come.
 constexpr Control kControls[] = {
     {kPropViewer, ControlKind::Picture, "Prop Viewer", 3, 3, 119, 47, 0, 0,
-     "The selected board or object", false},
-    {kNodeName, ControlKind::Button, "&Name", 125, 3, 51, 13, 0, 0, "Name the node", false},
+     "The selected board or object"},
+    {kNodeName, ControlKind::Button, "&Name", 125, 3, 51, 13, 0, 0,
+     "Name the board or object (Alt+N)"},
     {kNodeProgramming, ControlKind::Button, "&Programming", 125, 20, 51, 13, 0, 0,
-     "Write the node's script", false},
-    {kNodeSize, ControlKind::Button, "&Size", 125, 37, 51, 13, 0, 0, "Size of the grid", false},
+     "Write its script (Alt+P)", kHasScriptDialog},
+    {kNodeSize, ControlKind::Button, "&Size", 125, 37, 51, 13, 0, 0,
+     "Columns and rows of its grid (Alt+S)"},
     {kNodeViewport, ControlKind::Button, "&Viewport", 179, 3, 51, 13, 0, 0,
-     "The part of the grid that is shown", false},
+     "How much of its grid is shown (Alt+V)"},
     {kNodeLocation, ControlKind::Button, "&Location", 179, 20, 51, 13, 0, 0,
-     "Place and depth of the node", false},
+     "Its place and depth (Alt+L)"},
     {kShowAll, ControlKind::CheckBox, "Show All", 179, 39, 43, 10, 0, 0,
-     "Show the whole grid of the node"},
-    {kToPaint, ControlKind::Button, "PAINT", 233, 3, 51, 13, 0, 0, "Paint with the brush"},
-    {kFocusMode, ControlKind::CheckBox, "&Focus", 234, 23, 36, 10, 0, 0,
-     "Show the selected node alone"},
+     "Show its whole grid (Ctrl and double click in the list does it too)"},
+    {kToPaint, ControlKind::Button, "PAINT", 233, 3, 51, 13, 0, 0,
+     "Paint with the brush (Ctrl and double click in the list)"},
+    {kFocusMode, ControlKind::CheckBox, "&Focus", 234, 23, 36, 10, 0, 0, "Show it alone (Alt+F)"},
     {kHideObjs, ControlKind::CheckBox, "&Hide Objs", 234, 39, 49, 10, 0, 0,
-     "Leave out the objects of the selected node"},
+     "Leave out the objects on it (Alt+H)"},
 };
 
 }  // namespace
@@ -38,6 +42,12 @@ const platform::Form& CToolView::Layout() {
     static constexpr platform::Form kForm{"", 287, 53, "OCR A Extended", 10, kControls};
     return kForm;
 }
+
+platform::WindowEvents* CToolView::PictureEvents(int id) {
+    return id == kPropViewer ? &viewer : nullptr;
+}
+
+void CToolView::OnInit(FormWindow& form) { viewer.Attach(form.Picture(kPropViewer)); }
 
 void CToolView::OnFormPaint(FormWindow& form) {
     const HandleGuard h(vWorld->GetCurrentObject());
@@ -53,6 +63,25 @@ void CToolView::FlipViewMode(FormWindow& form, int id, int flag) {
 
 void CToolView::OnControl(FormWindow& form, int id) {
     switch (id) {
+        case kNodeName:
+            host.EditName();
+            host.RedrawAll();
+            break;
+        case kNodeProgramming:
+            host.EditScript();
+            break;
+        case kNodeSize:
+            DoSize().Run();
+            host.RedrawAll();
+            break;
+        case kNodeViewport:
+            DoViewport().Run();
+            host.RedrawAll();
+            break;
+        case kNodeLocation:
+            DoLocation().Run();
+            host.RedrawAll();
+            break;
         case kFocusMode:
             FlipViewMode(form, id, kViewFocus);
             break;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/shell/panel_host.h"
+#include "editor/tools/prop_viewer.h"
 #include "platform/form.h"
 
 class CToolView final : public platform::FormEvents {
@@ -10,6 +11,8 @@ public:
 
     static const platform::Form& Layout();
 
+    platform::WindowEvents* PictureEvents(int id) override;
+    void OnInit(platform::FormWindow& form) override;
     void OnControl(platform::FormWindow& form, int id) override;
     void OnFormPaint(platform::FormWindow& form) override;
 
@@ -17,4 +20,5 @@ private:
     void FlipViewMode(platform::FormWindow& form, int id, int flag);
 
     PanelHost& host;
+    PropViewer viewer;
 };

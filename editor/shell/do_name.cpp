@@ -1,0 +1,40 @@
+#include "editor/shell/do_name.h"
+
+#include "platform/platform.h"
+
+#include <algorithm>
+
+using platform::Control;
+using platform::ControlKind;
+using platform::FormWindow;
+
+namespace {
+
+constexpr Control kControls[] = {
+    {kNameText, ControlKind::Edit, "Name", 7, 7, 192, 12, 0, kMaxNameLength,
+     "One word; blanks become underscores"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 203, 7, 36, 12, 0, 0, "Use this name"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 243, 7, 36, 12, 0, 0, "Keep the old name"},
+};
+
+constexpr platform::Form kForm{"Name", 286, 26, "Courier New", 8, kControls};
+
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+}  // namespace
+
+void DoName::Run() { vPlatform->RunDialog(kForm, *this); }
+
+void DoName::OnInit(FormWindow& form) {
+    const char* name = vWorld->GetName(node);
+    form.SetText(kNameText, name ? name : "");
+}
+
+void DoName::OnControl(FormWindow& form, int id) {
+    if (id == platform::kIdOk) {
+        std::string name = form.GetText(kNameText);
+        std::replace_if(name.begin(), name.end(), IsBlank, '_');
+        vWorld->SetName(node, name);
+    }
+    if (id == platform::kIdOk || id == platform::kIdCancel) form.EndDialog(id);
+}
