@@ -1,11 +1,15 @@
 #include "editor/shell/main_frame.h"
 
 #include "editor/commands.h"
+#include "editor/script/do_programming.h"
 #include "editor/shell/do_name.h"
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/menu_bar.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/recent_files.h"
 #include "editor/tools/do_brush_settings.h"
+#include "editor/tools/do_font_edit.h"
+#include "editor/tools/do_tile_clip.h"
 #include "editor/tools/open_area_dialog.h"
 #include "engine/dinterface.h"
 
@@ -125,8 +129,7 @@ bool CMainFrame::RunAreaDialog(AreaDialog dialog) { return OpenAreaDialog(dialog
 
 void CMainFrame::EditName() { DoName().Run(); }
 
-// The place where the dialog of scripts opens, for all that lead to it; see kHasScriptDialog.
-void CMainFrame::EditScript() {}
+void CMainFrame::EditScript() { DoProgramming().Run(); }
 
 void CMainFrame::About() {
     vPlatform->MessageBox(
@@ -154,6 +157,16 @@ void CMainFrame::OnCommand(int command) {
             break;
         case kCmdStatusBar:
             frame->ShowStatusBar(!frame->IsStatusBarShown());
+            break;
+        case kCmdFontEdit:
+            DoFontEdit().Run();
+            RedrawAll();
+            break;
+        case kCmdTileClipboard:
+            DoTileClip().Run();
+            break;
+        case kCmdObjectClipboard:
+            DoObjectClipBoard().Run();
             break;
         case kCmdAbout:
             About();

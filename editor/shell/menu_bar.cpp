@@ -39,16 +39,10 @@ Menu MakeFileMenu(const std::vector<std::string>& recent) {
     return menu;
 }
 
-// What stands behind these entries is still to come.
-void DisableMissing(Menu& menu) {
-    for (int command : {kCmdRun, kCmdFontEdit, kCmdTileClipboard, kCmdObjectClipboard})
-        platform::FindEntry(menu, command)->enabled = false;
-}
-
 }  // namespace
 
 Menu MakeMenuBar(const std::vector<std::string>& recent) {
-    Menu bar{
+    return {
         SubMenu("&File", MakeFileMenu(recent)),
         SubMenu("&Set Video Mode",
                 {Entry("320 x 240", kCmdVideoMode), Entry("640 x 480", kCmdVideoMode + 1),
@@ -62,6 +56,4 @@ Menu MakeMenuBar(const std::vector<std::string>& recent) {
                                 "Show the object clipboard dialog")}),
         SubMenu("&Help", {Entry("&About QUILT!...", kCmdAbout)}),
     };
-    DisableMissing(bar);
-    return bar;
 }

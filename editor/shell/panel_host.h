@@ -1,9 +1,6 @@
 // What the list and the tool panels ask of the main window.
 #pragma once
 
-/// Whether EditScript has a dialog to open; the menu entries and the button follow it.
-inline constexpr bool kHasScriptDialog = false;
-
 class PanelHost {
 public:
     virtual ~PanelHost() = default;

@@ -77,6 +77,7 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
         },
         [this] { frame->RedrawAll(); });
     document->SetStartFolder(startFolder);
+    document->SetProgramFolder(programFolder);
     if (!OpenFirstDocument(path)) return false;
     Trace("Break ...\n");
     frame->Show();
@@ -97,6 +98,9 @@ void CQuiltApp::OnCommand(int command) {
             return;
         case kCmdFileSaveAs:
             document->OnFileSaveAs();
+            return;
+        case kCmdRun:
+            document->OnFileRun();
             return;
         default:
             break;

@@ -1,5 +1,6 @@
 #include "editor/shell/quilt_doc.h"
 
+#include "editor/shell/do_save_notification.h"
 #include "editor/shell/recent_files.h"
 #include "engine/dinterface.h"
 #include "engine/game_archive.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr const char* kUntitled = "Untitled";
 constexpr const char* kNewFileBase = "Quilt";
 constexpr const char* kExtension = ".zqlt";
+constexpr const char* kPlayer = "QUILT! Runner";
 constexpr const char* kFilter = "QUILT! game Files (*.zqlt)|*.zqlt||";
 
 bool CanRead(const std::string& path) {
@@ -91,4 +93,12 @@ bool CQuiltDoc::OnFileSave() {
 bool CQuiltDoc::OnFileSaveAs() {
     const auto path = vPlatform->SaveFileDialog({"", kFilter, kExtension, DialogPath()});
     return path && SaveTo(*path);
+}
+
+bool CQuiltDoc::OnFileRun() {
+    if (!DoSaveNotification::Confirm() || !OnFileSave()) return false;
+    const std::string player = (std::filesystem::path(programFolder) / kPlayer).string();
+    if (!vPlatform->StartProgram(player, pathName, programFolder))
+        Trace("%s could not be started\n", player.c_str());
+    return true;
 }

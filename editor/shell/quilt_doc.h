@@ -24,7 +24,12 @@ public:
     bool OnFileOpen();
     bool OnFileSave();
     bool OnFileSaveAs();
+    /// Saves the game and starts the player on it, without waiting for it. True when the game
+    /// has been saved, also when there is no player.
+    bool OnFileRun();
 
+    /// The program's own folder, where the player lies.
+    void SetProgramFolder(const std::string& folder) { programFolder = folder; }
     /// The folder in which file dialogs start while the document has no file of its own.
     void SetStartFolder(const std::string& folder) { startFolder = folder; }
 
@@ -41,4 +46,5 @@ private:
     std::string title;
     std::string pathName;
     std::string startFolder;
+    std::string programFolder;
 };

@@ -88,7 +88,7 @@ void CSelectView::OnLButtonUp(bool, platform::Point) {
 void CSelectView::OnLButtonDblClk(bool ctrl, platform::Point) {
     if (ctrl)
         SwapPanel();
-    else if (kHasScriptDialog)
+    else
         EditScript();
 }
 

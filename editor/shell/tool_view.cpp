@@ -20,7 +20,7 @@ constexpr Control kControls[] = {
     {kNodeName, ControlKind::Button, "&Name", 125, 3, 51, 13, 0, 0,
      "Name the board or object (Alt+N)"},
     {kNodeProgramming, ControlKind::Button, "&Programming", 125, 20, 51, 13, 0, 0,
-     "Write its script (Alt+P)", kHasScriptDialog},
+     "Write its script (Alt+P)"},
     {kNodeSize, ControlKind::Button, "&Size", 125, 37, 51, 13, 0, 0,
      "Columns and rows of its grid (Alt+S)"},
     {kNodeViewport, ControlKind::Button, "&Viewport", 179, 3, 51, 13, 0, 0,

@@ -1,7 +1,6 @@
 #include "editor/shell/tree_menus.h"
 
 #include "editor/commands.h"
-#include "editor/shell/panel_host.h"
 #include "engine/dinterface.h"
 
 using platform::Entry;
@@ -13,12 +12,6 @@ using platform::SubMenu;
 namespace {
 
 constexpr std::size_t kEditPlace = 1;  ///< of "&Edit" in the object menu
-
-MenuItem Programming() {
-    MenuItem item = Entry("&Programming", kCmdProgramming);
-    item.enabled = kHasScriptDialog;
-    return item;
-}
 
 // The new parents in and below a node. They are taken from the tree itself: a handle list ends
 // at 1,024 nodes.
@@ -45,7 +38,7 @@ Menu MakeBoardMenu() {
         Entry("&Delete", kCmdDelete),
         Separator(),
         Entry("&Name", kCmdBoardName),
-        Programming(),
+        Entry("&Programming", kCmdProgramming),
         Entry("&Location", kCmdLocation),
         Entry("&Size", kCmdSize),
         Entry("&Viewport", kCmdViewport),
@@ -63,7 +56,7 @@ Menu MakeObjectMenu() {
         Entry("&Delete", kCmdDelete),
         Separator(),
         Entry("&Name", kCmdObjectName),
-        Programming(),
+        Entry("&Programming", kCmdProgramming),
         Entry("&Location", kCmdLocation),
         Entry("&Size", kCmdSize),
         Entry("&Viewport", kCmdViewport),

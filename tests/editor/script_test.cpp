@@ -150,7 +150,7 @@ TEST(ScriptColors, FallBackOneByOne) {
                                              0xFF00FF));
     const TempFolder temp;
     const auto load = [&](const std::string& text) {
-        return LoadScriptColors(temp.Write("colors", text).c_str());
+        return LoadScriptColors(PutFile(temp / "colors", text).c_str());
     };
     EXPECT_EQ(load(""), absent);
     EXPECT_EQ(load("a 12345g b #00000 c 12345 d -11111 e + f 0x1234"), absent);

@@ -105,7 +105,7 @@ TEST_F(Tree, ABoardAndAnObjectHaveTheirMenus) {
     Choose(*attic, 0);
     EXPECT_EQ(Outline(script.lastMenu),
               "&Add(&Board &Object &Duplicate &Paste(&Board &Object)) &Copy &Delete | &Name "
-              "!&Programming &Location &Size &Viewport | &Expand All | &Cancel");
+              "&Programming &Location &Size &Viewport | &Expand All | &Cancel");
     EXPECT_EQ(script.lastMenuAt, (Point{1030, 1020}));
     for (int time = 0; time < 2; ++time) {
         lamp->hidden = time;
@@ -114,7 +114,7 @@ TEST_F(Tree, ABoardAndAnObjectHaveTheirMenus) {
         EXPECT_EQ(Outline(script.lastMenu),
                   std::string("&Add(&New &Paste) &Edit(&Copy Move(Attic(&Here ... "
                               "!lamp(!&Here ... !bulb(!&Here ...)) shelf(&Here ...)))) &Delete | "
-                              "&Name !&Programming &Location &Size &Viewport | ") +
+                              "&Name &Programming &Location &Size &Viewport | ") +
                       (time ? "+" : "") + "&Hide | &Cancel");
         EXPECT_EQ(script.lastMenuAt, (Point{1030, 1030}));
     }
@@ -243,6 +243,7 @@ TEST_F(Tree, HidesExpandsAndTellsWhatIsSelected) {
     EXPECT_EQ(attic->vieww, 6);
     EXPECT_EQ(bulb->vieww, 5);
     EXPECT_EQ(bulb->evieww, 1);
+    script.ExpectDialog("Programming", [](ScriptedForm& form) { form.Click(platform::kIdOk); });
     View().OnLButtonDblClk(false, {30, RowOf(*lamp)});
     script.frame->List().Paint();
     EXPECT_EQ(script.frame->List().description, "Board Attic, z 0");

@@ -125,7 +125,7 @@ TEST_F(MainWindow, StandsWithItsPanesMenusAndFocus) {
     Settle();
     EXPECT_EQ(app->Frame().Window().PaneSize(platform::Pane::Lower).h, 135);
     EXPECT_EQ(list->width(), 200);
-    EXPECT_FALSE(Entry("&File", "&Run")->isEnabled());
+    EXPECT_TRUE(Entry("&File", "&Run")->isEnabled());
     EXPECT_EQ(Entry("&File", "&New")->shortcut().toString().toStdString(), "Ctrl+N");
     EXPECT_EQ(Entry("&File", "&New")->statusTip().toStdString(), "Create a new QUILT! game");
     EXPECT_TRUE(Entry("&Set Video Mode", "640 x 480")->isChecked());
