@@ -102,6 +102,18 @@ std::uint64_t Dfont::GlyphRow(Corner corner, int row) const {
     return pixels;
 }
 
+// The common case. It does not look at what is there: a new surface is touched only once.
+void Dfont::DrawOpaque(BITMAP* target, Corner corner, int fg, int bg, int x, int y) const {
+    const std::uint64_t clear = kEveryByte * static_cast<std::uint8_t>(bg);
+    const std::uint64_t turned = clear ^ (kEveryByte * static_cast<std::uint8_t>(fg));
+    unsigned char* const* from = vSheet->line + corner.y;
+    unsigned char* const* to = target->line + y;
+    for (int row = 0; row < kTileSize; ++row) {
+        const std::uint64_t pixels = LoadRow(from[row] + corner.x);
+        StoreRow(to[row] + x, clear ^ (turned & SetBytes(pixels)));
+    }
+}
+
 void Dfont::DrawAt(BITMAP* target, int chr, int fg, int bg, int x, int y) const {
     const bool sprite = fg == kSpriteMark || bg == kSpriteMark;
     const int w = std::min(kTileSize, target->w - x);
@@ -110,7 +122,7 @@ void Dfont::DrawAt(BITMAP* target, int chr, int fg, int bg, int x, int y) const 
     const bool exists = CornerOf(chr, corner);
     const bool whole = exists && w == kTileSize && h == kTileSize &&
                        corner.x + kTileSize <= vSheet->w && corner.y + kTileSize <= vSheet->h;
-    // The common case, with sizes that the compiler knows.
+    if (whole && fg >= 0 && bg >= 0) return DrawOpaque(target, corner, fg, bg, x, y);
     for (int row = 0; whole && row < kTileSize; ++row) {
         unsigned char* to = target->line[y + row] + x;
         const std::uint64_t pixels = LoadRow(vSheet->line[corner.y + row] + corner.x);

@@ -84,6 +84,7 @@ private:
     /// A row of a glyph as 8 bytes, the left pixel in the lowest-addressed one.
     std::uint64_t GlyphRow(Corner corner, int row) const;
     bool CornerOf(int chr, Corner& corner) const;
+    void DrawOpaque(BITMAP* target, Corner corner, int fg, int bg, int x, int y) const;
     void DrawAt(BITMAP* target, int chr, int fg, int bg, int x, int y) const;
 
     Bitmap vSheet;

@@ -5,13 +5,15 @@
 // a call takes, so scanners and other readers may take turns on one buffer.
 #pragma once
 
+#include "engine/open_buffer.h"
+
 #include <cstdint>
-#include <streambuf>
 #include <string>
 
 class TextScanner {
 public:
-    explicit TextScanner(std::streambuf& from) : text(from) {}
+    explicit TextScanner(std::streambuf& from)
+        : text(from), ready(dynamic_cast<OpenBuffer*>(&from)) {}
 
     enum class Status { kGood, kNoNumber, kTooLarge, kTooLong, kEnd };
 
@@ -46,9 +48,34 @@ private:
         return c;
     }
 
+    bool ShortNumber(std::int32_t& number);
+
     std::streambuf& text;
+    OpenBuffer* ready;  ///< the same buffer, or null when it cannot be looked into
     int lineNumber = 1;
 };
+
+// A number of few digits behind at most one blank, all of it and the character behind it at
+// hand: what a grid consists of. Anything else is left for the general way.
+inline bool TextScanner::ShortNumber(std::int32_t& number) {
+    constexpr std::ptrdiff_t kLongest = 8;  // blank, sign, five digits, what ends them
+    if (!ready || ready->End() - ready->Here() < kLongest) return false;
+    const char* at = ready->Here();
+    if (*at == ' ') ++at;
+    const bool negative = *at == '-';
+    if (negative) ++at;
+    const char* first = at;
+    std::int32_t value = 0;
+    unsigned digit = static_cast<unsigned>(*at - '0');
+    for (; digit <= 9 && at != first + 5; digit = static_cast<unsigned>(*at - '0')) {
+        value = value * 10 + static_cast<std::int32_t>(digit);
+        ++at;
+    }
+    if (at == first || digit <= 9) return false;
+    number = negative ? -value : value;
+    ready->Take(at - ready->Here());
+    return true;
+}
 
 inline TextScanner::Status TextScanner::Word(std::string& word) {
     word.clear();
@@ -62,6 +89,8 @@ inline TextScanner::Status TextScanner::Word(std::string& word) {
 }
 
 inline TextScanner::Status TextScanner::Number(std::int32_t& number) {
+    if (ShortNumber(number)) [[likely]]
+        return Status::kGood;
     int c = SkipSpace();
     if (c == kEof) return Status::kEnd;
     const bool negative = c == '-';

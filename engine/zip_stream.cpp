@@ -256,9 +256,10 @@ int ZipEntryReadBuf::Fill(char* to, int room) {
             --count;
         }
         char* end = to + count;
-        char* out = to;
+        char* out = std::find(to, end, '\r');
+        if (out == end && count > 0) return count;
         // Nothing follows the last character, or the held carriage return does: no pair.
-        for (const char* in = to; in != end; ++in)
+        for (const char* in = out; in != end; ++in)
             if (*in != '\r' || in + 1 == end || in[1] != '\n') *out++ = *in;
         if (out != to) return static_cast<int>(out - to);
     }

@@ -8,6 +8,8 @@
 // feed, and such a pair reads as a line feed; a carriage return alone passes both ways.
 #pragma once
 
+#include "engine/open_buffer.h"
+
 #include <cstdint>
 #include <fstream>
 #include <ios>
@@ -110,7 +112,7 @@ private:
     ZipWriter* writer = nullptr;
 };
 
-class ZipEntryReadBuf : public std::streambuf {
+class ZipEntryReadBuf : public OpenBuffer {
 public:
     ZipEntryReadBuf() = default;
     ~ZipEntryReadBuf() override;
