@@ -65,6 +65,12 @@ TABLE = {
         ("Programming dialog on 60,000 characters / on an empty script, and a bare control's text",
          "OpenLongScript", None, "OpenEmptyAndSetBareText", 1.5),
     ],
+    "tree_bench": [
+        ("repaint of the list, 10,000 nodes / 100 that fill it",
+         "Repaint/10000/0", None, "Repaint/100/0", 1.5),
+        ("a click on the last of 10,000 rows, less one in 100 / a walk over the nodes",
+         "Click/10000", "Click/100", "WalkNodes/10000", 2.0),
+    ],
     "files_bench": [
         ("load 1,000 boards / inflating and checksumming the entries",
          "Load/1000", None, "InflateEntries", 2.5),

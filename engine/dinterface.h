@@ -130,8 +130,9 @@ public:
     Dobject& Root() { return *vMain; }
 
     // --- the list of boards and objects, in rows of 10 pixels ----------------------------------
-    /// Paints the list, scrolled by (x, y) rows, over the whole bitmap.
-    void DrawTreeList(int x, int y, BITMAP* bitmap) const;
+    /// Paints the list, scrolled by (x, y) rows, over the whole bitmap. Gives the selected node,
+    /// borrowed, if its row is among those painted: no other node is looked at.
+    const Dobject* DrawTreeList(int x, int y, BITMAP* bitmap) const;
     /// Selects the node whose row is hit at pixel y of a list scrolled by y0 pixels, and shows
     /// its board. (0, 15) hits the first board. A miss changes nothing.
     void ClickTreeList(int y0, int y);

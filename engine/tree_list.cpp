@@ -29,19 +29,21 @@ bool WalkRows(const Dobject& parent, int depth, Use& use) {
 
 }  // namespace
 
-void Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
+const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
     clear_to_color(bitmap, kPaper);
     const int left = kMargin - x * kIndent;
     int top = kMargin - y * kRowHeight;
     textout_ex(bitmap, font, "Board / Object List", left, top, kInk, kNoBand);
 
     const std::string minuses(kBandLength, '-');
+    const Dobject* selection = nullptr;
     auto drawRow = [&](const Dobject& node, int depth) {
         top += kRowHeight;
         if (top >= bitmap->h) return false;
         if (top <= -kRowHeight) return true;
         const bool isBoard = depth == 0;
         const bool selected = node.id == currentObject;
+        if (selected) selection = &node;
         std::string label = node.hidden ? "[" + node.name + "]" : node.name;
         if (isBoard && node.id == currentBoard) label += " *";
         if (selected) label += (isBoard ? " z = " : " : z = ") + std::to_string(node.posz);
@@ -52,6 +54,7 @@ void Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
         return true;
     };
     WalkRows(*vMain, 0, drawRow);
+    return selection;
 }
 
 void Dinterface::ClickTreeList(int y0, int y) {

@@ -33,6 +33,7 @@ public:
 
     platform::Frame& Window() { return *frame; }
     CQuiltView& EditView() { return quiltView; }
+    CSelectView& List() { return selectView; }
 
     // FrameEvents
     void OnCommand(int command) override;

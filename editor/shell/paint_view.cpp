@@ -35,7 +35,7 @@ constexpr Control kControls[] = {
     {kRestoreBackup, ControlKind::Button, "&Restore Backup", 162, 20, 63, 14, 0, 0,
      "Bring back the tiles as they were at the last backup (Alt+R)"},
     {kSaveBackup, ControlKind::Button, "&Save Backup", 162, 37, 63, 14, 0, 0,
-     "Remember the tiles as they are now (Alt+S)"},
+     "Remember the tiles as they are now"},
     {kToProperties, ControlKind::Button, "PROPERTIES", 228, 3, 56, 14, 0, 0,
      "Select, move and change objects (Ctrl and double click in the list)"},
     {kStepX, ControlKind::NumberEdit, "Columns a scroll step", 229, 20, 25, 14, 0, kMaxStep,

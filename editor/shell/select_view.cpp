@@ -22,10 +22,8 @@ int ScrolledRow(int pressRow, int at, int press) {
 bool IsBoard(const Dobject& node) { return node.parent && node.parent->name == kRootName; }
 
 // The selected row in words, for who cannot see the list.
-std::string DescribeSelection() {
-    const HandleGuard h(vWorld->GetCurrentObject());
-    const Dobject* node = vWorld->Node(h);
-    if (!node) return "Nothing selected";
+std::string Describe(const Dobject* node) {
+    if (!node) return "The selected row is not among the rows shown";
     std::string text = IsBoard(*node) ? "Board " : "Object ";
     text += node->name + ", z " + std::to_string(node->posz);
     if (node->hidden) text += ", hidden";
@@ -49,9 +47,9 @@ void CSelectView::OnDraw(platform::Window& own) {
     }
     if (!vListBitmap) vListBitmap = MakeBitmap(vListW, vListH);
     if (!vListBitmap) return;
-    vWorld->DrawTreeList(vRowX, vRowY, vListBitmap.get());
+    const Dobject* selected = vWorld->DrawTreeList(vRowX, vRowY, vListBitmap.get());
     own.ShowPicture({vListBitmap->line, vListW, vListH}, size);
-    own.SetDescription(DescribeSelection());
+    own.SetDescription(Describe(selected));
 }
 
 // --- mouse -------------------------------------------------------------------------------------

@@ -14,6 +14,7 @@ using platform::FormWindow;
 
 namespace {
 
+// The menu bar's own Alt keys (F, S, V, H) go before the panel's.
 constexpr Control kControls[] = {
     {kPropViewer, ControlKind::Picture, "Prop Viewer", 3, 3, 119, 47, 0, 0,
      "The selected board or object"},
@@ -22,18 +23,18 @@ constexpr Control kControls[] = {
     {kNodeProgramming, ControlKind::Button, "&Programming", 125, 20, 51, 13, 0, 0,
      "Write its script (Alt+P)"},
     {kNodeSize, ControlKind::Button, "&Size", 125, 37, 51, 13, 0, 0,
-     "Columns and rows of its grid (Alt+S)"},
+     "Columns and rows of its grid"},
     {kNodeViewport, ControlKind::Button, "&Viewport", 179, 3, 51, 13, 0, 0,
-     "How much of its grid is shown (Alt+V)"},
+     "How much of its grid is shown"},
     {kNodeLocation, ControlKind::Button, "&Location", 179, 20, 51, 13, 0, 0,
      "Its place and depth (Alt+L)"},
     {kShowAll, ControlKind::CheckBox, "Show All", 179, 39, 43, 10, 0, 0,
      "Show its whole grid (Ctrl and double click in the list does it too)"},
     {kToPaint, ControlKind::Button, "PAINT", 233, 3, 51, 13, 0, 0,
      "Paint with the brush (Ctrl and double click in the list)"},
-    {kFocusMode, ControlKind::CheckBox, "&Focus", 234, 23, 36, 10, 0, 0, "Show it alone (Alt+F)"},
+    {kFocusMode, ControlKind::CheckBox, "&Focus", 234, 23, 36, 10, 0, 0, "Show it alone"},
     {kHideObjs, ControlKind::CheckBox, "&Hide Objs", 234, 39, 49, 10, 0, 0,
-     "Leave out the objects on it (Alt+H)"},
+     "Leave out the objects on it"},
 };
 
 }  // namespace

@@ -22,7 +22,8 @@ void AddEntry(QMenu& to, const MenuItem& item, const std::function<void(int)>& u
 
 }  // namespace
 
-void FillMenu(QMenu& to, const platform::Menu& items, const std::function<void(int)>& use) {
+void FillMenu(QMenu& to, const platform::Menu& items, const std::function<void(int)>& use,
+              Filling filling) {
     for (const MenuItem& item : items) {
         switch (item.kind) {
             case MenuItem::Kind::Entry:
@@ -34,7 +35,13 @@ void FillMenu(QMenu& to, const platform::Menu& items, const std::function<void(i
             case MenuItem::Kind::SubMenu: {
                 QMenu* sub = to.addMenu(FromUtf8(item.text));
                 sub->setEnabled(item.enabled);
-                FillMenu(*sub, item.items, use);
+                if (filling == Filling::AtOnce) {
+                    FillMenu(*sub, item.items, use, filling);
+                    break;
+                }
+                QObject::connect(sub, &QMenu::aboutToShow, sub, [sub, &item, use, filling] {
+                    if (sub->isEmpty()) FillMenu(*sub, item.items, use, filling);
+                });
                 break;
             }
         }
@@ -44,7 +51,8 @@ void FillMenu(QMenu& to, const platform::Menu& items, const std::function<void(i
 int RunMenu(QWidget* over, const platform::Menu& items, QPoint screen) {
     QMenu menu(over);
     int chosen = 0;
-    FillMenu(menu, items, [&](int command) { chosen = command; });
+    FillMenu(
+        menu, items, [&](int command) { chosen = command; }, Filling::WhenOpened);
     menu.exec(screen);
     return chosen;
 }
