@@ -41,9 +41,10 @@ protected:
                 QAction* entry = Person::EntryOf(*at, text);
                 if (!entry) return menu.close(), void();
                 EXPECT_TRUE(entry->isEnabled()) << text;
-                if (QMenu* sub = entry->menu())
+                if (QMenu* sub = entry->menu()) {
+                    emit sub->aboutToShow();  // which fills it
                     at = sub;
-                else
+                } else
                     entry->trigger();
             }
             menu.close();
