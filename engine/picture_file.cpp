@@ -193,7 +193,11 @@ bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& why
     if (std::filesystem::file_size(path, error) > kMaxFileBytes)
         return Refuse(why, "it is too large");
     std::ifstream in(path, std::ios::binary);
-    if (in) bytes.assign(std::istreambuf_iterator<char>(in), {});
+    try {
+        if (in) bytes.assign(std::istreambuf_iterator<char>(in), {});
+    } catch (const std::bad_alloc&) {
+        return Refuse(why, "there is not enough memory for it");
+    }
     if (in && !in.bad()) return true;
     why = std::string("it cannot be read: ") + std::strerror(errno);
     return false;

@@ -115,7 +115,9 @@ void DoFontEdit::Change(const GlyphPixels& pixels) {
 
 void DoFontEdit::SheetChanged() {
     // A glyph whose row has gone cannot be edited: the last one is next to it.
-    vBrush.chr = std::clamp(vBrush.chr, 0, vWorld->GetFont()->GlyphCount() - 1);
+    // A sheet of a single pixel row has no glyph at all.
+    const int last = std::max(vWorld->GetFont()->GlyphCount() - 1, 0);
+    vBrush.chr = std::clamp(vBrush.chr, 0, last);
     editor.Invalidate();
     preview.Invalidate();
     browser.Invalidate();

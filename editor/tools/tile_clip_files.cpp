@@ -56,8 +56,8 @@ struct Fault {
                       " cells cannot be");
     }
     bool EndsAfter(const Clip& clip) {
-        return Report("it ends after " + std::to_string(clip.cells.size()) + " of " +
-                      std::to_string(clip.Size()) + " cells");
+        return Note("it ends after " + std::to_string(clip.cells.size()) + " of " +
+                    std::to_string(clip.Size()) + " cells");
     }
 };
 
@@ -68,7 +68,7 @@ bool ReadSize(std::streambuf& text, Clip& clip, Fault& fault) {
     std::int32_t w = 0;
     std::int32_t h = 0;
     if (scanner.Number(w) != Status::kGood || scanner.Number(h) != Status::kGood)
-        return fault.Report("two numbers for its size are expected");
+        return fault.Note("two numbers for its size are expected");
     return clip.SetSize(w, h) || fault.BadSize(clip);
 }
 

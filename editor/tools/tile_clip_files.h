@@ -28,8 +28,8 @@ extern const char* const kClipLoadFilter;
 
 /// Reads a file by its extension, compared exactly. `asForeground` is asked when the file holds
 /// colours. False with the clipboard as it was: an unknown extension and what cannot be read
-/// are reported, a file that cannot be opened or is damaged where the format is text or an
-/// archive leaves a line in the trace.
+/// are reported; an .att or .qcf that cannot be opened, is damaged or ends early only leaves a
+/// line in the trace.
 bool LoadTileClip(const std::string& path, const std::function<bool()>& asForeground);
 
 /// Writes the clipboard, which is not empty, in the format of its kind. False, with a line in

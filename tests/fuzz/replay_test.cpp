@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,9 @@ struct Target {
     const char* name;
     void (*run)(const std::uint8_t* data, std::size_t size);
 };
+
+// Names the parameter in the list of tests.
+void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
 
 class Replay : public testing::TestWithParam<Target> {};
 

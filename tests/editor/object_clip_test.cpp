@@ -1,0 +1,125 @@
+// The dialog of the object clipboard.
+
+#include "editor/view/object_clip.h"
+#include "editor/shell/do_object_clip_board.h"
+#include "tests/support/random_world.h"
+#include "tests/support/scripted_platform.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
+
+#include <gmock/gmock.h>
+
+using namespace platform;
+using testing::HasSubstr;
+
+namespace {
+
+class ObjectClip : public WorldTest {
+protected:
+    ObjectClip() {
+        MakeObjectClip();
+        world->SetViewSize(100, 90);
+    }
+    ~ObjectClip() override { vObjectClip.reset(); }
+
+    void Run(std::function<void(ScriptedForm&)> person) {
+        script.ExpectDialog("Object ClipBoard", [&](ScriptedForm& form) {
+            Viewer(form).Paint();
+            person(form);
+            form.Click(kIdOk);
+        });
+        DoObjectClipBoard().Run();
+    }
+    static ScriptedWindow& Viewer(ScriptedForm& form) {
+        return static_cast<ScriptedWindow&>(*form.Picture(kObjectPicture));
+    }
+    static Point Drag(ScriptedForm& form, Point by) {
+        auto& viewer = static_cast<ObjectViewer&>(*Viewer(form).events);
+        viewer.OnLButtonDown(false, {90, 90});
+        viewer.OnMouseMove(false, {90 + by.x, 90 + by.y});
+        viewer.OnLButtonUp(false, {90 + by.x, 90 + by.y});
+        return viewer.Scroll();
+    }
+
+    TempFolder temp;
+    ScriptedPlatform script;
+};
+
+}  // namespace
+
+TEST_F(ObjectClip, ShowsTheSingleTileOfAFreshStart) {
+    Run([&](ScriptedForm& form) {
+        const ScriptedWindow& window = Viewer(form);
+        EXPECT_EQ(window.description, "Dummy");
+        for (int y = 0; y < window.h; ++y)
+            for (int x = 0; x < window.w; ++x)
+                ASSERT_EQ(window.PixelAt(x, y),
+                          x < 8 && y < 8 ? getpixel(vObjectClip->vSurf.get(), x, y) : 0)
+                    << x << ' ' << y;
+        EXPECT_EQ(window.shown, (Size{window.w * 2, window.h * 2}));
+        EXPECT_EQ(Drag(form, {-300, -300}), (Point{0, 0})) << "smaller than the viewer";
+    });
+    EXPECT_EQ(world->Root().width, 100) << "the edit view has its masks back";
+    EXPECT_EQ(world->Root().height, 90);
+}
+
+TEST_F(ObjectClip, PassesAnObjectFromGameToGame) {
+    const std::string fresh = temp / "fresh.zobj";
+    Run([&](ScriptedForm& form) {
+        script.ExpectSaveDialog(std::nullopt);
+        form.Choose(kObjectSave);
+        EXPECT_EQ(script.lastFileDialog.filter, "QUILT! obj files (*.zobj)|*.zobj||");
+        EXPECT_EQ(script.lastFileDialog.extension, ".zobj");
+        script.ExpectSaveDialog(fresh);
+        form.Choose(kObjectSave);
+    });
+    vObjectClip->EraseAll();
+    vObjectClip->Create("wide", 100, 3);
+    vObjectClip->PutTile(99, 2, 65, 12, 3, 0);
+    vObjectClip->script = "#end";
+    Dobject* child = vObjectClip->Spawn(world->TakeId(), 4);
+    child->Create("child", 2, 2);
+    const std::string before = Account(*vObjectClip);
+    const std::int32_t id = vObjectClip->id;
+    Run([&](ScriptedForm& form) {
+        script.ExpectSaveDialog(temp / "wide.zobj");
+        form.Choose(kObjectSave);
+        const int columns = (Viewer(form).size.w + 1) / 2 / 8;
+        EXPECT_EQ(Drag(form, {-5000, 0}), (Point{columns - 100, 0}));
+        Viewer(form).Paint();
+        EXPECT_EQ(Viewer(form).PixelAt((columns - 1) * 8, 16),
+                  getpixel(vObjectClip->vSurf.get(), 99 * 8, 16));
+        EXPECT_EQ(Drag(form, {0, 0}), (Point{columns - 100, 0})) << "nothing moved";
+
+        Viewer(form).invalidated = 0;
+        script.ExpectOpenDialog(std::nullopt);
+        form.Choose(kObjectLoad);
+        script.ExpectOpenDialog(fresh);
+        form.Choose(kObjectLoad);
+        EXPECT_EQ(Viewer(form).invalidated, 1);
+        EXPECT_EQ(vObjectClip->name, "Dummy");
+        EXPECT_EQ(vObjectClip->width, 1);
+        EXPECT_EQ(vObjectClip->script, "");
+        EXPECT_TRUE(vObjectClip->children.empty());
+        Viewer(form).Paint();  // where the scroll was: nothing to see
+        EXPECT_EQ(Drag(form, {-8, 0}), (Point{0, 0})) << "by the new object's size";
+        script.ExpectOpenDialog(temp / "wide.zobj");
+        form.Choose(kObjectLoad);
+    });
+    EXPECT_EQ(Account(*vObjectClip), before);
+    EXPECT_EQ(vObjectClip->id, id);
+    EXPECT_EQ(vObjectClip->parent, nullptr);
+}
+
+TEST_F(ObjectClip, AFileThatIsNoneLeavesItAsItWas) {
+    const std::string before = Account(*vObjectClip);
+    Run([&](ScriptedForm& form) {
+        script.ExpectOpenDialog(PutFile(temp / "bad.zobj", "no archive"));
+        form.Choose(kObjectLoad);
+        EXPECT_THAT(reports.Texts(), HasSubstr("bad.zobj could not be loaded"));
+        reports.Clear();
+        script.ExpectSaveDialog(temp / "no folder/x.zobj");
+        form.Choose(kObjectSave);
+    });
+    EXPECT_EQ(Account(*vObjectClip), before);
+}
