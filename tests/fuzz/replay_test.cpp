@@ -48,5 +48,8 @@ TEST_P(Replay, SeedsAndPastCrashes) {
 
 INSTANTIATE_TEST_SUITE_P(Targets, Replay,
                          testing::Values(Target{"archive", FuzzArchive}, Target{"text", FuzzText},
-                                         Target{"selector", FuzzSelector}),
+                                         Target{"selector", FuzzSelector}, Target{"qcf", FuzzQcf},
+                                         Target{"chr", FuzzChr}, Target{"txt", FuzzTxt},
+                                         Target{"att", FuzzAtt}, Target{"bmp", FuzzBmp},
+                                         Target{"zobj", FuzzZobj}),
                          [](const auto& test) { return std::string(test.param.name); });

@@ -21,12 +21,6 @@ constexpr std::int64_t kDrawnBytes = 1 << 20;
 // So does writing them; a run of a few characters can fill millions of cells.
 constexpr std::int64_t kWrittenBytes = 1 << 24;
 
-void Require(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
-
 std::string_view Chars(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
@@ -93,6 +87,12 @@ void PlantNodes() {
 }
 
 }  // namespace
+
+void Require(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
 
 void StartTargets() {
     if (vWorld) return;

@@ -14,3 +14,16 @@ void FuzzArchive(const std::uint8_t* data, std::size_t size);
 void FuzzText(const std::uint8_t* data, std::size_t size);
 /// The first byte as the number of a node, the rest as a selector seen from it.
 void FuzzSelector(const std::uint8_t* data, std::size_t size);
+
+/// The bytes as a file of the tile clipboard: loaded, saved in the format of its kind, and loaded
+/// again. A picture of colours is taken as the foreground.
+void FuzzQcf(const std::uint8_t* data, std::size_t size);
+void FuzzChr(const std::uint8_t* data, std::size_t size);
+void FuzzTxt(const std::uint8_t* data, std::size_t size);
+void FuzzAtt(const std::uint8_t* data, std::size_t size);
+void FuzzBmp(const std::uint8_t* data, std::size_t size);
+/// The bytes as an object file "fuzz.zobj": imported, exported and imported again.
+void FuzzZobj(const std::uint8_t* data, std::size_t size);
+
+/// What every target checks by: aborts with the text when it does not hold.
+void Require(bool holds, const char* what);

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QtTest>
+#include <algorithm>
 
 namespace {
 
@@ -32,9 +33,11 @@ void Person::Look() {
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     QWidget* open = menu ? static_cast<QWidget*>(menu) : dialog;
-    if (!open || !open->isVisible()) last = nullptr;
-    if (!open || !open->isVisible() || open == last) return;
-    last = open;
+    // What a step is busy with comes to the front again when what it opened has closed.
+    std::erase_if(met,
+                  [](const QPointer<QWidget>& widget) { return !widget || !widget->isVisible(); });
+    if (!open || !open->isVisible() || std::find(met.begin(), met.end(), open) != met.end()) return;
+    met.emplace_back(open);
     const Step step = steps.empty() ? Step{} : steps.front();
     if (!steps.empty()) steps.pop_front();
     // From the event loop, not from the timer: what the step does may open the next dialog, and

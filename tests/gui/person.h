@@ -48,5 +48,5 @@ private:
 
     std::deque<Step> steps;
     QTimer timer;
-    QPointer<QWidget> last;  ///< what the last step was for, while it lives
+    std::vector<QPointer<QWidget>> met;  ///< what steps were taken for, while it is open
 };
