@@ -5,12 +5,18 @@
 #include "editor/commands.h"
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
+#include "editor/shell/do_object_clip_board.h"
+#include "editor/shell/do_save_notification.h"
 #include "editor/shell/do_size.h"
 #include "editor/shell/do_viewport.h"
 #include "editor/shell/quilt_app.h"
 #include "editor/tools/do_brush_settings.h"
 #include "editor/tools/do_color_select.h"
+#include "editor/tools/do_font_edit.h"
+#include "editor/tools/do_tile_clip.h"
 #include "editor/view/brush.h"
+#include "editor/view/object_clip.h"
+#include "editor/view/tile_clip.h"
 #include "platform/qt/qt_frame.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
@@ -18,8 +24,10 @@
 #include <QApplication>
 #include <QDialog>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QTimer>
 
 #include <cstdio>
@@ -61,6 +69,11 @@ void TakeDialog(const std::string& path, const std::function<void()>& open) {
     QTimer::singleShot(50, [&] {
         if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
             SaveDialog(*dialog, path);
+            // The font editor asks before it closes without OK.
+            QTimer::singleShot(0, [] {
+                if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+                    box->button(QMessageBox::Ok)->click();
+            });
             dialog->close();
         }
     });
@@ -113,6 +126,16 @@ Dobject& FillWorld() {
     return house;
 }
 
+// Something for the clipboards to show.
+void FillClipboards() {
+    Dobject& house = *vWorld->Root().children.front()->children.back();
+    vTileClip = house.tiles;
+    vTileClipW = house.width;
+    vTileClipH = house.height;
+    vObjectClip->Create("boat", 6, 3);
+    for (int i = 0; i < 18; ++i) vObjectClip->PutTile(i % 6, i / 6, 177, 53, 41, 0);
+}
+
 void TakeAll(CQuiltApp& app, const std::string& folder) {
     auto& window = static_cast<QtFrame&>(app.Frame().Window());
     FillWorld();
@@ -123,6 +146,12 @@ void TakeAll(CQuiltApp& app, const std::string& folder) {
     TakeDialog(folder + "dialog-location.png", [] { DoLocation().Run(); });
     TakeDialog(folder + "dialog-size.png", [] { DoSize().Run(); });
     TakeDialog(folder + "dialog-viewport.png", [] { DoViewport().Run(); });
+    FillClipboards();
+    TakeDialog(folder + "dialog-font-edit.png", [] { DoFontEdit().Run(); });
+    TakeDialog(folder + "dialog-tile-clipboard.png", [] { DoTileClip().Run(); });
+    TakeDialog(folder + "dialog-load-bmp-as.png", [] { AskForForeground(); });
+    TakeDialog(folder + "dialog-object-clipboard.png", [] { DoObjectClipBoard().Run(); });
+    TakeDialog(folder + "dialog-save-notification.png", [] { DoSaveNotification::Confirm(); });
     TakeMenu(window, {30, 15}, folder + "tree-board-menu.png");
     TakeMenu(window, {30, 25}, folder + "tree-object-menu.png");
 
