@@ -201,7 +201,7 @@ void RenderBoard(benchmark::State& state) {
 void DeflatePicture(benchmark::State& state) {
     const GameFile game(1, kLargeSide, kLargeSide);
     BenchWorld().Load(game.path);
-    const BITMAP& surf = *BenchWorld().Root().children.front()->vSurf;
+    const BITMAP& surf = *BenchWorld().Root().children.front()->Surface();
     std::string pixels;
     for (int y = 0; y < surf.h; ++y) pixels.append(surf.line[y], surf.line[y] + surf.w);
     BenchWorld().Root().EraseAll();

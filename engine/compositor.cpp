@@ -128,12 +128,14 @@ void PaintCells(BITMAP* target, Dobject& node, Patch patch) {
     // A viewport that reaches past the grid shows empty cells there.
     patch.CutX(patch.dstX - patch.srcX, patch.dstX - patch.srcX + node.width);
     patch.CutY(patch.dstY - patch.srcY, patch.dstY - patch.srcY + node.height);
-    if (patch.Empty() || !node.vSurf) return;
+    if (patch.Empty()) return;
+    BITMAP* surf = node.Surface();
+    if (!surf) return;
     const int tx = static_cast<int>(patch.dstX);
     const int sx = static_cast<int>(patch.srcX);
     for (int row = 0; row < patch.h; ++row) {
         const int gridRow = static_cast<int>(patch.srcY) + row;
-        RowPainter painter(target, node.vSurf.get(), static_cast<int>(patch.dstY) + row, gridRow);
+        RowPainter painter(target, surf, static_cast<int>(patch.dstY) + row, gridRow);
         painter.Paint(node.GetTile(sx, gridRow), tx, sx, static_cast<int>(patch.w));
     }
 }
@@ -236,10 +238,12 @@ void Dinterface::DrawObjectMode(BITMAP* target, int x, int y, Handle h, int mode
             originX += x;
             originY += y;
             // Cells beyond this are off any target, and their pixels off Allegro's numbers.
-            if (node->vSurf && std::abs(std::int64_t{originX}) <= kMaxGridSide * 2 &&
-                std::abs(std::int64_t{originY}) <= kMaxGridSide * 2)
-                blit(node->vSurf.get(), target, 0, 0, originX * kTileSize, originY * kTileSize,
-                     node->vSurf->w, node->vSurf->h);
+            if (std::abs(std::int64_t{originX}) > kMaxGridSide * 2 ||
+                std::abs(std::int64_t{originY}) > kMaxGridSide * 2)
+                break;
+            if (BITMAP* surf = node->Surface())
+                blit(surf, target, 0, 0, originX * kTileSize, originY * kTileSize, surf->w,
+                     surf->h);
             break;
         default:
             break;

@@ -8,7 +8,10 @@ bool CopyInto(Dobject& copy, const Dobject& source) {
     if (!copy.Create(source.name, source.width, source.height)) return false;
     copy.tiles = source.tiles;
     // The source's surface shows its tiles, so the copy's may be painted from it.
-    blit(source.vSurf.get(), copy.vSurf.get(), 0, 0, 0, 0, source.vSurf->w, source.vSurf->h);
+    if (source.vSurf)
+        blit(source.vSurf.get(), copy.vSurf.get(), 0, 0, 0, 0, source.vSurf->w, source.vSurf->h);
+    else
+        copy.vSurf.reset();
     copy.viewx = source.viewx;
     copy.viewy = source.viewy;
     copy.vieww = source.vieww;

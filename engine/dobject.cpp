@@ -160,6 +160,8 @@ Dtile* Dobject::GetTile(int x, int y) {
 void Dobject::PutTile(int x, int y, int chr, int fg, int bg, int attrib) {
     Dtile* tile = GetTile(x, y);
     if (!tile) return;
+    // Before the tile changes: a negative colour leaves what was there.
+    Surface();
     PutField(tile->chr, chr);
     PutField(tile->fg, fg);
     PutField(tile->bg, bg);
@@ -167,16 +169,28 @@ void Dobject::PutTile(int x, int y, int chr, int fg, int bg, int attrib) {
     vWorld->GetFont()->DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
 }
 
-void Dobject::RedrawTiles() {
+void Dobject::DrawTiles() {
+    if (tiles.empty()) return;
     const Dfont& tileFont = *vWorld->GetFont();
     const Dtile* tile = tiles.data();
-    if (!tiles.empty()) {
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x, ++tile)
-                tileFont.DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x,
-                                  y);
-    }
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x, ++tile)
+            tileFont.DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
+}
+
+void Dobject::RedrawTiles() {
+    if (vSurf) DrawTiles();
     for (const auto& child : children) child->RedrawTiles();
+}
+
+BITMAP* Dobject::Surface() {
+    if (vSurf || tiles.empty()) return vSurf.get();
+    vSurf = MakeBitmap(width * kTileSize, height * kTileSize);
+    if (vSurf) {
+        clear_bitmap(vSurf.get());
+        DrawTiles();
+    }
+    return vSurf.get();
 }
 
 void Dobject::BackupTiles() { undoTiles = tiles; }

@@ -46,7 +46,7 @@ public:
     std::int32_t evieww = 0;       ///< while expanded the real `vieww`, else 0
     std::int32_t eviewh = 0;       ///< while expanded the real `viewh`
     std::int32_t id = 0;           ///< unique; the root has 0
-    Bitmap vSurf;                  ///< always shows `tiles`; null until Create
+    Bitmap vSurf;                  ///< shows `tiles`; null until Create, or see Surface
     std::vector<Dtile> tiles;      ///< the cell at (x, y) has the index y * width + x
     std::vector<Dtile> undoTiles;  ///< snapshot of `tiles`, empty until the first BackupTiles
     Dobject* parent = nullptr;     ///< null at the root
@@ -83,8 +83,12 @@ public:
     Dtile* GetTile(int x, int y);
     /// Writes a cell and draws it; -1 leaves a field as it is. Nothing outside the grid.
     void PutTile(int x, int y, int chr, int fg, int bg, int attrib);
-    /// Draws all tiles of this node and of its whole subtree into their surfaces.
+    /// Draws all tiles of this node and of its whole subtree into those surfaces that exist.
     void RedrawTiles();
+    /// `vSurf`, borrowed. A node that was read from a file gets its surface here, when it is
+    /// first shown or written: most boards of a large game are never looked at. Null at the
+    /// root and when there is no memory.
+    BITMAP* Surface();
 
     /// One level of undo. Restoring without a backup gives empty cells; after a Resize the
     /// snapshot is read at the new row length.
@@ -106,6 +110,7 @@ public:
               int clipW, int clipH);
 
 private:
+    void DrawTiles();
     Dobject* Insert(Children::iterator before, std::unique_ptr<Dobject> child);
     Children::iterator PlaceFor(std::int32_t z, bool ascending);
     Children::iterator Find(const Dobject& child);

@@ -272,18 +272,10 @@ bool Dinterface::TakeGame(Game& game, GameFault& fault) {
         fault = {"the world is too large for this machine's memory", 0};
         return false;
     }
-    for (const auto& board : game.root.children) {
-        if (MakeSurfaces(*board)) continue;
-        fault = {"there is not enough memory for its boards", 0};
-        return false;
-    }
     if (game.sheet) vFont->TakeSheet(std::move(game.sheet));
     vMain->EraseAll();
     vMain->children.swap(game.root.children);
-    for (const auto& board : vMain->children) {
-        board->parent = vMain.get();
-        board->RedrawTiles();
-    }
+    for (const auto& board : vMain->children) board->parent = vMain.get();
     videoMode = game.videoMode.value_or(videoMode);
     windowed = game.windowed.value_or(windowed);
     return true;

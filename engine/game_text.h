@@ -3,8 +3,8 @@
 // docs/formats.md describes the format. Reading takes hostile text: nothing in it is believed
 // before the text behind it has been seen, and reading stops at the first thing that is not in
 // the format, with a reason and a line. Nodes are read with their tiles but without surfaces,
-// so that a world can be read, checked and thrown away without a tile font; MakeSurfaces and
-// RedrawTiles finish it.
+// so that a world can be read, checked and thrown away without a tile font; a node makes its own
+// surface when it is first shown.
 #pragma once
 
 #include "engine/dobject.h"
@@ -104,11 +104,7 @@ private:
     std::string line;
 };
 
-/// Gives every node of the subtree that lacks one a surface, not drawn. False when there is
-/// not enough memory; the subtree then keeps what it had and what it got.
-bool MakeSurfaces(Dobject& node);
-
-/// What MakeSurfaces would ask for, in bytes.
+/// What the surfaces that the subtree has not got yet will take, in bytes.
 std::int64_t SurfaceBytes(const Dobject& node);
 
 /// One block from a stream that stands behind its "~ob", as a new and complete child of

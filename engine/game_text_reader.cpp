@@ -1,4 +1,5 @@
 #include "engine/dinterface.h"
+#include "engine/file_layer.h"
 #include "engine/game_text.h"
 #include "engine/report.h"
 
@@ -309,13 +310,6 @@ std::int64_t SurfaceBytes(const Dobject& node) {
     return bytes;
 }
 
-bool MakeSurfaces(Dobject& node) {
-    if (!node.vSurf) node.vSurf = MakeBitmap(node.width * kTileSize, node.height * kTileSize);
-    if (!node.vSurf) return false;
-    return std::all_of(node.children.begin(), node.children.end(),
-                       [](const auto& child) { return MakeSurfaces(*child); });
-}
-
 bool ReadObject(Dobject& parent, std::istream& in) {
     GameTextReader reader(*in.rdbuf(), [] { return vWorld->TakeId(); });
     Dobject* child = reader.ReadObject(parent);
@@ -323,11 +317,10 @@ bool ReadObject(Dobject& parent, std::istream& in) {
         Fatal(reader.Reason().c_str(), "the object's text", reader.Line());
         return false;
     }
-    if (!MakeSurfaces(*child)) {
+    if (SurfaceBytes(*child) > AvailableMemory()) {
         parent.Erase(*child);
         Fatal("There is not enough memory for the object", __FILE__, __LINE__);
         return false;
     }
-    child->RedrawTiles();
     return true;
 }

@@ -25,7 +25,7 @@ std::string Compose(Dobject& node, const std::string& entry) {
     return archive.Close() && written ? archive.TakeBytes() : std::string();
 }
 
-// Everything of the file's node, read, checked and with surfaces; false with the reason.
+// Everything of the file's node, read and checked; false with the reason.
 bool ReadNode(const std::string& path, Dobject& node, std::string& why) {
     const std::unique_ptr<ZipReader> archive = OpenArchive(path, why);
     if (!archive) return false;
@@ -48,7 +48,7 @@ bool ReadNode(const std::string& path, Dobject& node, std::string& why) {
     in.close();
     if (archive->Damaged()) why = entry + ": the data are damaged";
     if (!read || archive->Damaged()) return false;
-    if (SurfaceBytes(node) <= AvailableMemory() && MakeSurfaces(node)) return true;
+    if (SurfaceBytes(node) <= AvailableMemory()) return true;
     why = "there is not enough memory for it";
     return false;
 }
@@ -72,7 +72,6 @@ void Replace(Dobject& node, Dobject& fresh) {
     node.undoTiles.clear();
     node.children = std::move(fresh.children);
     for (const auto& child : node.children) child->parent = &node;
-    node.RedrawTiles();
 }
 
 }  // namespace

@@ -94,13 +94,13 @@ TEST_F(FontEdit, OkDrawsTheBoardsAnewAndTheBrushIsAsItWas) {
         EXPECT_FALSE(form.IsChecked(kFontSpriteMode));
         EXPECT_EQ(vBrushMode, kBrushText) << "the preview shows the raw glyph";
         Pick(form, 40);
-        const int before = getpixel(board.vSurf.get(), 0, 0);
+        const int before = getpixel(board.Surface(), 0, 0);
         Press(form, {kKeySpace});
-        EXPECT_EQ(getpixel(board.vSurf.get(), 0, 0), before) << "not before OK";
+        EXPECT_EQ(getpixel(board.Surface(), 0, 0), before) << "not before OK";
         form.Click(kIdOk);
     });
     const int pixel = Glyphs().GetGlyphPixel(40, 0, 0);
-    EXPECT_EQ(getpixel(board.vSurf.get(), 0, 0), pixel ? 14 : 3);
+    EXPECT_EQ(getpixel(board.Surface(), 0, 0), pixel ? 14 : 3);
     EXPECT_EQ(vBrush, kBrush);
     EXPECT_EQ(vBrushMode, kBrushBlender);
 }

@@ -60,7 +60,7 @@ TEST_F(ObjectFile, ComesBackWithAllBelowItUnderTheOldId) {
         EXPECT_EQ(child->parent, &other);
     }
     EXPECT_EQ(other.children.front()->name, "high") << "in the order of z";
-    EXPECT_EQ(getpixel(other.vSurf.get(), 8, 8), getpixel(thing.vSurf.get(), 8, 8));
+    EXPECT_EQ(getpixel(other.Surface(), 8, 8), getpixel(thing.vSurf.get(), 8, 8));
 }
 
 TEST_F(ObjectFile, WhatCannotBeReadLeavesTheNodeAsItWas) {
