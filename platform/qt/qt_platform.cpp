@@ -7,6 +7,7 @@
 #include "platform/qt/qt_text.h"
 
 #include <QFontDatabase>
+#include <QIcon>
 #include <QMessageBox>
 #include <QProcess>
 
@@ -38,6 +39,8 @@ QMessageBox::Icon BoxIcon(Icon icon) {
 QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
     QApplication::setApplicationName(QStringLiteral("quilt-edit"));
     QApplication::setDesktopFileName(QStringLiteral("quilt-edit"));
+    // Installed with the program; without it the desktop shows its own.
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quilt-edit")));
     // The numbers in texts and files are written with a point everywhere.
     QLocale::setDefault(QLocale::c());
     std::setlocale(LC_NUMERIC, "C");

@@ -37,25 +37,28 @@ CommandLine Parse(int argc, char** argv) {
     return line;
 }
 
-int Usage() {
-    std::fputs(
-        "usage: quilt-edit [GAME.zqlt]\n"
-        "       quilt-edit --picture FILE.png [GAME.zqlt]\n"
-        "\n"
-        "Opens a game, or a new one. With --picture the main window opens off screen, is written\n"
-        "to FILE.png and closes.\n",
-        stderr);
-    return kBadCall;
-}
+constexpr const char* kUsage =
+    "usage: quilt-edit [GAME.zqlt]\n"
+    "       quilt-edit --picture FILE.png [GAME.zqlt]\n"
+    "       quilt-edit --help | --version\n"
+    "\n"
+    "Opens a game, or a new one. With --picture the main window opens off screen, is written\n"
+    "to FILE.png and closes.\n";
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (std::string_view(argc > 1 ? argv[1] : "") == "--picture")
-        setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    const std::string_view first = argc > 1 ? argv[1] : "";
+    // These need no window system.
+    if (argc == 2 && first == "--help") return std::fputs(kUsage, stdout) < 0;
+    if (argc == 2 && first == "--version") return std::puts("quilt-edit " QUILT_VERSION) < 0;
+    if (first == "--picture") setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QtPlatform qt(argc, argv);
     const CommandLine line = Parse(argc, argv);
-    if (!line.good) return Usage();
+    if (!line.good) {
+        std::fputs(kUsage, stderr);
+        return kBadCall;
+    }
     CQuiltApp app;
     if (!app.InitInstance(ProgramFolder(), line.game)) return EXIT_FAILURE;
     if (line.picture.empty()) return qt.Run();

@@ -1,0 +1,57 @@
+// What a desktop makes of the program's files, by their names and by their first bytes.
+
+#include "engine/dinterface.h"
+#include "engine/zip_stream.h"
+
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
+
+#include <gtest/gtest.h>
+#include <QFileInfo>
+#include <QMimeDatabase>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+class FileTypes : public WorldTest {
+protected:
+    // Only what the package brings: the system's own list knows nothing of these files.
+    FileTypes() {
+        const std::string packages = temp / "share/mime/packages";
+        std::filesystem::create_directories(packages);
+        std::filesystem::copy(QUILT_MIME_FILE, packages);
+        setenv("XDG_DATA_DIRS", (temp / "share").c_str(), 1);
+        setenv("XDG_DATA_HOME", (temp / "none").c_str(), 1);
+    }
+
+    static std::string TypeOf(const std::string& path, QMimeDatabase::MatchMode by) {
+        const QFileInfo file(QString::fromStdString(path));
+        return QMimeDatabase().mimeTypeForFile(file, by).name().toStdString();
+    }
+
+    TempFolder temp;
+};
+
+TEST_F(FileTypes, GamesAndObjectsAreKnownByNameAndByContent) {
+    const std::string game = temp / "castle.zqlt";
+    ASSERT_TRUE(world->Save(game));
+    // The entry's name, and with it the magic's place, is as long as the file's.
+    const std::string object = temp / "a door with a name of some length.zobj";
+    ASSERT_TRUE(world->Export(world->GetCurrentObject(), object));
+    const std::string other = temp / "other.zip";
+    ZipWriter archive;
+    ZipEntryOutStream out;
+    out.open(archive, "readme.txt", std::ios::out);
+    out << "font.hdr";
+    ASSERT_TRUE(out.close() && archive.Close());
+    PutFile(other, archive.TakeBytes());
+
+    EXPECT_EQ(TypeOf(game, QMimeDatabase::MatchExtension), "application/x-quilt-game");
+    EXPECT_EQ(TypeOf(object, QMimeDatabase::MatchExtension), "application/x-quilt-object");
+    EXPECT_EQ(TypeOf(game, QMimeDatabase::MatchContent), "application/x-quilt-game");
+    EXPECT_EQ(TypeOf(object, QMimeDatabase::MatchContent), "application/x-quilt-object");
+    EXPECT_EQ(TypeOf(other, QMimeDatabase::MatchContent).find("quilt"), std::string::npos);
+}
+
+}  // namespace
