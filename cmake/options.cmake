@@ -21,12 +21,18 @@ if(QUILT_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+  add_compile_definitions(QUILT_SANITIZED)
 endif()
 
 option(QUILT_FUZZ "The fuzzers; needs clang" OFF)
 if(QUILT_FUZZ)
-  # Another compiler has warnings of its own; those that count are of the usual builds.
-  add_compile_options(-fsanitize=fuzzer-no-link -Wno-error)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+option(QUILT_COVERAGE "Count the lines that the tests run; needs g++" OFF)
+if(QUILT_COVERAGE)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
 endif()
 
 find_program(CCACHE ccache)

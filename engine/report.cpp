@@ -35,7 +35,7 @@ void UpdateTrace() {
 
 }  // namespace
 
-void TraceLine(const char* format, ...) {
+void Trace(const char* format, ...) {
     if (!vTraceOn) return;
     char line[kTraceLineSize];
     va_list args;

@@ -21,14 +21,9 @@ void ShowMessage(const char* text, const char* caption);
 /// they are formatted.
 extern bool vTraceOn;
 
-/// Writes one line to Allegro's trace; `format` is printf's and ends in a line feed. A line of
-/// more than 500 bytes is cut.
-[[gnu::format(printf, 1, 2)]] void TraceLine(const char* format, ...);
-
-template <typename... Args>
-inline void Trace(const char* format, Args... args) {
-    if (vTraceOn) TraceLine(format, args...);
-}
+/// Writes one line to Allegro's trace, if anything takes it; `format` is printf's and ends in a
+/// line feed. A line of more than 500 bytes is cut.
+[[gnu::format(printf, 1, 2)]] void Trace(const char* format, ...);
 
 /// Decides where trace lines go: to the file at `path` (created anew), or nowhere when it is
 /// null or empty or cannot be written. To be called once, before anything is traced.

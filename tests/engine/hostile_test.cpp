@@ -250,7 +250,7 @@ TEST_F(Hostile, DeepNestingIsRefusedAtItsLimit) {
 // The bound is 256 MiB beyond what the contents fill, with a little for the reader itself.
 TEST_F(Hostile, MemoryIsAskedForAsFarAsTheContentsGo) {
     constexpr long kOwn = 16;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef QUILT_SANITIZED
     constexpr long kTimes = 4;  // what it lays around small pieces
 #else
     constexpr long kTimes = 1;
