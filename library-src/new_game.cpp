@@ -1,8 +1,7 @@
 #include "library-src/new_game.h"
 
-#include "library-src/whole_file.h"
+#include "library-src/dated_archive.h"
 
-#include <minizip/zip.h>
 #include <sstream>
 
 namespace {
@@ -88,31 +87,11 @@ std::string TextEntry(const std::string& text) {
     return entry;
 }
 
-bool PutEntry(zipFile zip, const char* name, const std::string& contents) {
-    zip_fileinfo info{};
-    // Two builds of the same sources give the same bytes, so the date is a fixed one.
-    info.tmz_date.tm_year = 2000;
-    info.tmz_date.tm_mday = 1;
-    constexpr unsigned kArchiveBit = 32;
-    info.external_fa = kArchiveBit;
-    if (zipOpenNewFileInZip(zip, name, &info, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
-                            Z_DEFAULT_COMPRESSION) != ZIP_OK) {
-        return false;
-    }
-    bool written =
-        zipWriteInFileInZip(zip, contents.data(), static_cast<unsigned>(contents.size())) == ZIP_OK;
-    return zipCloseFileInZip(zip) == ZIP_OK && written;
-}
-
 }  // namespace
 
 bool WriteNewGame(const std::filesystem::path& file, const Sheet& sheet) {
-    zipFile zip = zipOpen(PathBeside(file).c_str(), APPEND_STATUS_CREATE);
-    if (!zip) return false;
-    bool good = PutEntry(zip, "font.hdr", TextEntry(FontHeader())) &&
-                PutEntry(zip, "font.raw", FontPixels(sheet)) &&
-                PutEntry(zip, "game.qlt", TextEntry(World())) &&
-                PutEntry(zip, "res.dat", TextEntry(VideoSettings()));
-    good = zipClose(zip, nullptr) == ZIP_OK && good;
-    return good && TakePlace(file);
+    return WriteDatedArchive(file, {{"font.hdr", TextEntry(FontHeader())},
+                                    {"font.raw", FontPixels(sheet)},
+                                    {"game.qlt", TextEntry(World())},
+                                    {"res.dat", TextEntry(VideoSettings())}});
 }
