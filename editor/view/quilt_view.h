@@ -17,6 +17,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <set>
 
 /// What the view asks of the panes and panels around it.
 class ViewHost {
@@ -68,6 +69,8 @@ public:
     float Zoom() const { return vZoom; }
     /// The scroll in tiles.
     platform::Point Scroll() const { return {tPX, tPY}; }
+    /// The codes of the keys that act while that panel is up, each once.
+    static std::set<int> KeysOf(PanelMode panel);
 
 private:
     enum ToolState : std::int32_t {

@@ -83,6 +83,15 @@ const CQuiltView::KeyBinding CQuiltView::kPropertiesKeys[] = {
     {platform::kKeyEnter, kAlways, &CQuiltView::PickAtCursor},
 };
 
+std::set<int> CQuiltView::KeysOf(PanelMode panel) {
+    std::set<int> keys;
+    if (panel == kPanelPaint)
+        for (const KeyBinding& binding : kPaintKeys) keys.insert(binding.key);
+    else
+        for (const KeyBinding& binding : kPropertiesKeys) keys.insert(binding.key);
+    return keys;
+}
+
 template <std::size_t Count>
 void CQuiltView::RunKey(const KeyBinding (&bindings)[Count], int code, unsigned mode) {
     for (const KeyBinding& binding : bindings) {

@@ -137,7 +137,7 @@ void AddLight(Painter& p, std::int32_t board) {
 void AddPlants(Painter& p, std::int32_t board) {
     int number = 1;
     for (const auto& [x, y] :
-         {std::pair{44, 36}, {47, 35}, {95, 42}, {106, 42}, {111, 44}, {136, 40}, {20, 40}})
+         {std::pair{45, 36}, {48, 36}, {95, 42}, {106, 42}, {111, 44}, {136, 40}, {20, 40}})
         p.AddSprite(board, "mushroom" + std::to_string(number++), {x, y}, 7, kMushroom,
                     "#cycle 15\n"
                     "#light 3 32 0 255\n"
@@ -173,7 +173,7 @@ void PaintCave(Painter& p) {
     AddFall(p, board);
     AddLight(p, board);
     AddPlants(p, board);
-    p.AddSprite(board, "keeper", {40, 35}, 9, kKeeper,
+    p.AddSprite(board, "keeper", {41, 35}, 9, kKeeper,
                 "@keeper\n"
                 "#end\n"
                 ":touch\n"

@@ -35,13 +35,12 @@ void Painter::Do(int command, Point from, Point to, Brush brush) {
     RunAreaCommand(command, from, to, *this);
 }
 
-void Painter::Do(int command, Box box, Brush brush) {
-    Do(command, TopLeft(box), BottomRight(box), brush);
-}
-
-void Painter::Do(int command, Box box, Brush brush, const Shading& shading) {
+void Painter::Run(int command, Box box, Brush brush, const Shading& shading, int percent,
+                  Filter filter) {
     answer = shading;
-    Do(command, box, brush);
+    chance = percent;
+    filtered = filter;
+    Do(command, TopLeft(box), BottomRight(box), brush);
 }
 
 bool Painter::RunAreaDialog(AreaDialog dialog) {
@@ -71,35 +70,31 @@ bool Painter::RunAreaDialog(AreaDialog dialog) {
     return true;
 }
 
-void Painter::Fill(Box box, Brush brush) { Do(kCmdFill, box, brush); }
+void Painter::Fill(Box box, Brush brush) { Run(kCmdFill, box, brush); }
 
 void Painter::Speckle(Box box, Brush brush, int percent) {
-    chance = percent;
-    Do(kCmdSpeckle, box, brush);
+    Run(kCmdSpeckle, box, brush, {}, percent);
 }
 
 void Painter::Shade(Box box, Brush colors, const Shading& shading) {
-    Do(kCmdFadeNormal, box, colors, shading);
+    Run(kCmdFadeNormal, box, colors, shading);
 }
 
 void Painter::Rings(Box box, Brush colors, const Shading& shading) {
-    Do(kCmdFadeDistance, box, colors, shading);
+    Run(kCmdFadeDistance, box, colors, shading);
 }
 
 void Painter::Replace(Box box, Brush brush, Filter filter) {
-    filtered = filter;
-    Do(kCmdReplaceFill, box, brush);
+    Run(kCmdReplaceFill, box, brush, {}, 0, filter);
 }
 
 void Painter::ReplaceSpeckle(Box box, Brush brush, Filter filter, int percent) {
-    filtered = filter;
-    chance = percent;
-    Do(kCmdReplaceSpeckle, box, brush);
+    Run(kCmdReplaceSpeckle, box, brush, {}, percent, filter);
 }
 
 void Painter::Line(Point from, Point to, Brush brush) { Do(kCmdLineFill, from, to, brush); }
-void Painter::Frame(Box box, Brush brush) { Do(kCmdRectFill, box, brush); }
-void Painter::Ellipse(Box box, Brush brush) { Do(kCmdCircleFill, box, brush); }
+void Painter::Frame(Box box, Brush brush) { Run(kCmdRectFill, box, brush); }
+void Painter::Ellipse(Box box, Brush brush) { Run(kCmdCircleFill, box, brush); }
 
 void Painter::Disc(Box box, Brush brush) {
     // Narrower and narrower ellipses of the full height leave no gap between them.
@@ -109,15 +104,15 @@ void Painter::Disc(Box box, Brush brush) {
 void Painter::Flood(Point at, Brush brush) { Do(kCmdFloodFill, at, at, brush); }
 
 void Painter::FloodShade(Point at, Brush colors, const Shading& shading) {
-    Do(kCmdFloodFadeNormal, {at.x, at.y, at.x, at.y}, colors, shading);
+    Run(kCmdFloodFadeNormal, {at.x, at.y, at.x, at.y}, colors, shading);
 }
 
 void Painter::FloodSlime(Point at, Brush colors, const Shading& shading) {
-    Do(kCmdFloodFadeSlime, {at.x, at.y, at.x, at.y}, colors, shading);
+    Run(kCmdFloodFadeSlime, {at.x, at.y, at.x, at.y}, colors, shading);
 }
 
 void Painter::FloodRings(Point at, Brush colors, const Shading& shading) {
-    Do(kCmdFloodFadeDistance, {at.x, at.y, at.x, at.y}, colors, shading);
+    Run(kCmdFloodFadeDistance, {at.x, at.y, at.x, at.y}, colors, shading);
 }
 
 void Painter::FloodRamp(Point from, Point to, int low, int high) {
@@ -128,12 +123,9 @@ void Painter::SameAsRamp(Point from, Point to, int low, int high) {
     Do(kCmdBlendFadeSameAs, from, to, {0, low, high, 0});
 }
 
-void Painter::Copy(Box box) {
-    filtered = {};
-    Do(kCmdCopyFill, box, {});
-}
+void Painter::Copy(Box box) { Run(kCmdCopyFill, box, {}); }
 
-void Painter::Paste(Box box) { Do(kCmdPasteFill, box, {}); }
+void Painter::Paste(Box box) { Run(kCmdPasteFill, box, {}); }
 
 void Painter::Sprite(Point at, int glyph) {
     Do(kCmdPasteSprite, at, {at.x + 1, at.y + 1}, {glyph, 0, 0, 1});
@@ -176,7 +168,7 @@ std::int32_t Painter::AddSprite(std::int32_t parent, const std::string& name, Po
 
 std::int32_t Painter::MakeObject(const std::string& name, Box from, int z, const char* script) {
     objectName = name;
-    Do(kCmdMakeObject, from, {});
+    Run(kCmdMakeObject, from, {});
     const HandleGuard object(vWorld->GetCurrentObject());
     MoveTo(TopLeft(from));
     vWorld->SetProperty(object, kPosZ, z);

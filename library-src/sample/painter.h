@@ -44,6 +44,11 @@ public:
     /// False when a fade set or blend was asked for that does not exist.
     bool Good() const { return good; }
 
+    /// Any command of the two menus over a box, or over what hangs together with its left top
+    /// cell; with the answers for whatever dialog opens.
+    void Run(int command, Box box, Brush brush, const Shading& shading = {}, int percent = 50,
+             Filter filter = {});
+
     // --- areas -------------------------------------------------------------------------------
     void Fill(Box box, Brush brush);
     void Speckle(Box box, Brush brush, int percent);
@@ -108,8 +113,6 @@ public:
 
 private:
     void Do(int command, platform::Point from, platform::Point to, Brush brush);
-    void Do(int command, Box box, Brush brush);
-    void Do(int command, Box box, Brush brush, const Shading& shading);
     void SetCurrent(Property property, int value);
 
     std::vector<FadeSet> sets;

@@ -20,7 +20,7 @@ protected:
     FileTypes() {
         const std::string packages = temp / "share/mime/packages";
         std::filesystem::create_directories(packages);
-        std::filesystem::copy(QUILT_MIME_FILE, packages);
+        std::filesystem::copy(SOURCE_FOLDER "/packaging/quilt-edit.xml", packages);
         setenv("XDG_DATA_DIRS", (temp / "share").c_str(), 1);
         setenv("XDG_DATA_HOME", (temp / "none").c_str(), 1);
     }

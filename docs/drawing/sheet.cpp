@@ -1,0 +1,51 @@
+#include "docs/drawing/sheet.h"
+
+#include "library-src/png.h"
+#include "library-src/whole_file.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr int kGap = 2;  // tiles between two pieces
+constexpr Brush kPaper{0, 255, 255, 0};
+constexpr Brush kInk{0, 15, 255, 0};
+
+}  // namespace
+
+Sheet::Sheet(Painter& hand, int count, int across, int pieceW, int pieceH)
+    : painter(hand), columns(across), w(pieceW), h(pieceH) {
+    vWorld->Root().EraseAll();
+    painter.AddBoard("sheet", "");
+    const int rows = (count + columns - 1) / columns;
+    painter.SetSize(columns * (w + kGap) + kGap, rows * (h + kGap + 1) + 1);
+    const Dobject& board = *vWorld->Root().children.front();
+    painter.Fill({0, 0, board.width - 1, board.height - 1}, kPaper);
+}
+
+Box Sheet::Next(const std::string& label) {
+    const int x = kGap + used % columns * (w + kGap);
+    const int y = 1 + used / columns * (h + kGap + 1);
+    ++used;
+    painter.Type({x, y}, label, kInk);
+    return {x, y + 1, x + w - 1, y + h};
+}
+
+bool WriteView(const std::string& path, int w, int h, int scale) {
+    vWorld->SetViewSize(w, h);
+    const Bitmap drawn = MakeBitmap(w * kTileSize, h * kTileSize);
+    clear_bitmap(drawn.get());
+    vWorld->DrawWorld(drawn.get(), 0, 0);
+    Picture picture(drawn->w * scale, drawn->h * scale, 0);
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            picture.Put(x, y, drawn->line[y / scale][x / scale]);
+    Palette palette;
+    for (std::size_t i = 0; i < palette.colors.size(); ++i) {
+        const RGB& color = vWorld->GetFont()->GetPalette()[i];
+        palette.colors[i] = {color.r, color.g, color.b};
+    }
+    const bool good = WriteWhole(path, MakePng(picture, palette));
+    if (!good) std::fprintf(stderr, "%s: cannot be written\n", path.c_str());
+    return good;
+}
