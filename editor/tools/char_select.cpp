@@ -11,11 +11,11 @@ std::int32_t vCharScrollY = 0;
 
 namespace {
 
-constexpr int kShownTile = 2 * kTileSize;
+constexpr int kUsualSheet = 16 * kTileSize;  // pixels across
 constexpr double kTilesPerPixel = 0.125;
 
 // The tile under a window pixel, counted from the sheet's corner.
-int TileAt(int pixel, int scroll) { return (pixel - scroll * kShownTile) / kShownTile; }
+int TileAt(int pixel, int scroll, int tile) { return (pixel - scroll * tile) / tile; }
 
 int LowestScroll(int sheet, int shown) { return -1 - ((sheet - shown) >> 3); }
 
@@ -30,19 +30,22 @@ int Scrolled(int at, int press, int scroll, int sheet, int shown) {
 void UpdateHoleHint() { vBrush.bg = HoleHint(vBrush.chr); }
 
 void CharSelect::OnDraw(platform::Window& own) {
-    BITMAP* to = Buffer(HalfOf(own.ClientSize()), "CharSelect");
+    const platform::Size client = own.ClientSize();
+    // As large as the window allows for a sheet of 16 columns.
+    if (!vBitmap) zoom = std::max(client.w / kUsualSheet, 2);
+    BITMAP* to = Buffer({(client.w + zoom - 1) / zoom, (client.h + zoom - 1) / zoom}, "CharSelect");
     if (!to) return;
     clear_bitmap(to);
     BITMAP* sheet = vWorld->GetFont()->Sheet();
     blit(sheet, to, -kTileSize * vCharScrollX, -kTileSize * vCharScrollY, 0, 0, to->w, to->h);
-    ShowDoubled(own);
+    own.ShowPicture({to->line, to->w, to->h}, {to->w * zoom, to->h * zoom});
     own.SetDescription("Glyph " + std::to_string(vBrush.chr));
 }
 
 void CharSelect::Pick(platform::Point at) {
     const Dfont& glyphs = *vWorld->GetFont();
-    const int x = kTileSize * TileAt(at.x, vCharScrollX);
-    const int y = kTileSize * TileAt(at.y, vCharScrollY);
+    const int x = kTileSize * TileAt(at.x, vCharScrollX, zoom * kTileSize);
+    const int y = kTileSize * TileAt(at.y, vCharScrollY, zoom * kTileSize);
     if (x < 0 || y < 0 || x >= glyphs.Sheet()->w || y >= glyphs.Sheet()->h) return;
     const int glyph = glyphs.FindGlyphAt(x, y);
     if (glyph < 0) return;

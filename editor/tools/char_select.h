@@ -1,4 +1,5 @@
-// The browser of the glyph sheet, at double size: 16 window pixels to a tile.
+// The browser of the glyph sheet, at double size: 16 window pixels to a tile, or more where that
+// leaves a window half empty.
 //
 // A press and a drag put the glyph under the mouse into vBrush; Ctrl at the press scrolls
 // instead, a tile for each eight pixels. The current glyph is not marked.
@@ -33,6 +34,7 @@ private:
     void Scroll(platform::Point at);
 
     DragMode mode = kIdle;
+    int zoom = 2;                 ///< window pixels a side of a sheet pixel
     platform::Point press;        ///< window pixels
     platform::Point pressScroll;  ///< the scroll at the press
 };

@@ -22,6 +22,7 @@ protected:
 
 private:
     void Choose(platform::Point at);
+    platform::Size Cell() const;  ///< window pixels
 
     std::int32_t Brush::*field;
     const char* name;

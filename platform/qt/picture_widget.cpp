@@ -118,8 +118,14 @@ void PictureWidget::ShowPicture(const platform::Rows8& picture, Size shown) {
     const QTransform place = painter->deviceTransform();
     const double left = (std::ceil(place.dx() - 1e-6) - place.dx()) / ratio;
     const double top = (std::ceil(place.dy() - 1e-6) - place.dy()) / ratio;
+    // What lies before it is a part of a pixel, which goes on with the picture's edge.
+    if (left > 0)
+        painter->drawImage(QRectF(0, 0, left, height()), frame, QRectF(0, 0, 1, device.height()));
+    if (top > 0)
+        painter->drawImage(QRectF(0, 0, width(), top), frame, QRectF(0, 0, device.width(), 1));
     frame.setDevicePixelRatio(ratio);
     painter->drawImage(QPointF(left, top), frame);
+    frame.setDevicePixelRatio(1);
 }
 
 void PictureWidget::paintEvent(QPaintEvent*) {

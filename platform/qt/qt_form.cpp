@@ -52,10 +52,27 @@ int WantedWidth(const QWidget& widget) {
                                       : widget.sizeHint().width();
 }
 
+bool IsToggle(ControlKind kind) {
+    return kind == ControlKind::CheckBox || kind == ControlKind::Radio;
+}
+
+// How far a control's text may reach, in dialog units: to its own edge or, since check boxes and
+// radio buttons have none that is seen, to what stands next in their row.
+int Room(const platform::Form& form, const Control& control) {
+    if (!IsToggle(control.kind)) return control.w;
+    int end = 0;
+    for (const Control& next : form.controls) {
+        const bool behind = next.x >= control.x + control.w;
+        const bool inRow = next.y < control.y + control.h && control.y < next.y + next.h;
+        if (behind && inRow && (end == 0 || next.x < end)) end = next.x;
+    }
+    return end > 0 ? end - control.x : control.w;
+}
+
 // A text that needs more room than its control has makes the whole form that much wider.
-double Growth(const QWidget& widget, const Control& control, const QSize& base) {
+double Growth(const QWidget& widget, const Control& control, int room, const QSize& base) {
     if (!HoldsText(control.kind) || control.w < 1) return 1;
-    return static_cast<double>(WantedWidth(widget)) / Across(control.w, base);
+    return static_cast<double>(WantedWidth(widget)) / Across(room, base);
 }
 
 }  // namespace
@@ -219,13 +236,17 @@ void QtForm::LayOut() {
     const QSize base = BaseUnits(font());
     double growth = 1;
     for (const Control& control : form.controls)
-        growth = std::max(growth, Growth(*widgets[control.id], control, base));
+        growth = std::max(growth, Growth(*widgets[control.id], control, Room(form, control), base));
     growth = std::min(growth, kMaxGrowth);
     for (const Control& control : form.controls) {
         const int x = Across(control.x * growth, base);
         const int y = Down(control.y, base);
-        widgets[control.id]->setGeometry(x, y, Across((control.x + control.w) * growth, base) - x,
-                                         Down(control.y + control.h, base) - y);
+        const int room = Across((control.x + Room(form, control)) * growth, base) - x;
+        const int own = Across((control.x + control.w) * growth, base) - x;
+        const int w = IsToggle(control.kind)
+                          ? std::clamp(WantedWidth(*widgets[control.id]), own, std::max(own, room))
+                          : own;
+        widgets[control.id]->setGeometry(x, y, w, Down(control.y + control.h, base) - y);
     }
     formSize = {Across(form.w * growth, base), Down(form.h, base)};
     setMinimumSize(formSize);

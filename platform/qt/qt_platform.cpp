@@ -1,5 +1,6 @@
 #include "platform/qt/qt_platform.h"
 
+#include "platform/qt/dark_outlines.h"
 #include "platform/qt/picture_widget.h"
 #include "platform/qt/qt_form.h"
 #include "platform/qt/qt_frame.h"
@@ -44,6 +45,7 @@ QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
     // The numbers in texts and files are written with a point everywhere.
     QLocale::setDefault(QLocale::c());
     std::setlocale(LC_NUMERIC, "C");
+    QApplication::setStyle(new DarkOutlines);
     vPlatform = this;
 }
 

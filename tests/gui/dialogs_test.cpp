@@ -81,58 +81,7 @@ protected:
     QWidget* list = nullptr;
 };
 
-// Nothing cut off, nothing over anything else, everything inside, even margins.
-void CheckLayout(QWidget& form, const char* name) {
-    std::vector<QWidget*> controls;
-    QRect used;
-    for (QWidget* widget : form.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (widget->isHidden() || widget->objectName().isEmpty()) continue;
-        used |= widget->geometry();
-        const std::string what = std::string(name) + " " + widget->accessibleName().toStdString();
-        EXPECT_FALSE(widget->accessibleName().isEmpty()) << what;
-        if (qobject_cast<QGroupBox*>(widget)) continue;
-        if (!qobject_cast<QLabel*>(widget)) {
-            EXPECT_FALSE(widget->toolTip().isEmpty()) << what;
-        }
-        const auto* label = qobject_cast<QLabel*>(widget);
-        const auto* button = qobject_cast<QAbstractButton*>(widget);
-        const QString text = label ? label->text() : button ? button->text() : QString();
-        EXPECT_LE(widget->fontMetrics().size(Qt::TextShowMnemonic, text).width(), widget->width())
-            << what;
-        EXPECT_LE(widget->fontMetrics().height(), widget->height()) << what;
-        for (const QWidget* other : controls)
-            EXPECT_FALSE(other->geometry().intersects(widget->geometry())) << what;
-        controls.push_back(widget);
-    }
-    EXPECT_TRUE(form.rect().contains(used)) << name;
-    EXPECT_NEAR(used.left(), form.width() - 1 - used.right(), 3) << name;
-}
-
 }  // namespace
-
-TEST_F(Dialogs, AreLaidOutWithCare) {
-    const std::pair<const char*, std::function<void()>> dialogs[] = {
-        {"Brush Settings", [] { DoBrushSettings().Run(); }},
-        {"Color Select", [] { DoColorSelect().Run(); }},
-        {"Name", [] { DoName().Run(); }},
-        {"Location", [] { DoLocation().Run(); }},
-        {"Size", [] { DoSize().Run(); }},
-        {"Viewport", [] { DoViewport().Run(); }},
-    };
-    for (const auto& [name, run] : dialogs) {
-        person.OnDialog([name = name](QDialog& dialog) {
-            EXPECT_EQ(dialog.windowTitle().toStdString(), name);
-            CheckLayout(*Find(dialog, platform::kIdOk)->parentWidget(), name);
-            Press(dialog, Qt::Key_Escape);
-        });
-        run();
-        Settle();
-    }
-    CheckLayout(*OnPanel(kBrushPreview)->parentWidget(), "paint panel");
-    Person::Click(*OnPanel(kToProperties), {5, 5});
-    Settle();
-    CheckLayout(*OnPanel(kPropViewer)->parentWidget(), "properties panel");
-}
 
 TEST_F(Dialogs, BrushSettingsByMouse) {
     const auto choose = [](Qt::Key end) {
