@@ -1,0 +1,143 @@
+// quilt-robot: uses the editor at random until something breaks or the time is up.
+
+#include "editor/shell/quilt_app.h"
+#include "engine/allegro_api.h"
+#include "engine/program_folder.h"
+#include "engine/report.h"
+#include "platform/qt/qt_platform.h"
+#include "tests/robot/alarm.h"
+#include "tests/robot/robot.h"
+
+#include <QApplication>
+#include <QHashSeed>
+
+#include <cerrno>
+#include <charconv>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr int kBadCall = 2;
+constexpr long kUsualSteps = 1000;
+
+struct CommandLine {
+    RobotOptions options;
+    std::string log;   ///< empty for one in the robot's own folder
+    std::string game;  ///< the first to open; empty for a new one
+    bool good = true;
+};
+
+template <typename Number>
+bool Read(std::string_view text, Number& number) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc{} && end == text.data() + text.size();
+}
+
+CommandLine Parse(int argc, char** argv) {
+    CommandLine line;
+    for (int i = 1; i < argc && line.good; ++i) {
+        const std::string_view word = argv[i];
+        const std::string_view value = i + 1 < argc ? argv[i + 1] : "";
+        if (!word.starts_with("--")) {
+            line.good = line.game.empty();
+            line.game = std::filesystem::absolute(word).string();
+            continue;
+        }
+        ++i;
+        if (word == "--seed")
+            line.good = Read(value, line.options.seed);
+        else if (word == "--steps")
+            line.good = Read(value, line.options.steps);
+        else if (word == "--seconds")
+            line.good = Read(value, line.options.seconds);
+        else if (word == "--log" && !value.empty())
+            line.log = std::filesystem::absolute(value).string();
+        else
+            line.good = false;
+    }
+    if (line.options.steps == 0 && line.options.seconds == 0) line.options.steps = kUsualSteps;
+    return line;
+}
+
+int Usage() {
+    std::fputs(
+        "usage: quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] [GAME.zqlt]\n"
+        "\n"
+        "Uses the editor at random, off screen. The same seed takes the same steps.\n",
+        stderr);
+    return kBadCall;
+}
+
+// Nothing of the user's is read or written, and nothing differs from run to run.
+void SetEnvironment(const Files& files) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("HOME", (files / "home").c_str(), 1);
+    for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+        setenv(name, (files / "settings").c_str(), 1);
+    setenv("LC_ALL", "C.UTF-8", 1);
+    unsetenv("QUILT_TRACE");
+    QHashSeed::setDeterministicGlobalSeed();
+}
+
+Robot* vRobot = nullptr;
+
+// What Qt complains of is a fault of the program, but for what an off-screen window cannot do.
+void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    const bool isOffscreen = text.startsWith(QLatin1String("This plugin does not support"));
+    if (type == QtDebugMsg || type == QtInfoMsg || isOffscreen) return;
+    vRobot->Finding("Qt says: " + text.toStdString());
+}
+
+// One life of the program after the other: File, Exit ends one.
+void Run(Robot& robot, QtPlatform& qt, const Files& files, std::string game) {
+    robot.Start();
+    while (!robot.IsDone()) {
+        CQuiltApp app;
+        const std::string first = robot.FirstGame();
+        // File dialogs begin here.
+        std::filesystem::current_path(files / "folder");
+        if (app.InitInstance(files.ProgramFolder(), game.empty() ? first : game)) qt.Run();
+        game.clear();
+    }
+    StopAlarm();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const CommandLine line = Parse(argc, argv);
+    if (!line.good) return Usage();
+    std::printf("seed %" PRIu64 "\n", line.options.seed);
+    std::fflush(stdout);
+    install_allegro(SYSTEM_NONE, &errno, nullptr);
+    set_color_depth(8);
+    StartTrace(nullptr);
+
+    Chance chance(line.options.seed);
+    Files files(ProgramFolder(), chance);
+    SetEnvironment(files);
+    const std::string log = line.log.empty() ? files / "robot.log" : line.log;
+    std::FILE* lines = std::fopen(log.c_str(), "w");
+    if (!lines) {
+        std::fprintf(stderr, "%s cannot be written\n", log.c_str());
+        return kBadCall;
+    }
+    StartAlarm(line.options.seed, log.c_str());
+    Robot robot(line.options, files, chance, lines, log);
+    vRobot = &robot;
+    qInstallMessageHandler(OnQtMessage);
+    {
+        QtPlatform qt(argc, argv);
+        QApplication::setCursorFlashTime(0);
+        Run(robot, qt, files, line.game);
+    }
+    std::fclose(lines);
+    files.Remove();
+    std::printf("%ld steps without a finding\n", robot.Steps());
+    return EXIT_SUCCESS;
+}
