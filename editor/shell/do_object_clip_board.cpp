@@ -41,7 +41,10 @@ platform::Size ObjectViewer::ContentTiles() const {
     return vObjectClip ? platform::Size{vObjectClip->width, vObjectClip->height} : platform::Size{};
 }
 
-void DoObjectClipBoard::Run() { vPlatform->RunDialog(kForm, *this); }
+void DoObjectClipBoard::Run() {
+    FreshObjectClip();
+    vPlatform->RunDialog(kForm, *this);
+}
 
 platform::Menu DoObjectClipBoard::FormMenu() {
     return {platform::SubMenu(

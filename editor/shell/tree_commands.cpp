@@ -23,7 +23,8 @@ void CopyToClip(Handle h) {
 
 void PasteClip(Handle parent) {
     Dobject* under = vWorld->Node(parent);
-    if (under && vObjectClip) CopyObject(*under, *vObjectClip);
+    const Dobject* clip = FreshObjectClip();
+    if (under && clip) CopyObject(*under, *clip);
 }
 
 bool IsBoard(Handle h) {

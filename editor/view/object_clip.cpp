@@ -2,6 +2,11 @@
 
 std::unique_ptr<Dobject> vObjectClip;
 
+Dobject* FreshObjectClip() {
+    if (vObjectClip) vObjectClip->RedrawTiles();
+    return vObjectClip.get();
+}
+
 void MakeObjectClip() {
     // Far from the ids that are given out, since the handle table tells nodes apart by id.
     constexpr std::int32_t kClipId = 101010101;

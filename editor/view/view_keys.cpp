@@ -200,10 +200,11 @@ void CQuiltView::KeyScrollForward() { ScrollForward(); }
 // --- the properties panel's keys ---------------------------------------------------------------
 
 void CQuiltView::PlaceObjectClip() {
-    if (!vObjectClip) return;
+    const Dobject* clip = FreshObjectClip();
+    if (!clip) return;
     const CursorCell cell(Cursor());
     Dobject* under = vWorld->Node(cell.h);
-    Dobject* copy = under ? CopyObject(*under, *vObjectClip) : nullptr;
+    Dobject* copy = under ? CopyObject(*under, *clip) : nullptr;
     if (!copy) return;
     copy->posx = cell.x;
     copy->posy = cell.y;

@@ -3,6 +3,7 @@
 #include "editor/commands.h"
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/do_size.h"
 #include "editor/shell/do_viewport.h"
 #include "editor/shell/main_frame.h"
@@ -177,6 +178,30 @@ TEST_F(Tree, CopiesAndPastes) {
     for (int command : {kCmdPasteBoard, kCmdPasteOnBoard}) Choose(*attic, command);
     Choose(*shelf, kCmdPasteOnObject);
     EXPECT_EQ(Shape(), shape);
+}
+
+TEST_F(Tree, WhatWasCopiedIsPastedInTheFontOfThePresent) {
+    bulb->PutTile(0, 0, 9, 8, 7, 0);
+    Choose(*lamp, kCmdCopyObject);
+    Dfont& glyphs = *world->GetFont();
+    glyphs.PutGlyphPixel(9, 3, 4, !glyphs.GetGlyphPixel(9, 3, 4));
+    world->RedrawAll();
+    const auto shown = [](const Dobject& node) { return getpixel(node.vSurf.get(), 3, 4); };
+    Choose(*shelf, kCmdPasteOnObject);
+    EXPECT_EQ(shown(*shelf->children.front()->children.front()), shown(*bulb));
+
+    glyphs.PutGlyphPixel(9, 3, 4, !glyphs.GetGlyphPixel(9, 3, 4));
+    world->RedrawAll();
+    Select(*shelf);
+    vPanelMode = kPanelProperties;
+    script.frame->Edit().events->OnKeyDown(kKeySpace);
+    EXPECT_EQ(shown(*shelf->children.back()->children.front()), shown(*bulb)) << "by the key";
+
+    glyphs.PutGlyphPixel(9, 3, 4, !glyphs.GetGlyphPixel(9, 3, 4));
+    world->RedrawAll();
+    script.ExpectDialog("Object ClipBoard", [](ScriptedForm& form) { form.Click(kIdOk); });
+    DoObjectClipBoard().Run();
+    EXPECT_EQ(shown(*vObjectClip->children.front()), shown(*bulb)) << "in the dialog";
 }
 
 TEST_F(Tree, Moves) {

@@ -7,6 +7,7 @@
 #include "tests/support/random_world.h"
 #include "tests/support/temp_folder.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <cstdlib>
 #include <filesystem>
@@ -55,10 +56,10 @@ constexpr const char* kBadPlaces[] = {
 
 // A sheet's picture and a clipboard's are of the same form but not of the same use: what a
 // clipboard has saved may be too large for a font.
-bool IsSheet(const QFileDialog& dialog) {
-    return dialog.parent() && dialog.parent()->inherits("QDialog") &&
-           qobject_cast<const QWidget*>(dialog.parent())->windowTitle() ==
-               QLatin1String("Font Edit");
+bool IsFontEditOpen() {
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->windowTitle() == QLatin1String("Font Edit")) return true;
+    return false;
 }
 
 }  // namespace
@@ -155,7 +156,7 @@ Files::Answer Files::AnswerFor(const QFileDialog& dialog, Chance& chance) const 
         return {*this / name, true};
     }
     const DialogKind& kind = KindOf(dialog);
-    const bool clipColors = kind.stem == std::string("bmp") && !IsSheet(dialog);
+    const bool clipColors = kind.stem == std::string("bmp") && !IsFontEditOpen();
     const std::string stem = clipColors ? "clip" : kind.stem;
     const std::string number = std::to_string(chance.Below(3));
     if (save) return {*this / (stem + "-saved" + number), false};
