@@ -17,7 +17,6 @@
 
 using namespace platform;
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 namespace {
 

@@ -17,7 +17,6 @@
 #include <set>
 
 using namespace platform;
-using testing::ElementsAre;
 
 namespace {
 

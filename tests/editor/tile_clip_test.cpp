@@ -210,7 +210,7 @@ TEST_F(TileClip, TheFirstCellAloneTellsTheKind) {
 TEST_F(TileClip, WhatCannotBeReadLeavesTheClipboardAsItWas) {
     PutRandom(4, 4, 15, 3);
     const std::vector<Dtile> before = vTileClip;
-    const auto zip = [&](const char* name, std::vector<PlainEntry> entries) {
+    const auto zip = [&](const char* name, const std::vector<PlainEntry>& entries) {
         return PutFile(temp / name, MakeZip(entries));
     };
     struct Case {

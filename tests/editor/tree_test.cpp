@@ -17,7 +17,6 @@
 #include <gmock/gmock.h>
 
 using namespace platform;
-using testing::ElementsAre;
 
 namespace {
 
@@ -57,7 +56,7 @@ protected:
         later.clear();
         View().OnRButtonDown(false, {30, RowOf(node)});
     }
-    void ExpectDialog(const char* caption, std::function<void(ScriptedForm&)> person) {
+    void ExpectDialog(const char* caption, const std::function<void(ScriptedForm&)>& person) {
         later.push_back([=, this] { script.ExpectDialog(caption, person); });
     }
     void ExpectMessage(const char* text, bool answer = true) {

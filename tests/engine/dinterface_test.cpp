@@ -11,7 +11,6 @@
 #include <set>
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 namespace {
 
