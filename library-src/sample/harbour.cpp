@@ -198,18 +198,15 @@ void AddPeople(Painter& p, std::int32_t board) {
     p.AddSprite(board, "keeper", {49, 44}, 9, kKeeper,
                 "@keeper\n"
                 "#collide normal\n"
-                "#set oil 0\n"
                 "#end\n"
                 ":touch\n"
-                "#ifex oil == 1 #zap touch\n"
-                "Good evening. My lamp is dark and its oil is gone.\n"
-                "Someone hid the can in the cave behind the fall.\n"
-                "#end\n"
-                ":touch\n"
-                "You found it! Now the ships will find the harbour.\n"
+                "Good evening. The lamp is dark without its oil.\n"
+                "#ifex oil < 1 #end\n"
+                "What is that? You found the can, behind the fall!\n"
                 "#take oil 1\n"
                 "#give thanks 1\n"
                 "#play \"q.c-e-g+hc\"\n"
+                "Now the ships will find the harbour.\n"
                 "#endgame\n");
     p.AddSprite(board, "fisher", {21, 44}, 8, kFisher,
                 "@fisher\n"

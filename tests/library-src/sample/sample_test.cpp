@@ -1,5 +1,6 @@
 // The sample game as it was built: that it shows what it is for, and that its scripts are scripts.
 
+#include "engine/zip_stream.h"
 #include "tests/library-src/sample/script_faults.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
@@ -57,6 +58,16 @@ protected:
     template <typename Fits>
     int CountCells(const Dobject& node, Fits fits) {
         return static_cast<int>(std::count_if(node.tiles.begin(), node.tiles.end(), fits));
+    }
+
+    static std::string Entry(const std::string& path, const std::string& name) {
+        ZipReader archive(path);
+        EXPECT_TRUE(archive.OpenEntry(name)) << path << " " << name;
+        std::string bytes;
+        char buffer[4096];
+        for (int count; (count = archive.Read(buffer, sizeof buffer)) > 0;)
+            bytes.append(buffer, static_cast<std::size_t>(count));
+        return bytes;
     }
 
     void SetZ(Dobject& node, int z) { world->SetProperty(HandleOf(node), kPosZ, z); }
@@ -131,6 +142,13 @@ TEST_F(Sample, SpritesHaveColoursOfTheirOwn) {
         sprites += CountCells(node, [](const Dtile& t) { return Signed(t.fg) == -2; });
     });
     EXPECT_GT(sprites, 60);
+}
+
+TEST_F(Sample, ASaveChangesNothing) {
+    const TempFolder folder;
+    ASSERT_TRUE(world->Save(folder / "again.zqlt"));
+    for (const char* name : {"font.hdr", "font.raw", "game.qlt", "res.dat"})
+        EXPECT_TRUE(Entry(folder / "again.zqlt", name) == Entry(kSample, name)) << name;
 }
 
 TEST_F(Sample, ScriptsSpeakOfWhatThereIs) {
