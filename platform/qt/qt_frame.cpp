@@ -21,8 +21,8 @@ using platform::Size;
 namespace {
 
 constexpr QSize kUsualSize(1024, 768);
-// About what a window manager puts around a window; how much it is, is known too late.
-constexpr QSize kDecoration(8, 40);
+// About what a title bar takes of the screen; how much it is, is known too late.
+constexpr QSize kTitleBar(0, 40);
 
 // Bits of the native key state on X11 and Wayland; elsewhere the indicators stay dark.
 constexpr quint32 kCapsBit = 0x2;
@@ -64,7 +64,7 @@ QtFrame::QtFrame(platform::FrameEvents& listener)
         statusBar()->addPermanentWidget(locks[i]);
     }
     qApp->installEventFilter(this);
-    const QSize room = screen()->availableSize() - kDecoration;
+    const QSize room = screen()->availableSize() - kTitleBar;
     resize(kUsualSize.boundedTo(room));
 }
 
