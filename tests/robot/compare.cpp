@@ -6,57 +6,46 @@
 
 namespace {
 
-std::string KeptName(std::string name) {
-    if (name.empty()) return "_";
+KeptNode Copy(const Dobject& node) {
+    KeptNode copy;
+    // The root itself is in no file; it has the size of the view.
+    if (node.parent)
+        copy = {node.name,  node.script, node.posx,  node.posy,  node.posz,
+                node.width, node.height, node.viewx, node.viewy, node.vieww,
+                node.viewh, node.tiles,  {}};
+    if (node.evieww != 0) {
+        copy.vieww = node.evieww;
+        copy.viewh = node.eviewh;
+    }
+    for (const auto& child : node.children) copy.children.push_back(Copy(*child));
+    return copy;
+}
+
+void KeepName(std::string& name) {
+    if (name.empty()) name = "_";
     std::replace_if(
         name.begin(), name.end(),
         [](char c) { return TextScanner::IsSpace(static_cast<unsigned char>(c)); }, '_');
-    return name;
 }
 
-std::string KeptScript(std::string script) {
-    if (script.ends_with('\n')) script.pop_back();
-    return script;
-}
-
-std::vector<Dtile> KeptTiles(std::vector<Dtile> tiles) {
+void KeepTiles(std::vector<Dtile>& tiles) {
     for (Dtile& tile : tiles)
         for (std::uint16_t Dtile::*field : {&Dtile::chr, &Dtile::fg, &Dtile::bg, &Dtile::attrib})
             if (tile.*field == UINT16_MAX) tile.*field = 0;
-    return tiles;
 }
 
-KeptNode KeepFields(const Dobject& node) {
-    // The root itself is in no file; it has the size of the view.
-    if (!node.parent) return {};
-    const bool expanded = node.evieww != 0;
-    return {KeptName(node.name),
-            KeptScript(node.script),
-            node.posx,
-            node.posy,
-            node.posz,
-            node.width,
-            node.height,
-            node.viewx,
-            node.viewy,
-            expanded ? node.evieww : node.vieww,
-            expanded ? node.eviewh : node.viewh,
-            KeptTiles(node.tiles),
-            {}};
-}
-
-KeptNode KeepNode(const Dobject& node) {
-    KeptNode kept = KeepFields(node);
-    for (const auto& child : node.children) kept.children.push_back(KeepNode(*child));
-    const bool ascending = node.name == kRootName;
-    std::stable_sort(kept.children.begin(), kept.children.end(),
+void KeepNode(KeptNode& node, bool ascending) {
+    KeepName(node.name);
+    if (node.script.ends_with('\n')) node.script.pop_back();
+    KeepTiles(node.tiles);
+    for (KeptNode& child : node.children) KeepNode(child, child.name == kRootName);
+    std::stable_sort(node.children.begin(), node.children.end(),
                      [ascending](const KeptNode& a, const KeptNode& b) {
                          return ascending ? a.posz < b.posz : a.posz > b.posz;
                      });
-    return kept;
 }
 
-void KeepSheet(KeptWorld& kept, const BITMAP* sheet) {
+void CopySheet(KeptWorld& kept, const BITMAP* sheet) {
     if (!sheet) return;
     kept.sheetW = sheet->w;
     kept.sheetH = sheet->h;
@@ -119,22 +108,29 @@ std::string NodeDifference(const KeptNode& wanted, const KeptNode& found, const 
 
 }  // namespace
 
-KeptWorld Keep(Dinterface& world) {
-    KeptWorld kept;
-    kept.root = KeepNode(world.Root());
-    KeepSheet(kept, world.GetFont()->Sheet());
-    kept.videoMode = world.videoMode;
-    kept.windowed = world.windowed;
-    return kept;
+KeptWorld CopyWorld(Dinterface& world) {
+    KeptWorld copy;
+    copy.root = Copy(world.Root());
+    CopySheet(copy, world.GetFont()->Sheet());
+    copy.videoMode = world.videoMode;
+    copy.windowed = world.windowed;
+    return copy;
 }
 
-KeptWorld Keep(const Game& game) {
-    KeptWorld kept;
-    kept.root = KeepNode(game.root);
-    KeepSheet(kept, game.sheet.get());
-    kept.videoMode = game.videoMode.value_or(-1);
-    kept.windowed = game.windowed.value_or(-1);
-    return kept;
+KeptWorld CopyWorld(const Game& game) {
+    KeptWorld copy;
+    copy.root = Copy(game.root);
+    CopySheet(copy, game.sheet.get());
+    copy.videoMode = game.videoMode.value_or(-1);
+    copy.windowed = game.windowed.value_or(-1);
+    return copy;
+}
+
+KeptWorld AsFileKeeps(KeptWorld world) {
+    for (KeptNode& board : world.root.children) KeepNode(board, board.name == kRootName);
+    std::stable_sort(world.root.children.begin(), world.root.children.end(),
+                     [](const KeptNode& a, const KeptNode& b) { return a.posz < b.posz; });
+    return world;
 }
 
 void ShowFirstBoard(KeptWorld& kept) {

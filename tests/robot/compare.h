@@ -2,8 +2,8 @@
 //
 // A file does not keep everything: expanded nodes come back collapsed, siblings in the order of
 // their z, names without blanks, a field of 65535 as 0, a script without its last line feed;
-// flags and undo snapshots not at all. The copy is taken as a file would keep it, so that every
-// difference counts.
+// flags and undo snapshots not at all. Once the copy of the world has been changed accordingly,
+// every difference counts.
 #pragma once
 
 #include "engine/dinterface.h"
@@ -29,10 +29,12 @@ struct KeptWorld {
     std::int32_t videoMode = 0, windowed = 0;
 };
 
-/// The world as a file keeps it.
-KeptWorld Keep(Dinterface& world);
-/// What has been read from a file.
-KeptWorld Keep(const Game& game);
+/// The world as it stands, and what has been read from a file.
+KeptWorld CopyWorld(Dinterface& world);
+KeptWorld CopyWorld(const Game& game);
+
+/// A copy of the world as a file would give it back.
+KeptWorld AsFileKeeps(KeptWorld world);
 
 /// Opening a game shows its first board and parks the others.
 void ShowFirstBoard(KeptWorld& kept);

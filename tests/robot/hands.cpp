@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QWheelEvent>
+#include <QWindow>
 #include <QtTest>
 
 namespace {
@@ -19,6 +20,23 @@ void SendMouse(QWidget& widget, QEvent::Type type, QPoint at, Qt::MouseButton ch
 
 void PressKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with) {
     QTest::keyClick(&widget, key, with);
+}
+
+void PressWindowKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with) {
+    const QPointer<QWindow> window(widget.window()->windowHandle());
+    const bool letter = key >= Qt::Key_A && key <= Qt::Key_Z;
+    const QString text = letter && !with ? QString(QChar(key)) : QString();
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        if (!window) return;
+        QKeyEvent event(type, key, with, text);
+        QApplication::sendEvent(window, &event);
+    }
+}
+
+void ComposeText(QWidget& widget, const QString& text) {
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QApplication::sendEvent(&widget, &event);
 }
 
 void TypeText(QWidget& widget, const QString& text) {

@@ -11,6 +11,13 @@
 /// A key down and up, accelerators and mnemonics included.
 void PressKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier);
 
+/// The same by way of the window, which gives it to whatever has the keyboard. Accelerators
+/// are not looked for.
+void PressWindowKey(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with);
+
+/// A text that an input method has composed.
+void ComposeText(QWidget& widget, const QString& text);
+
 /// Each character as one key press, whatever keyboard could have typed it.
 void TypeText(QWidget& widget, const QString& text);
 

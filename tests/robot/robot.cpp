@@ -184,7 +184,7 @@ void Robot::StartSaving(const Scene& scene) {
     const std::string fault = WorldFault() + SurfaceFault();
     if (!fault.empty()) Finding(fault);
     Say("save the world, open it and compare");
-    wanted = Keep(*vWorld);
+    wanted = AsFileKeeps(CopyWorld(*vWorld));
     std::remove(CheckFile().c_str());
     phase = Phase::Saving;
     Choose(scene, "Save &As...");
@@ -196,7 +196,7 @@ void Robot::StartOpening(const Scene& scene) {
     if (!ReadGame(
             CheckFile(), [] { return 0; }, game, fault))
         Finding("the saved game cannot be read: " + fault.text);
-    const std::string difference = Difference(wanted, Keep(game));
+    const std::string difference = Difference(wanted, CopyWorld(game));
     if (!difference.empty()) Finding("the saved game differs: " + difference);
     phase = Phase::Opening;
     Choose(scene, "&Open...");
@@ -204,7 +204,7 @@ void Robot::StartOpening(const Scene& scene) {
 
 void Robot::EndCheck() {
     ShowFirstBoard(wanted);
-    const std::string difference = Difference(wanted, Keep(*vWorld));
+    const std::string difference = Difference(wanted, CopyWorld(*vWorld));
     if (!difference.empty()) Finding("the opened game differs: " + difference);
     const std::string fault = WorldFault() + SurfaceFault();
     if (!fault.empty()) Finding(fault);

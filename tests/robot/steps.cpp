@@ -18,7 +18,8 @@ constexpr StepKind kKinds[] = {
     {Place::Window, 14, ListClickStep},   {Place::Window, 3, ListDragStep},
     {Place::Window, 3, SwapPanelStep},    {Place::Window, 6, WheelStep},
     {Place::Window, 10, ControlStep},     {Place::Window, 8, MenuBarStep},
-    {Place::Window, 2, TabStep},          {Place::Window, 2, ResizeStep},
+    {Place::Window, 5, AcceleratorStep},  {Place::Window, 2, TabStep},
+    {Place::Window, 1, ClipboardStep},    {Place::Window, 2, ResizeStep},
     {Place::Window, 2, SplitterStep},     {Place::Window, 1, CloseStep},
 
     {Place::Menu, 10, MenuChooseStep},    {Place::Menu, 3, MenuKeyStep},
@@ -31,9 +32,9 @@ constexpr StepKind kKinds[] = {
 
     {Place::Dialog, 40, ControlStep},     {Place::Dialog, 12, KeyStep},
     {Place::Dialog, 6, TextStep},         {Place::Dialog, 4, TabStep},
-    {Place::Dialog, 6, MenuBarStep},      {Place::Dialog, 2, WheelStep},
-    {Place::Dialog, 1, EscapeStep},       {Place::Dialog, 1, EnterStep},
-    {Place::Dialog, 1, CloseStep},
+    {Place::Dialog, 8, MenuBarStep},      {Place::Dialog, 1, ClipboardStep},
+    {Place::Dialog, 2, WheelStep},        {Place::Dialog, 1, EscapeStep},
+    {Place::Dialog, 1, EnterStep},        {Place::Dialog, 1, CloseStep},
 };
 
 }  // namespace

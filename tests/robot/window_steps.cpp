@@ -6,6 +6,8 @@
 #include "tests/robot/hands.h"
 
 #include <QAbstractScrollArea>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeySequence>
 #include <QSplitterHandle>
 
@@ -129,14 +131,26 @@ void KeyStep(Robot& robot, const Scene& scene) {
     QWidget& target = KeyTarget(scene);
     robot.Say("key " + Shown(with) + ToUtf8(QKeySequence(chosen).toString()) + " to " +
               NameOf(target));
-    PressKey(target, chosen, with);
+    if (robot.chance.OneIn(8))
+        PressWindowKey(target, chosen, with);
+    else
+        PressKey(target, chosen, with);
 }
 
 void TextStep(Robot& robot, const Scene& scene) {
     const QString text = RandomText(robot);
     QWidget& target = KeyTarget(scene);
     robot.Say("type \"" + ToUtf8(text) + "\" to " + NameOf(target));
-    TypeText(target, text);
+    if (robot.chance.OneIn(6))
+        ComposeText(target, text);
+    else
+        TypeText(target, text);
+}
+
+void ClipboardStep(Robot& robot, const Scene&) {
+    const QString text = RandomText(robot) + QStringLiteral("\r\n") + RandomText(robot);
+    robot.Say("clipboard \"" + ToUtf8(text) + "\"");
+    QGuiApplication::clipboard()->setText(text);
 }
 
 void TabStep(Robot& robot, const Scene& scene) {
@@ -242,7 +256,7 @@ void SwapPanelStep(Robot& robot, const Scene& scene) {
 
 void WheelStep(Robot& robot, const Scene& scene) {
     const std::vector<QWidget*> targets = WheelTargets(*scene.Top());
-    if (targets.empty()) return robot.Say("no wheel");
+    if (targets.empty()) return KeyStep(robot, scene);
     QWidget& target = *robot.chance.Pick(targets);
     constexpr int kTurns[] = {120, -120, 360, -240, 15};
     const int turn = robot.chance.Pick(kTurns);
@@ -268,6 +282,11 @@ void SplitterStep(Robot& robot, const Scene& scene) {
 }
 
 void ResizeStep(Robot& robot, const Scene& scene) {
+    if (robot.chance.OneIn(6)) {
+        robot.Say("maximise or restore");
+        scene.window->setWindowState(scene.window->windowState() ^ Qt::WindowMaximized);
+        return;
+    }
     const QSize size(robot.chance.Roll(800, 1900), robot.chance.Roll(600, 1200));
     robot.Say("resize to " + Shown(QPoint(size.width(), size.height())));
     scene.window->resize(size);

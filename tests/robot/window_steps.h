@@ -6,6 +6,8 @@
 /// A key, often with modifiers, or some text, for whatever has the keyboard.
 void KeyStep(Robot& robot, const Scene& scene);
 void TextStep(Robot& robot, const Scene& scene);
+/// Puts text of another program on the clipboard.
+void ClipboardStep(Robot& robot, const Scene& scene);
 void TabStep(Robot& robot, const Scene& scene);
 void EnterStep(Robot& robot, const Scene& scene);
 void EscapeStep(Robot& robot, const Scene& scene);
