@@ -84,11 +84,24 @@ void Files::Remove() {
     std::filesystem::remove_all(folder);
 }
 
+namespace {
+
+// All attributes, which a random world does without.
+void Scatter(Dobject& node, Chance& chance) {
+    constexpr int kAttributes = 4;
+    for (Dtile& tile : node.tiles)
+        if (chance.OneIn(3)) tile.attrib = static_cast<std::uint16_t>(chance.Below(kAttributes));
+    for (const auto& child : node.children) Scatter(*child, chance);
+}
+
+}  // namespace
+
 void Files::MakeGoodFiles(Chance& chance) {
     std::mt19937 worlds(static_cast<std::uint32_t>(chance.Below(INT32_MAX)));
     Dinterface world;
     for (const char* name : {"game-good.zqlt", "game-good \xc3\xbc.zqlt", "game-good.2.zqlt"}) {
         PlantRandomWorld(world, worlds);
+        Scatter(world.Root(), chance);
         world.Save(*this / name);
     }
     for (const char* name : {"object-good.zobj", "object-good \xc3\xa9.zobj"}) {

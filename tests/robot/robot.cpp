@@ -199,6 +199,10 @@ void Robot::StartOpening(const Scene& scene) {
     const std::string difference = Difference(wanted, CopyWorld(game));
     if (!difference.empty()) Finding("the saved game differs: " + difference);
     phase = Phase::Opening;
+    // Nothing of the world that is opened may be there already.
+    Choose(scene, "&New");
+    vWorld->videoMode = (wanted.videoMode + 1) % kVideoModes;
+    vWorld->windowed = wanted.windowed == 0;
     Choose(scene, "&Open...");
 }
 
