@@ -25,6 +25,24 @@ int RoomFor(int pixels) { return (pixels & ~(kTileSize - 1)) + kTileSize; }
 
 int Truncated(double value) { return static_cast<int>(std::trunc(value)); }
 
+// What a screen reader tells: the cursor's place in the selected node, and what stands there.
+std::string Describe(Point cursor) {
+    const HandleGuard object(vWorld->GetCurrentObject());
+    const char* name = vWorld->GetName(object);
+    if (!name) return {};
+    vWorld->WorldToLocal(object, cursor.x, cursor.y);
+    std::string text =
+        std::string(name) + ", " + std::to_string(cursor.x) + " x " + std::to_string(cursor.y);
+    int chr = 0;
+    int fg = 0;
+    int bg = 0;
+    int attrib = 0;
+    if (!vWorld->GetTile(object, cursor.x, cursor.y, chr, fg, bg, attrib))
+        return text + ": outside the grid";
+    return text + ": glyph " + std::to_string(chr) + ", colour " + std::to_string(fg) + " on " +
+           std::to_string(bg) + ", attribute " + std::to_string(attrib);
+}
+
 }  // namespace
 
 CQuiltView::CQuiltView(ViewHost& panes)
@@ -115,6 +133,7 @@ void CQuiltView::OnDraw(platform::Window& own) {
     const double zoom = static_cast<double>(vZoom);
     own.ShowPicture({vBackBuffer->line, vBackW, vBackH},
                     {Truncated(vBackW / zoom), Truncated(vBackH / zoom)});
+    own.SetDescription(Describe(Cursor()));
 }
 
 // --- places ------------------------------------------------------------------------------------

@@ -98,8 +98,12 @@ TEST_F(View, NormalModeStampsOnSpaceAndWhileShiftIsHeld) {
     Keys({kKeyRight, kKeyRight, kKeySpace});
     EXPECT_EQ(Row(0), "....1111.1");
     EXPECT_EQ(*board->GetTile(4, 0), (Dtile{1, 15, 1, 0}));
+    window.Paint();
+    EXPECT_EQ(window.description, "board, 9 x 0: glyph 1, colour 15 on 1, attribute 0");
     Keys({kKeyRight, kKeySpace, kKeyUp, kKeySpace});
     EXPECT_EQ(view.Cursor(), (Point{10, -1})) << "the cursor may leave the grid";
+    window.Paint();
+    EXPECT_EQ(window.description, "board, 10 x -1: outside the grid");
 }
 
 TEST_F(View, TabModeStampsEveryStep) {
