@@ -34,7 +34,8 @@ QImage WithFewColors(const QImage& image) {
     for (const auto& [count, color] : byCount)
         if (static_cast<std::size_t>(table.size()) < kColors) table.push_back(color);
     std::map<QRgb, int> index;
-    for (const auto& [color, count] : counts) {
+    for (const auto& [used, count] : counts) {
+        const QRgb color = used;  // a lambda of clang 14 captures no binding
         const auto nearest = std::min_element(table.begin(), table.end(), [&](QRgb a, QRgb b) {
             return Distance(a, color) < Distance(b, color);
         });
