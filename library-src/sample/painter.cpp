@@ -101,8 +101,6 @@ void Painter::Disc(Box box, Brush brush) {
     for (; box.left <= box.right; ++box.left, --box.right) Ellipse(box, brush);
 }
 
-void Painter::Flood(Point at, Brush brush) { Do(kCmdFloodFill, at, at, brush); }
-
 void Painter::FloodShade(Point at, Brush colors, const Shading& shading) {
     Run(kCmdFloodFadeNormal, {at.x, at.y, at.x, at.y}, colors, shading);
 }
@@ -126,10 +124,6 @@ void Painter::SameAsRamp(Point from, Point to, int low, int high) {
 void Painter::Copy(Box box) { Run(kCmdCopyFill, box, {}); }
 
 void Painter::Paste(Box box) { Run(kCmdPasteFill, box, {}); }
-
-void Painter::Sprite(Point at, int glyph) {
-    Do(kCmdPasteSprite, at, {at.x + 1, at.y + 1}, {glyph, 0, 0, 1});
-}
 
 void Painter::Type(Point at, const std::string& text, Brush colors) {
     const HandleGuard h(vWorld->GetCurrentObject());
@@ -162,7 +156,7 @@ std::int32_t Painter::AddObject(std::int32_t parent, const std::string& name, Bo
 std::int32_t Painter::AddSprite(std::int32_t parent, const std::string& name, Point at, int z,
                                 int glyph, const char* script) {
     const std::int32_t id = AddObject(parent, name, {at.x, at.y, at.x + 1, at.y + 1}, z, script);
-    Sprite({0, 0}, glyph);
+    Run(kCmdPasteSprite, {0, 0, 1, 1}, {glyph, 0, 0, 1});
     return id;
 }
 
@@ -170,7 +164,8 @@ std::int32_t Painter::MakeObject(const std::string& name, Box from, int z, const
     objectName = name;
     Run(kCmdMakeObject, from, {});
     const HandleGuard object(vWorld->GetCurrentObject());
-    MoveTo(TopLeft(from));
+    vWorld->SetProperty(object, kPosX, from.left);
+    vWorld->SetProperty(object, kPosY, from.top);
     vWorld->SetProperty(object, kPosZ, z);
     vWorld->SetScript(object, script);
     return vWorld->GetId(object);
@@ -203,9 +198,4 @@ void Painter::SetViewport(Box shown) {
     SetCurrent(kViewY, shown.top);
     SetCurrent(kViewW, shown.right - shown.left + 1);
     SetCurrent(kViewH, shown.bottom - shown.top + 1);
-}
-
-void Painter::MoveTo(Point at) {
-    SetCurrent(kPosX, at.x);
-    SetCurrent(kPosY, at.y);
 }

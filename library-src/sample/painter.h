@@ -67,7 +67,6 @@ public:
     void Disc(Box box, Brush brush);
 
     // --- what is connected to a cell, and what looks like it -----------------------------------
-    void Flood(platform::Point at, Brush brush);
     void FloodShade(platform::Point at, Brush colors, const Shading& shading);
     void FloodSlime(platform::Point at, Brush colors, const Shading& shading);
     void FloodRings(platform::Point at, Brush colors, const Shading& shading);
@@ -76,11 +75,9 @@ public:
     void FloodRamp(platform::Point from, platform::Point to, int low, int high);
     void SameAsRamp(platform::Point from, platform::Point to, int low, int high);
 
-    // --- clipboard, sprites, text --------------------------------------------------------------
+    // --- clipboard and text --------------------------------------------------------------------
     void Copy(Box box);
     void Paste(Box box);
-    /// The sprite of 2 by 2 glyphs that begins with that one, its left top cell at a place.
-    void Sprite(platform::Point at, int glyph);
     /// What "Add Text" types.
     void Type(platform::Point at, const std::string& text, Brush colors);
 
@@ -90,17 +87,16 @@ public:
     /// A new object on the one given, with empty cells, which becomes the current one.
     std::int32_t AddObject(std::int32_t parent, const std::string& name, Box place, int z,
                            const char* script);
-    /// An object that shows one sprite.
+    /// An object that shows one sprite of 2 by 2 glyphs, the first of which is given.
     std::int32_t AddSprite(std::int32_t parent, const std::string& name, platform::Point at, int z,
                            int glyph, const char* script);
     /// "Make Object" from an area of the current object, which keeps its tiles. The new object
     /// stands where the area is and becomes the current one.
     std::int32_t MakeObject(const std::string& name, Box from, int z, const char* script);
     void Select(std::int32_t id);
-    /// What the dialogs "Size", "Viewport" and "Location" write.
+    /// What the dialogs "Size" and "Viewport" write.
     void SetSize(int w, int h);
     void SetViewport(Box shown);
-    void MoveTo(platform::Point at);
 
     bool RunAreaDialog(AreaDialog dialog) override;
     void EditName() override;

@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -26,12 +25,15 @@ std::vector<fs::path> Documents() {
     return found;
 }
 
-// The targets of links and pictures, as they are written.
+// The targets of links and pictures, as they are written but for the heading in a document.
 std::vector<std::string> Targets(const std::string& text) {
-    static const std::regex link(R"(\]\(([^)#]+)(#[^)]*)?\))");
+    constexpr const char* kStart = "](";
     std::vector<std::string> targets;
-    for (std::sregex_iterator it(text.begin(), text.end(), link), end; it != end; ++it)
-        targets.push_back((*it)[1]);
+    for (std::size_t at = 0; (at = text.find(kStart, at)) != text.npos;) {
+        at += 2;
+        const std::size_t end = text.find_first_of("#)", at);
+        if (end != at) targets.push_back(text.substr(at, end - at));
+    }
     return targets;
 }
 
