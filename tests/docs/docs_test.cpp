@@ -25,16 +25,40 @@ std::vector<fs::path> Documents() {
     return found;
 }
 
-// The targets of links and pictures, as they are written but for the heading in a document.
-std::vector<std::string> Targets(const std::string& text) {
+struct Link {
+    std::string file;     ///< as it is written; empty for the document itself
+    std::string heading;  ///< empty for none
+};
+
+// The targets of links and pictures.
+std::vector<Link> Links(const std::string& text) {
     constexpr const char* kStart = "](";
-    std::vector<std::string> targets;
+    std::vector<Link> links;
     for (std::size_t at = 0; (at = text.find(kStart, at)) != text.npos;) {
         at += 2;
-        const std::size_t end = text.find_first_of("#)", at);
-        if (end != at) targets.push_back(text.substr(at, end - at));
+        const std::string target = text.substr(at, text.find(')', at) - at);
+        const std::size_t mark = std::min(target.find('#'), target.size());
+        links.push_back({target.substr(0, mark), target.substr(std::min(mark + 1, target.size()))});
     }
-    return targets;
+    return links;
+}
+
+// The headings of a document as links call them: small letters, digits and hyphens for blanks.
+std::set<std::string> Headings(const fs::path& document) {
+    std::istringstream text(FileBytes(document));
+    std::set<std::string> headings;
+    for (std::string line; std::getline(text, line);) {
+        if (!line.starts_with("#")) continue;
+        std::string name;
+        for (const char c : line.substr(line.find_first_not_of("# "))) {
+            if (std::isalnum(static_cast<unsigned char>(c)) || c == '-')
+                name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+            else if (c == ' ')
+                name += '-';
+        }
+        headings.insert(name);
+    }
+    return headings;
 }
 
 using Row = std::vector<std::string>;
@@ -102,23 +126,28 @@ void CollectShortcuts(const platform::Menu& menu, std::map<std::string, std::str
 }  // namespace
 
 TEST(Docs, LinksLeadSomewhere) {
-    int links = 0;
+    int links = 0, headings = 0;
     for (const fs::path& document : Documents()) {
-        for (const std::string& target : Targets(FileBytes(document))) {
-            if (target.starts_with("http")) continue;
-            EXPECT_TRUE(fs::exists(document.parent_path() / target))
-                << document.filename() << ": " << target;
+        for (const Link& link : Links(FileBytes(document))) {
+            if (link.file.starts_with("http")) continue;
+            const fs::path file = link.file.empty() ? document : document.parent_path() / link.file;
+            EXPECT_TRUE(fs::exists(file)) << document.filename() << ": " << link.file;
             ++links;
+            if (link.heading.empty()) continue;
+            EXPECT_TRUE(Headings(file).contains(link.heading))
+                << document.filename() << ": " << link.file << "#" << link.heading;
+            ++headings;
         }
     }
-    EXPECT_GT(links, 30);
+    EXPECT_GT(links, 60);
+    EXPECT_GT(headings, 15);
 }
 
 TEST(Docs, EveryPictureIsUsed) {
     std::set<std::string> used;
     for (const fs::path& document : Documents())
-        for (const std::string& target : Targets(FileBytes(document)))
-            used.insert(fs::path(target).filename());
+        for (const Link& link : Links(FileBytes(document)))
+            used.insert(fs::path(link.file).filename());
     std::uintmax_t bytes = 0;
     for (const auto& picture : fs::directory_iterator(kSource / "docs/pictures")) {
         EXPECT_TRUE(used.contains(picture.path().filename())) << picture.path();
