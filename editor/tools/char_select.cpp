@@ -2,6 +2,7 @@
 
 #include "editor/view/brush.h"
 #include "engine/dinterface.h"
+#include "platform/keys.h"
 
 #include <algorithm>
 #include <string>
@@ -13,6 +14,18 @@ namespace {
 
 constexpr int kUsualSheet = 16 * kTileSize;  // pixels across
 constexpr double kTilesPerPixel = 0.125;
+
+enum Direction { kUp, kRight, kDown, kLeft };  // of Dfont::NeighbourGlyph
+
+struct GlyphKey {
+    int key;
+    Direction direction;
+};
+constexpr GlyphKey kKeys[] = {
+    {platform::kKeyUp, kUp},        {platform::kKeyPageUp, kUp},   {platform::kKeyRight, kRight},
+    {platform::kKeyDelete, kRight}, {platform::kKeyDown, kDown},   {platform::kKeyPageDown, kDown},
+    {platform::kKeyLeft, kLeft},    {platform::kKeyInsert, kLeft},
+};
 
 // The tile under a window pixel, counted from the sheet's corner.
 int TileAt(int pixel, int scroll, int tile) { return (pixel - scroll * tile) / tile; }
@@ -42,17 +55,33 @@ void CharSelect::OnDraw(platform::Window& own) {
     own.SetDescription("Glyph " + std::to_string(vBrush.chr));
 }
 
-void CharSelect::Pick(platform::Point at) {
+void CharSelect::Pick(int glyph) {
+    vBrush.chr = glyph;
+    if (vBrush.fg == kSpriteMark) UpdateHoleHint();
+    Call(repaintPreview);
+    Call(repaintCharEdit);
+}
+
+void CharSelect::PickAt(platform::Point at) {
     const Dfont& glyphs = *vWorld->GetFont();
     const int x = kTileSize * TileAt(at.x, vCharScrollX, zoom * kTileSize);
     const int y = kTileSize * TileAt(at.y, vCharScrollY, zoom * kTileSize);
     if (x < 0 || y < 0 || x >= glyphs.Sheet()->w || y >= glyphs.Sheet()->h) return;
     const int glyph = glyphs.FindGlyphAt(x, y);
-    if (glyph < 0) return;
-    vBrush.chr = glyph;
-    if (vBrush.fg == kSpriteMark) UpdateHoleHint();
-    Call(repaintPreview);
-    Call(repaintCharEdit);
+    if (glyph >= 0) Pick(glyph);
+}
+
+// No further than needed to have the glyph in the window.
+void CharSelect::ScrollTo(int glyph) {
+    const Dfont& glyphs = *vWorld->GetFont();
+    const int columns = std::max(glyphs.Sheet()->w / kTileSize, 1);
+    const auto moved = [](int scroll, int place, int shown) {
+        return std::min(std::max(scroll, -place), shown / kTileSize - 1 - place);
+    };
+    if (!vBitmap) return;
+    vCharScrollX = std::min(moved(vCharScrollX, glyph % columns, vBitmap->w), 0);
+    vCharScrollY = std::min(moved(vCharScrollY, glyph / columns, vBitmap->h), 0);
+    Invalidate();
 }
 
 void CharSelect::Scroll(platform::Point at) {
@@ -66,7 +95,7 @@ void CharSelect::Scroll(platform::Point at) {
 void CharSelect::OnLButtonDown(bool ctrl, platform::Point at) {
     if (!ctrl) {
         mode = kPicking;
-        Pick(at);
+        PickAt(at);
         return;
     }
     mode = kScrolling;
@@ -82,7 +111,17 @@ void CharSelect::OnLButtonUp(bool, platform::Point) {
 
 void CharSelect::OnMouseMove(bool, platform::Point at) {
     if (mode == kScrolling) Scroll(at);
-    if (mode == kPicking) Pick(at);
+    if (mode == kPicking) PickAt(at);
+}
+
+void CharSelect::OnKeyDown(int code) {
+    for (const GlyphKey& binding : kKeys) {
+        if (binding.key != code) continue;
+        const int glyph = vWorld->GetFont()->NeighbourGlyph(vBrush.chr, binding.direction);
+        if (glyph < 0) return;
+        Pick(glyph);
+        ScrollTo(glyph);
+    }
 }
 
 void CharSelect::ScrollDown(double part) {

@@ -2,7 +2,9 @@
 // leaves a window half empty.
 //
 // A press and a drag put the glyph under the mouse into vBrush; Ctrl at the press scrolls
-// instead, a tile for each eight pixels. The current glyph is not marked.
+// instead, a tile for each eight pixels. The current glyph is not marked. The arrow keys go on to
+// the glyph beside it, and so do Insert and Delete (back, on), Page Up and Page Down (up, down),
+// for a dialog that has another use for the arrows; the sheet scrolls along.
 #pragma once
 
 #include "editor/tools/picture_control.h"
@@ -20,6 +22,8 @@ public:
     void OnLButtonDown(bool ctrl, platform::Point at) override;
     void OnLButtonUp(bool ctrl, platform::Point at) override;
     void OnMouseMove(bool ctrl, platform::Point at) override;
+    bool TakesKeys() const override { return true; }
+    void OnKeyDown(int key) override;
 
     /// Scrolls to a part of the way down the sheet: 0 shows its top, 1 its bottom.
     void ScrollDown(double part);
@@ -30,7 +34,9 @@ public:
 private:
     enum DragMode { kIdle, kScrolling, kPicking };
 
-    void Pick(platform::Point at);
+    void Pick(int glyph);
+    void PickAt(platform::Point at);
+    void ScrollTo(int glyph);
     void Scroll(platform::Point at);
 
     DragMode mode = kIdle;

@@ -49,21 +49,33 @@ void ColorSelect::OnDraw(platform::Window& own) {
                                                          : "No colour");
 }
 
-void ColorSelect::Choose(platform::Point at) {
-    const platform::Size cell = Cell();
-    const bool inside =
-        at.x >= 0 && at.x < kColumns * cell.w && at.y >= 0 && at.y < kColors / kColumns * cell.h;
-    if (!inside) return;
-    vBrush.*field = at.x / cell.w + kColumns * (at.y / cell.h);
+void ColorSelect::Choose(int color) {
+    vBrush.*field = color;
     Invalidate();
     Call(repaintPreview);
 }
 
+void ColorSelect::ChooseAt(platform::Point at) {
+    const platform::Size cell = Cell();
+    const bool inside =
+        at.x >= 0 && at.x < kColumns * cell.w && at.y >= 0 && at.y < kColors / kColumns * cell.h;
+    if (inside) Choose(at.x / cell.w + kColumns * (at.y / cell.h));
+}
+
 void ColorSelect::OnLButtonDown(bool, platform::Point at) {
     pressed = true;
-    Choose(at);
+    ChooseAt(at);
 }
 
 void ColorSelect::OnMouseMove(bool, platform::Point at) {
-    if (pressed) Choose(at);
+    if (pressed) ChooseAt(at);
+}
+
+void ColorSelect::OnKeyDown(int code) {
+    const platform::Point step = ArrowStep(code);
+    if (step == platform::Point{}) return;
+    const int from = std::clamp(vBrush.*field, 0, kColors - 1);
+    const int to = from + step.x + step.y * kColumns;
+    const bool beside = from % kColumns + step.x < 0 || from % kColumns + step.x >= kColumns;
+    if (!beside && to >= 0 && to < kColors) Choose(to);
 }

@@ -20,7 +20,7 @@ constexpr int kNone = -1;
 
 constexpr Control kControls[] = {
     {kClipPicture, ControlKind::Picture, "Tile clipboard", 7, 7, 157, 156, 0, 0,
-     "The tiles of the clipboard; drag to move them"},
+     "The tiles of the clipboard; drag or use the arrow keys to move them"},
     {kClipSkip, ControlKind::CheckBox, "Skip 0 0 0 0 Tiles", 7, 169, 90, 10, 0, 0,
      "Pasting leaves out empty tiles"},
     {platform::kIdOk, ControlKind::DefaultButton, "OK", 98, 167, 30, 13, 0, 0,

@@ -10,9 +10,8 @@ constexpr double kTilesPerPixel = 0.125;
 
 int WholeTiles(int pixels) { return (pixels + kTileSize - 1) / kTileSize * kTileSize; }
 
-int Scrolled(int at, int press, int scroll, int shown, int content) {
-    const int wanted = static_cast<int>((at - press) * kTilesPerPixel + scroll);
-    return std::min(std::max(wanted, shown - content), 0);
+int Dragged(int at, int press, int scroll) {
+    return static_cast<int>((at - press) * kTilesPerPixel + scroll);
 }
 
 }  // namespace
@@ -39,10 +38,20 @@ void DragViewer::OnLButtonUp(bool, platform::Point) {
     dragging = false;
 }
 
-void DragViewer::OnMouseMove(bool, platform::Point at) {
-    if (!dragging) return;
+void DragViewer::ScrollTo(platform::Point wanted) {
     const platform::Size content = ContentTiles();
-    scroll = {Scrolled(at.x, press.x, pressScroll.x, room.w, content.w),
-              Scrolled(at.y, press.y, pressScroll.y, room.h, content.h)};
+    scroll = {std::min(std::max(wanted.x, room.w - content.w), 0),
+              std::min(std::max(wanted.y, room.h - content.h), 0)};
     Invalidate();
+}
+
+void DragViewer::OnMouseMove(bool, platform::Point at) {
+    if (dragging)
+        ScrollTo({Dragged(at.x, press.x, pressScroll.x), Dragged(at.y, press.y, pressScroll.y)});
+}
+
+// The content moves against the arrow, as with a scroll bar.
+void DragViewer::OnKeyDown(int code) {
+    const platform::Point step = ArrowStep(code);
+    if (step != platform::Point{}) ScrollTo({scroll.x - step.x, scroll.y - step.y});
 }

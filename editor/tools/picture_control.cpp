@@ -1,6 +1,7 @@
 #include "editor/tools/picture_control.h"
 
 #include "engine/report.h"
+#include "platform/keys.h"
 
 #include <algorithm>
 
@@ -16,4 +17,19 @@ void PictureControl::Show(platform::Window& own) const {
 
 void PictureControl::ShowDoubled(platform::Window& own) const {
     own.ShowPicture({vBitmap->line, vBitmap->w, vBitmap->h}, {vBitmap->w * 2, vBitmap->h * 2});
+}
+
+platform::Point ArrowStep(int code) {
+    switch (code) {
+        case platform::kKeyLeft:
+            return {-1, 0};
+        case platform::kKeyRight:
+            return {1, 0};
+        case platform::kKeyUp:
+            return {0, -1};
+        case platform::kKeyDown:
+            return {0, 1};
+        default:
+            return {};
+    }
 }

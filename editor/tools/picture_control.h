@@ -32,6 +32,9 @@ protected:
     Bitmap vBitmap;
 };
 
+/// One to the right or left, or one down or up, for an arrow key; {} for any other.
+platform::Point ArrowStep(int key);
+
 /// Half a window, with the pixel that an odd size leaves over.
 inline platform::Size HalfOf(platform::Size size) { return {(size.w + 1) / 2, (size.h + 1) / 2}; }
 

@@ -60,6 +60,11 @@ PictureWidget::PictureWidget(QWidget* parent, platform::WindowEvents* listener)
     setMouseTracking(true);
 }
 
+void PictureWidget::BePartOfForm() {
+    inForm = true;
+    if (events && events->TakesKeys()) setFocusPolicy(Qt::TabFocus);
+}
+
 // --- places ------------------------------------------------------------------------------------
 
 int PictureWidget::PixelSide() const { return std::max(1, static_cast<int>(devicePixelRatioF())); }
@@ -138,6 +143,16 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     painter = &own;
     events->OnDraw(*this);
     painter = nullptr;
+    if (inForm && hasFocus()) PaintFocus(own);
+}
+
+// Two lines, so that one of them is seen on any picture.
+void PictureWidget::PaintFocus(QPainter& own) const {
+    const QRectF all(0.5, 0.5, width() - 1, height() - 1);
+    own.setPen(palette().color(QPalette::Highlight));
+    own.drawRect(all);
+    own.setPen(palette().color(QPalette::HighlightedText));
+    own.drawRect(all.adjusted(1, 1, -1, -1));
 }
 
 int PictureWidget::TrackPopupMenu(const platform::Menu& menu, Point screen) {
@@ -207,8 +222,11 @@ bool PictureWidget::focusNextPrevChild(bool next) {
 void PictureWidget::keyPressEvent(QKeyEvent* event) {
     const bool alt = event->modifiers() & Qt::AltModifier;
     const bool ctrl = event->modifiers() & Qt::ControlModifier;
-    if (!events || (alt && !ctrl)) return QWidget::keyPressEvent(event);
     const int code = KeyCode(*event);
+    const bool moves = (code >= platform::kKeyPageUp && code <= platform::kKeyDown) ||
+                       code == platform::kKeyInsert || code == platform::kKeyDelete;
+    const bool forForm = inForm && (!moves || ctrl);
+    if (!events || forForm || (alt && !ctrl)) return QWidget::keyPressEvent(event);
     if (code == platform::kKeyShift) shiftDown = true;
     if (code) events->OnKeyDown(code);
     // Ctrl with Alt types the third level of some keyboards, as AltGr does.
@@ -217,7 +235,7 @@ void PictureWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 void PictureWidget::keyReleaseEvent(QKeyEvent* event) {
-    if (!events || event->isAutoRepeat()) return;
+    if (!events || inForm || event->isAutoRepeat()) return;
     const int code = KeyCode(*event);
     if (code == platform::kKeyShift) shiftDown = false;
     if (code) events->OnKeyUp(code);

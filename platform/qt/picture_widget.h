@@ -19,6 +19,8 @@ class PictureWidget : public QWidget, public platform::Window {
 public:
     /// `listener` may be null: an empty area. It outlives the widget.
     PictureWidget(QWidget* parent, platform::WindowEvents* listener);
+    /// A form's picture: Tab stops at it if the listener takes keys.
+    void BePartOfForm();
 
     // platform::Window
     platform::Size ClientSize() const override;
@@ -51,11 +53,13 @@ private:
     QSize DeviceSize() const;
     platform::Point WindowPoint(QPointF at) const;
     void Press(QMouseEvent& event);
+    void PaintFocus(QPainter& own) const;
 
     platform::WindowEvents* events;
     QPainter* painter = nullptr;  ///< during OnDraw
     QImage frame;                 ///< what is shown, in device pixels
     bool captured = false;
+    bool inForm = false;
     bool shiftDown = false;
     int wheel = 0;  ///< turns that are not yet a whole notch
 };

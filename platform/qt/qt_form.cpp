@@ -131,8 +131,11 @@ QWidget* QtForm::MakeControl(const Control& control) {
         case ControlKind::Slider:
         case ControlKind::VSlider:
             return MakeSlider(control);
-        case ControlKind::Picture:
-            return new PictureWidget(this, events.PictureEvents(control.id));
+        case ControlKind::Picture: {
+            auto* picture = new PictureWidget(this, events.PictureEvents(control.id));
+            picture->BePartOfForm();
+            return picture;
+        }
         case ControlKind::Code:
             return MakeCode(control);
         default:

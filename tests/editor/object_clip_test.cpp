@@ -2,6 +2,7 @@
 
 #include "editor/view/object_clip.h"
 #include "editor/shell/do_object_clip_board.h"
+#include "platform/keys.h"
 #include "tests/support/random_world.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/temp_folder.h"
@@ -86,6 +87,10 @@ TEST_F(ObjectClip, PassesAnObjectFromGameToGame) {
         form.Choose(kObjectSave);
         const int columns = (Viewer(form).size.w + 1) / 2 / 8;
         EXPECT_EQ(Drag(form, {-5000, 0}), (Point{columns - 100, 0}));
+        auto& viewer = static_cast<ObjectViewer&>(*Viewer(form).events);
+        for (int code : {kKeyRight, kKeyDown, kKeyLeft, kKeyLeft}) viewer.OnKeyDown(code);
+        EXPECT_EQ(viewer.Scroll(), (Point{columns - 98, 0})) << "two back, the first was the end";
+        for (int code : {kKeyRight, kKeyRight}) viewer.OnKeyDown(code);
         Viewer(form).Paint();
         EXPECT_EQ(Viewer(form).PixelAt((columns - 1) * 8, 16),
                   getpixel(vObjectClip->vSurf.get(), 99 * 8, 16));

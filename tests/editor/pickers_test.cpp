@@ -113,6 +113,52 @@ TEST_F(Pickers, AColorGridTakesWhatIsPressedOrSweptOver) {
     EXPECT_EQ(vBrush.fg, 255) << "the other field is another grid's";
 }
 
+TEST_F(Pickers, KeysGoOnFromWhatIsChosen) {
+    FgColorSelect grid;
+    CharSelect browser;
+    int previews = 0;
+    grid.repaintPreview = browser.repaintPreview = [&] { ++previews; };
+    Place(grid, kGridSize);
+    Place(browser, {64, 64});  // 4 by 4 tiles of the sheet's 16 by 16
+    struct Case {
+        WindowEvents& picker;
+        int code;
+        int from;
+        int to;
+    };
+    const Case cases[] = {
+        {grid, kKeyRight, 17, 18},   {grid, kKeyLeft, 17, 16},
+        {grid, kKeyDown, 17, 33},    {grid, kKeyUp, 17, 1},
+        {grid, kKeyRight, 31, 31},   {grid, kKeyLeft, 16, 16},
+        {grid, kKeyUp, 3, 3},        {grid, kKeyDown, 250, 250},
+        {grid, kKeyDown, -2, 16},    {grid, kKeyHome, 17, 17},
+        {browser, kKeyRight, 2, 3},  {browser, kKeyDelete, 3, 4},
+        {browser, kKeyLeft, 3, 2},   {browser, kKeyInsert, 2, 1},
+        {browser, kKeyDown, 1, 17},  {browser, kKeyPageDown, 17, 33},
+        {browser, kKeyUp, 17, 1},    {browser, kKeyPageUp, 33, 17},
+        {browser, kKeyLeft, 16, 16}, {browser, kKeyDown, 240, 240},
+    };
+    for (const Case& c : cases) {
+        const bool isGrid = &c.picker == &grid;
+        (isGrid ? vBrush.fg : vBrush.chr) = c.from;
+        previews = 0;
+        c.picker.OnKeyDown(c.code);
+        EXPECT_EQ(isGrid ? vBrush.fg : vBrush.chr, c.to) << c.code << " from " << c.from;
+        EXPECT_EQ(previews, c.from != c.to) << c.code << " from " << c.from;
+    }
+
+    // The sheet scrolls as far as the glyph needs.
+    vCharScrollX = vCharScrollY = 0;
+    vBrush.chr = 3;
+    browser.OnKeyDown(kKeyRight);
+    EXPECT_EQ(vCharScrollX, -1);
+    for (int i = 0; i < 4; ++i) browser.OnKeyDown(kKeyDown);
+    EXPECT_EQ(vCharScrollY, -1);
+    for (int i = 0; i < 4; ++i) browser.OnKeyDown(kKeyLeft);
+    EXPECT_EQ(vBrush.chr, 64);
+    EXPECT_EQ(vCharScrollX, 0);
+}
+
 TEST_F(Pickers, TheGlyphBrowserPicksAndScrolls) {
     CharSelect browser;
     int previews = 0;

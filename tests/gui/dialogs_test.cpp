@@ -83,6 +83,32 @@ protected:
 
 }  // namespace
 
+TEST_F(Dialogs, BrushSettingsByKeysAlone) {
+    vBrush = {66, 20, 30, 0};
+    person.OnDialog([](QDialog& dialog) {
+        const auto tab = [&] { Person::Press(*dialog.focusWidget(), Qt::Key_Tab); };
+        const auto press = [&](std::initializer_list<Qt::Key> keys) {
+            for (Qt::Key code : keys) Person::Press(*dialog.focusWidget(), code);
+        };
+        ASSERT_EQ(dialog.focusWidget(), Find(dialog, kBrushChar));
+        const QRgb frame = dialog.palette().color(QPalette::Highlight).rgb() & 0xffffff;
+        EXPECT_EQ(At(*dialog.focusWidget(), 0, 0), frame) << "the focus is seen";
+        press({Qt::Key_Right, Qt::Key_Down});
+        tab();
+        EXPECT_NE(At(*Find(dialog, kBrushChar), 0, 0), frame);
+        press({Qt::Key_Down});
+        tab();
+        press({Qt::Key_Left, Qt::Key_Left});
+        tab();
+        press({Qt::Key_Right});  // the attribute
+        Settle();
+        EXPECT_EQ(TextOf(dialog, kBrushNumbers), "83 36 28 1");
+        press({Qt::Key_Return});
+    });
+    Person::Click(*OnPanel(kBrushPreview), {5, 5});
+    EXPECT_EQ(vBrush, (Brush{83, 36, 28, 1}));
+}
+
 TEST_F(Dialogs, BrushSettingsByMouse) {
     const auto choose = [](Qt::Key end) {
         return [end](QDialog& dialog) {
