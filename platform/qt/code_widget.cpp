@@ -1,6 +1,8 @@
 #include "platform/qt/code_widget.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QWheelEvent>
 
 namespace {
@@ -14,6 +16,22 @@ CodeWidget::CodeWidget(QWidget* parent)
       direct(reinterpret_cast<DirectFunction>(SendScintillaPtrResult(SCI_GETDIRECTFUNCTION))),
       pointer(reinterpret_cast<std::intptr_t>(SendScintillaPtrResult(SCI_GETDIRECTPOINTER))) {
     Send(SCI_SETCODEPAGE, SC_CP_UTF8, 0);
+}
+
+bool CodeWidget::IsOnScreen(std::intptr_t position) {
+    const auto x = static_cast<int>(direct(pointer, SCI_POINTXFROMPOSITION, 0, position));
+    const auto y = static_cast<int>(direct(pointer, SCI_POINTYFROMPOSITION, 0, position));
+    return QGuiApplication::screenAt(viewport()->mapToGlobal(QPoint(x, y))) != nullptr;
+}
+
+std::intptr_t CodeWidget::Send(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) {
+    // The list is fitted into the screen on which its entry begins, and the library does not
+    // expect that there is none: the dialog may hang over the screen's edge.
+    if (message == SCI_AUTOCSHOW) {
+        const std::intptr_t caret = direct(pointer, SCI_GETCURRENTPOS, 0, 0);
+        if (!IsOnScreen(caret - static_cast<std::intptr_t>(wParam))) return 0;
+    }
+    return direct(pointer, message, wParam, lParam);
 }
 
 // Ctrl with the wheel zooms, a step a notch.

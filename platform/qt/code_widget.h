@@ -9,9 +9,7 @@ class CodeWidget final : public QsciScintillaBase, public platform::CodeControl 
 public:
     explicit CodeWidget(QWidget* parent);
 
-    std::intptr_t Send(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override {
-        return direct(pointer, message, wParam, lParam);
-    }
+    std::intptr_t Send(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override;
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
@@ -20,6 +18,8 @@ protected:
 private:
     using DirectFunction = std::intptr_t (*)(std::intptr_t pointer, unsigned message,
                                              std::uintptr_t wParam, std::intptr_t lParam);
+
+    bool IsOnScreen(std::intptr_t position);
 
     DirectFunction direct;
     std::intptr_t pointer;

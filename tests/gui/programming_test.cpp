@@ -123,6 +123,21 @@ protected:
 
 }  // namespace
 
+TEST_F(Programming, OffTheScreenThereIsNoList) {
+    Run("", [](Screen& s) {
+        for (const QPoint& place : {QPoint(-5000, -5000), QPoint(5000, 5000), QPoint(0, -5000)}) {
+            s.dialog.move(place);
+            EXPECT_EQ(s.ListBehind(".self"), "");
+            s.SetText("");
+            s.Type("#set ");
+            EXPECT_FALSE(s.ListOpen());
+            EXPECT_EQ(s.Text(), "#set ");
+        }
+        s.dialog.move(0, 0);
+        EXPECT_NE(s.ListBehind(".self"), "");
+    });
+}
+
 TEST_F(Programming, ListOfCommandsOpensBehindTheMark) {
     Run("", [](Screen& s) {
         EXPECT_TRUE(s.code.hasFocus());

@@ -73,6 +73,11 @@ std::string Numbers(const char* what, std::int64_t wanted, std::int64_t found) {
     return std::string(what) + " is " + std::to_string(found) + ", not " + std::to_string(wanted);
 }
 
+std::string Fields(const Dtile& tile) {
+    return "(" + std::to_string(tile.chr) + " " + std::to_string(tile.fg) + " " +
+           std::to_string(tile.bg) + " " + std::to_string(tile.attrib) + ")";
+}
+
 std::string TileDifference(const KeptNode& wanted, const KeptNode& found) {
     if (wanted.tiles.size() != found.tiles.size())
         return Numbers("the number of cells", static_cast<std::int64_t>(wanted.tiles.size()),
@@ -80,9 +85,8 @@ std::string TileDifference(const KeptNode& wanted, const KeptNode& found) {
     const auto [a, b] =
         std::mismatch(wanted.tiles.begin(), wanted.tiles.end(), found.tiles.begin());
     if (a == wanted.tiles.end()) return {};
-    const std::string cell = "cell " + std::to_string(a - wanted.tiles.begin()) + "'s ";
-    return Numbers((cell + "chr").c_str(), a->chr, b->chr) + ", " + Numbers("fg", a->fg, b->fg) +
-           ", " + Numbers("bg", a->bg, b->bg) + ", " + Numbers("attrib", a->attrib, b->attrib);
+    const auto cell = a - wanted.tiles.begin();
+    return "cell " + std::to_string(cell) + " is " + Fields(*b) + ", not " + Fields(*a);
 }
 
 std::string NodeDifference(const KeptNode& wanted, const KeptNode& found, const std::string& path) {

@@ -73,8 +73,11 @@ int Usage() {
     return kBadCall;
 }
 
-// Nothing of the user's is read or written, and nothing differs from run to run.
-void SetEnvironment(const Files& files) {
+// Nothing of the user's is read or written, and nothing differs from run to run. Every other seed
+// has a screen of another scale.
+void SetEnvironment(const Files& files, std::uint64_t seed) {
+    constexpr const char* kScales[] = {"1.5", "1", "2", "1"};
+    setenv("QT_SCALE_FACTOR", kScales[seed % std::size(kScales)], 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     setenv("HOME", (files / "home").c_str(), 1);
     for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
@@ -120,7 +123,7 @@ int main(int argc, char** argv) {
 
     Chance chance(line.options.seed);
     Files files(ProgramFolder(), chance);
-    SetEnvironment(files);
+    SetEnvironment(files, line.options.seed);
     const std::string log = line.log.empty() ? files / "robot.log" : line.log;
     std::FILE* lines = std::fopen(log.c_str(), "w");
     if (!lines) {
