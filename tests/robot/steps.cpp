@@ -21,6 +21,7 @@ constexpr StepKind kKinds[] = {
     {Place::Window, 5, AcceleratorStep},  {Place::Window, 2, TabStep},
     {Place::Window, 1, ClipboardStep},    {Place::Window, 2, ResizeStep},
     {Place::Window, 2, SplitterStep},     {Place::Window, 1, CloseStep},
+    {Place::Window, 1, MoveStep},
 
     {Place::Menu, 10, MenuChooseStep},    {Place::Menu, 3, MenuKeyStep},
     {Place::Menu, 2, MenuClickStep},      {Place::Menu, 2, EscapeStep},
@@ -35,6 +36,7 @@ constexpr StepKind kKinds[] = {
     {Place::Dialog, 8, MenuBarStep},      {Place::Dialog, 1, ClipboardStep},
     {Place::Dialog, 2, WheelStep},        {Place::Dialog, 1, EscapeStep},
     {Place::Dialog, 1, EnterStep},        {Place::Dialog, 1, CloseStep},
+    {Place::Dialog, 1, MoveStep},         {Place::Dialog, 2, HoldStep},
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeySequence>
+#include <QScreen>
 #include <QSplitterHandle>
 
 namespace {
@@ -68,13 +69,19 @@ constexpr const char* kTexts[] = {
     "&&%s%n",
 };
 
-// Of what a window shows, what the mouse wheel is for.
-std::vector<QWidget*> WheelTargets(const QWidget& top) {
+// Of what a window shows, what is more than a button to the mouse.
+std::vector<QWidget*> Surfaces(const QWidget& top) {
     std::vector<QWidget*> targets = Controls(top);
     std::erase_if(targets, [](QWidget* widget) {
         return !dynamic_cast<PictureWidget*>(widget) && !dynamic_cast<CodeWidget*>(widget);
     });
     return targets;
+}
+
+// The part of a control that hears the mouse.
+QWidget& Inside(QWidget& control) {
+    auto* area = qobject_cast<QAbstractScrollArea*>(&control);
+    return area ? *area->viewport() : control;
 }
 
 const char* Shown(Qt::MouseButton button) { return button == Qt::LeftButton ? "left" : "right"; }
@@ -212,6 +219,8 @@ void EditHoverStep(Robot& robot, const Scene& scene) {
 }
 
 void HoldStep(Robot& robot, const Scene& scene) {
+    // What has been opened since then has taken the release.
+    if (robot.held && robot.held->window() != scene.Top()) robot.held = nullptr;
     if (robot.held) {
         QWidget& widget = *robot.held;
         const QPoint at = PointOf(robot, widget);
@@ -220,7 +229,9 @@ void HoldStep(Robot& robot, const Scene& scene) {
         MouseUp(widget, at, robot.heldButton, RandomModifiers(robot));
         return;
     }
-    robot.held = robot.chance.OneIn(3) ? scene.List() : scene.Edit();
+    const std::vector<QWidget*> targets = Surfaces(*scene.Top());
+    if (targets.empty()) return KeyStep(robot, scene);
+    robot.held = &Inside(*robot.chance.Pick(targets));
     robot.heldButton = RandomButton(robot);
     const QPoint at = PointOf(robot, *robot.held);
     const Qt::KeyboardModifiers with = RandomModifiers(robot);
@@ -255,14 +266,13 @@ void SwapPanelStep(Robot& robot, const Scene& scene) {
 }
 
 void WheelStep(Robot& robot, const Scene& scene) {
-    const std::vector<QWidget*> targets = WheelTargets(*scene.Top());
+    const std::vector<QWidget*> targets = Surfaces(*scene.Top());
     if (targets.empty()) return KeyStep(robot, scene);
     QWidget& target = *robot.chance.Pick(targets);
     constexpr int kTurns[] = {120, -120, 360, -240, 15};
     const int turn = robot.chance.Pick(kTurns);
     const Qt::KeyboardModifiers with = RandomModifiers(robot);
-    auto* area = qobject_cast<QAbstractScrollArea*>(&target);
-    QWidget& inside = area ? *area->viewport() : target;
+    QWidget& inside = Inside(target);
     const QPoint at = PointOf(robot, inside);
     robot.Say("wheel " + Shown(with) + std::to_string(turn) + " at " + Shown(at) + " in " +
               NameOf(target));
@@ -290,6 +300,15 @@ void ResizeStep(Robot& robot, const Scene& scene) {
     const QSize size(robot.chance.Roll(800, 1900), robot.chance.Roll(600, 1200));
     robot.Say("resize to " + Shown(QPoint(size.width(), size.height())));
     scene.window->resize(size);
+}
+
+void MoveStep(Robot& robot, const Scene& scene) {
+    QWidget& top = *scene.Top();
+    const QSize size = top.screen()->size();
+    const QPoint to(robot.chance.Roll(-top.width(), size.width()),
+                    robot.chance.Roll(-top.height(), size.height()));
+    robot.Say("move to " + Shown(to) + " " + NameOf(top));
+    top.move(to);
 }
 
 void CloseStep(Robot& robot, const Scene& scene) {

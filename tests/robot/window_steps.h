@@ -15,13 +15,15 @@ void EscapeStep(Robot& robot, const Scene& scene);
 void EditClickStep(Robot& robot, const Scene& scene);
 void EditDragStep(Robot& robot, const Scene& scene);
 void EditHoverStep(Robot& robot, const Scene& scene);
-/// Presses a button of the mouse and leaves it down, or lets it go.
+/// Presses a button of the mouse in a picture or text and leaves it down, or lets it go.
 void HoldStep(Robot& robot, const Scene& scene);
 void ListClickStep(Robot& robot, const Scene& scene);
 void ListDragStep(Robot& robot, const Scene& scene);
 void SwapPanelStep(Robot& robot, const Scene& scene);
 void SplitterStep(Robot& robot, const Scene& scene);
 void ResizeStep(Robot& robot, const Scene& scene);
+/// The window or dialog, at times off the screen.
+void MoveStep(Robot& robot, const Scene& scene);
 /// The wheel over any picture or text control.
 void WheelStep(Robot& robot, const Scene& scene);
 /// The close box.
