@@ -128,6 +128,7 @@ int main(int argc, char** argv) {
     std::FILE* lines = std::fopen(log.c_str(), "w");
     if (!lines) {
         std::fprintf(stderr, "%s cannot be written\n", log.c_str());
+        files.Remove();
         return kBadCall;
     }
     StartAlarm(line.options.seed, log.c_str());
