@@ -8,6 +8,7 @@
 #include "platform/keys.h"
 
 #include <algorithm>
+#include <span>
 
 namespace {
 
@@ -84,11 +85,10 @@ const CQuiltView::KeyBinding CQuiltView::kPropertiesKeys[] = {
 };
 
 std::set<int> CQuiltView::KeysOf(PanelMode panel) {
+    using Bindings = std::span<const KeyBinding>;
+    const auto bindings = panel == kPanelPaint ? Bindings(kPaintKeys) : Bindings(kPropertiesKeys);
     std::set<int> keys;
-    if (panel == kPanelPaint)
-        for (const KeyBinding& binding : kPaintKeys) keys.insert(binding.key);
-    else
-        for (const KeyBinding& binding : kPropertiesKeys) keys.insert(binding.key);
+    for (const KeyBinding& binding : bindings) keys.insert(binding.key);
     return keys;
 }
 
