@@ -1,6 +1,7 @@
 #include "library-src/palette_source.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -10,7 +11,9 @@ constexpr int kTopStep = 63;
 using Rgb = std::array<int, 3>;
 
 Color ToSteps(const std::array<double, 3>& parts) {
-    auto step = [](double part) { return static_cast<uint8_t>(part * kTopStep / kTop + 0.5); };
+    auto step = [](double part) {
+        return static_cast<uint8_t>(std::lround(part * kTopStep / kTop));
+    };
     return {step(parts[0]), step(parts[1]), step(parts[2])};
 }
 

@@ -47,9 +47,11 @@ void CodeWidget::wheelEvent(QWheelEvent* event) {
 void CodeWidget::keyPressEvent(QKeyEvent* event) {
     const bool forward = event->key() == Qt::Key_Tab;
     const bool tab = forward || event->key() == Qt::Key_Backtab;
+    const bool shift = event->modifiers() & Qt::ShiftModifier;
     if (tab && event->modifiers() & Qt::ControlModifier)
-        QAbstractScrollArea::focusNextPrevChild(forward &&
-                                                !(event->modifiers() & Qt::ShiftModifier));
+        // Not the parent's own: that keeps Tab to itself.
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        QAbstractScrollArea::focusNextPrevChild(forward && !shift);
     else
         QsciScintillaBase::keyPressEvent(event);
 }
