@@ -38,47 +38,17 @@ ScriptedForm::ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
     events.OnFormPaint(*this);
 }
 
-ScriptedForm::State* ScriptedForm::Find(int id) {
+const ScriptedForm::State& ScriptedForm::Get(int id) const {
+    static const State none;
     auto found = controls.find(id);
-    return found == controls.end() ? nullptr : &found->second;
+    return found == controls.end() ? none : found->second;
 }
 
 ScriptedForm::State* ScriptedForm::Usable(int id) {
-    State* state = Find(id);
-    if (state && state->enabled) return state;
-    ADD_FAILURE() << "control " << id << (state ? " is disabled" : " does not exist");
+    State& state = controls[id];
+    if (state.control && state.enabled) return &state;
+    ADD_FAILURE() << "control " << id << (state.control ? " is disabled" : " does not exist");
     return nullptr;
-}
-
-void ScriptedForm::SetText(int id, const std::string& text) {
-    if (State* state = Find(id)) state->text = text;
-}
-
-std::string ScriptedForm::GetText(int id) const {
-    auto found = controls.find(id);
-    return found == controls.end() ? "" : found->second.text;
-}
-
-void ScriptedForm::SetCheck(int id, bool on) {
-    if (State* state = Find(id)) state->checked = on;
-}
-
-bool ScriptedForm::IsChecked(int id) const {
-    auto found = controls.find(id);
-    return found != controls.end() && found->second.checked;
-}
-
-void ScriptedForm::SetValue(int id, int value) {
-    if (State* state = Find(id)) state->value = value;
-}
-
-int ScriptedForm::GetValue(int id) const {
-    auto found = controls.find(id);
-    return found == controls.end() ? 0 : found->second.value;
-}
-
-void ScriptedForm::Enable(int id, bool on) {
-    if (State* state = Find(id)) state->enabled = on;
 }
 
 platform::Window* ScriptedForm::Picture(int id) {
@@ -92,16 +62,24 @@ platform::CodeControl* ScriptedForm::Code(int id) {
 }
 
 int ScriptedForm::TrackMenuBelow(int id, const platform::Menu& menu) {
-    EXPECT_NE(Find(id), nullptr) << "no control " << id << " to open a menu below";
+    EXPECT_NE(Get(id).control, nullptr) << "no control " << id << " to open a menu below";
     return script.TrackMenu(menu, {});
 }
 
+namespace {
+
+// A failure when the menu has no such entry, or none that can be chosen.
+bool CanChoose(const platform::Menu& menu, int command) {
+    const platform::MenuItem* item = platform::FindEntry(menu, command);
+    EXPECT_TRUE(item && item->enabled)
+        << "menu entry " << command << (item ? " is disabled" : " does not exist");
+    return item && item->enabled;
+}
+
+}  // namespace
+
 void ScriptedForm::Choose(int command) {
-    const platform::MenuItem* item = platform::FindEntry(bar, command);
-    if (item && item->enabled)
-        events.OnCommand(*this, command);
-    else
-        ADD_FAILURE() << "menu entry " << command << (item ? " is disabled" : " does not exist");
+    if (CanChoose(bar, command)) events.OnCommand(*this, command);
 }
 
 void ScriptedForm::Click(int id) {
@@ -168,11 +146,7 @@ void ScriptedFrame::InvalidateAll() {
 }
 
 void ScriptedFrame::Choose(int command) {
-    const platform::MenuItem* item = platform::FindEntry(bar, command);
-    if (item && item->enabled)
-        events.OnCommand(command);
-    else
-        ADD_FAILURE() << "menu entry " << command << (item ? " is disabled" : " does not exist");
+    if (CanChoose(bar, command)) events.OnCommand(command);
 }
 
 // --- the platform ------------------------------------------------------------------------------
@@ -184,42 +158,24 @@ ScriptedPlatform::~ScriptedPlatform() {
 }
 
 void ScriptedPlatform::ExpectMessage(const std::string& text, bool answer) {
-    Step step;
-    step.kind = "message";
-    step.text = text;
-    step.ok = answer;
-    steps.push_back(step);
+    steps.push_back({.kind = "message", .text = text, .ok = answer});
 }
 
 void ScriptedPlatform::ExpectOpenDialog(std::optional<std::string> answer) {
-    Step step;
-    step.kind = "open";
-    step.path = std::move(answer);
-    steps.push_back(step);
+    steps.push_back({.kind = "open", .path = std::move(answer)});
 }
 
 void ScriptedPlatform::ExpectSaveDialog(std::optional<std::string> answer) {
-    Step step;
-    step.kind = "save";
-    step.path = std::move(answer);
-    steps.push_back(step);
+    steps.push_back({.kind = "save", .path = std::move(answer)});
 }
 
 void ScriptedPlatform::ExpectMenu(std::vector<std::string> texts, int choice) {
-    Step step;
-    step.kind = "menu";
-    step.texts = std::move(texts);
-    step.choice = choice;
-    steps.push_back(step);
+    steps.push_back({.kind = "menu", .texts = std::move(texts), .choice = choice});
 }
 
 void ScriptedPlatform::ExpectDialog(const std::string& caption,
                                     std::function<void(ScriptedForm&)> person) {
-    Step step;
-    step.kind = "dialog";
-    step.text = caption;
-    step.person = std::move(person);
-    steps.push_back(step);
+    steps.push_back({.kind = "dialog", .text = caption, .person = std::move(person)});
 }
 
 std::optional<ScriptedPlatform::Step> ScriptedPlatform::Take(const std::string& kind,
@@ -283,10 +239,7 @@ int ScriptedPlatform::TrackMenu(const platform::Menu& menu, platform::Point scre
             texts.push_back(item.kind == platform::MenuItem::Kind::Separator ? "-" : item.text);
         EXPECT_EQ(texts, step->texts);
     }
-    if (step->choice) {
-        const platform::MenuItem* item = platform::FindEntry(menu, step->choice);
-        EXPECT_TRUE(item && item->enabled) << "no usable entry " << step->choice;
-    }
+    if (step->choice) CanChoose(menu, step->choice);
     return step->choice;
 }
 

@@ -75,13 +75,13 @@ public:
     ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
                  platform::FormEvents& listener);
 
-    void SetText(int id, const std::string& text) override;
-    std::string GetText(int id) const override;
-    void SetCheck(int id, bool on) override;
-    bool IsChecked(int id) const override;
-    void SetValue(int id, int value) override;
-    int GetValue(int id) const override;
-    void Enable(int id, bool on) override;
+    void SetText(int id, const std::string& text) override { controls[id].text = text; }
+    std::string GetText(int id) const override { return Get(id).text; }
+    void SetCheck(int id, bool on) override { controls[id].checked = on; }
+    bool IsChecked(int id) const override { return Get(id).checked; }
+    void SetValue(int id, int value) override { controls[id].value = value; }
+    int GetValue(int id) const override { return Get(id).value; }
+    void Enable(int id, bool on) override { controls[id].enabled = on; }
     void SetFocus(int id) override { focus = id; }
     platform::Window* Picture(int id) override;
     platform::CodeControl* Code(int id) override;
@@ -112,7 +112,7 @@ private:
         bool enabled = true;
         int value = 0;
     };
-    State* Find(int id);
+    const State& Get(int id) const;
     State* Usable(int id);
 
     ScriptedPlatform& script;
@@ -216,12 +216,12 @@ public:
 private:
     struct Step {
         std::string kind;  ///< "message", "open", "save", "menu" or "dialog"
-        std::string text;
+        std::string text{};
         bool ok = true;
-        std::optional<std::string> path;
-        std::vector<std::string> texts;
+        std::optional<std::string> path{};
+        std::vector<std::string> texts{};
         int choice = 0;
-        std::function<void(ScriptedForm&)> person;
+        std::function<void(ScriptedForm&)> person{};
     };
     std::optional<Step> Take(const std::string& kind, const std::string& what);
 
