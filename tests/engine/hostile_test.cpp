@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <iterator>
 #include <set>
 #include <sstream>
 
@@ -188,35 +189,15 @@ TEST_F(Hostile, TheTextAlteredTokenByToken) {
         tokens.emplace_back(at, end - at);
         at = end;
     }
-    const std::string own[] = {"",
-                               "0",
-                               "-1",
-                               "1",
-                               "32767",
-                               "65535",
-                               "65536",
-                               "-32769",
-                               "2147483647",
-                               "-2147483648",
-                               "99999999999999999999",
-                               "-",
-                               "1e9",
-                               "x",
-                               "~ob",
-                               "~pb",
-                               "~pe",
-                               "~oe",
-                               "~",
-                               "world_tree",
-                               std::string("\0", 1),
-                               "\xff",
-                               "\n~pe\n",
-                               "\n~oe\n",
-                               "1 1",
-                               std::string(300, '9')};
+    std::istringstream words(
+        "0 -1 1 32767 65535 65536 -32769 2147483647 -2147483648 99999999999999999999 - 1e9 x "
+        "~ob ~pb ~pe ~oe ~ world_tree \xff");
+    std::vector<std::string> own(std::istream_iterator<std::string>(words), {});
+    own.insert(own.end(),
+               {"", "1 1", "\n~pe\n", "\n~oe\n", std::string(1, '\0'), std::string(300, '9')});
     int taken = 0;
     for (const auto& [at, size] : tokens) {
-        std::vector<std::string> others(std::begin(own), std::end(own));
+        std::vector<std::string> others = own;
         others.push_back(kText.substr(at, size) + " " + kText.substr(at, size));
         for (const std::string& other : others) {
             std::string text = kText;
