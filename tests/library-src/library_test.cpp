@@ -3,15 +3,15 @@
 #include "engine/allegro_api.h"
 #include "library-src/glyph_source.h"
 #include "library-src/palette_source.h"
+#include "tests/support/plain_zip.h"
+#include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <minizip/unzip.h>
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <set>
-#include <sstream>
 
 namespace {
 
@@ -60,30 +60,15 @@ protected:
     inline static std::vector<Ramp> ramps;
 };
 
-TEST_F(Library, DatafileHoldsASheetAndAPalette) {
-    ASSERT_EQ(objects[0].type, DAT_BITMAP);
-    ASSERT_EQ(objects[1].type, DAT_PALETTE);
-    EXPECT_EQ(objects[2].type, DAT_END);
-    EXPECT_STREQ(get_datafile_property(&objects[0], DAT_NAME), "SHEET");
-    EXPECT_EQ(Sheet()->w, 128);
-    EXPECT_EQ(Sheet()->h, 128);
-    EXPECT_EQ(bitmap_color_depth(Sheet()), 8);
-    for (int c = 0; c < 256; ++c) {
-        EXPECT_LE(std::max({Color(c).r, Color(c).g, Color(c).b}), 63) << c;
-    }
-}
-
 TEST_F(Library, SheetIsAsDrawn) {
     Problems problems;
     Glyphs drawn = ReadGlyphs(LIBRARY_SOURCES "/glyphs", problems);
     ASSERT_TRUE(problems.Empty());
-    for (int y = 0; y < 128; ++y) {
-        for (int x = 0; x < 128; ++x) {
-            int glyph = y / 8 * 16 + x / 8;
-            ASSERT_EQ(getpixel(Sheet(), x, y), GlyphPixel(drawn.sheet, glyph, x % 8, y % 8))
-                << x << ", " << y;
-        }
-    }
+    for (int n = 0; n < 256; ++n)
+        for (int i = 0; i < 64; ++i)
+            ASSERT_EQ(getpixel(Sheet(), n % 16 * 8 + i % 8, n / 16 * 8 + i / 8),
+                      GlyphPixel(drawn.sheet, n, i % 8, i / 8))
+                << n;
 }
 
 TEST_F(Library, EveryGlyphIsAPictureOfItsOwn) {
@@ -93,20 +78,6 @@ TEST_F(Library, EveryGlyphIsAPictureOfItsOwn) {
         EXPECT_EQ(Look(n) == std::string(64, '.'), blank) << n;
         if (!blank) {
             EXPECT_TRUE(seen.insert(Look(n)).second) << n << " looks like another";
-        }
-    }
-}
-
-TEST_F(Library, LettersDoNotTouch) {
-    const std::string descenders = "gjpqyQ,;_";
-    for (int c = '!'; c <= '~'; ++c) {
-        for (int i = 0; i < 8; ++i) {
-            if (c != '_') {
-                EXPECT_FALSE(Set(c, 7, i)) << static_cast<char>(c);
-            }
-            if (descenders.find(static_cast<char>(c)) == std::string::npos) {
-                EXPECT_FALSE(Set(c, i, 7)) << static_cast<char>(c);
-            }
         }
     }
 }
@@ -203,82 +174,18 @@ TEST_F(Library, MarksShowOnEveryColour) {
     }
 }
 
-// The entries of the new game in their order, each with its contents.
-class NewGame : public Library {
-protected:
-    NewGame() {
-        unzFile zip = unzOpen("Library/default.zqlt");
-        for (int at = unzGoToFirstFile(zip); at == UNZ_OK; at = unzGoToNextFile(zip)) {
-            char name[64];
-            unz_file_info info;
-            unzGetCurrentFileInfo(zip, &info, name, sizeof name, nullptr, 0, nullptr, 0);
-            names.push_back(name);
-            infos.push_back(info);
-            std::string contents(info.uncompressed_size, '\0');
-            unzOpenCurrentFile(zip);
-            unzReadCurrentFile(zip, contents.data(), static_cast<unsigned>(contents.size()));
-            EXPECT_EQ(unzCloseCurrentFile(zip), UNZ_OK) << name << " is damaged";
-            entries.push_back(contents);
-        }
-        unzClose(zip);
-    }
-    void SetUp() override {
-        ASSERT_EQ(names, (std::vector<std::string>{"font.hdr", "font.raw", "game.qlt", "res.dat"}));
-    }
-
-    std::vector<std::string> names, entries;
-    std::vector<unz_file_info> infos;
-};
-
-TEST_F(NewGame, EntriesAreStoredAsTheEditorStoresThem) {
-    for (const unz_file_info& info : infos) {
-        EXPECT_EQ(info.compression_method, 8u);
-        EXPECT_EQ(info.external_fa, 32u);
-        EXPECT_EQ(info.size_file_extra + info.size_file_comment, 0u);
-    }
-    EXPECT_EQ(entries[0], "128 128 2\r\n");
-    EXPECT_EQ(entries[3], "1 1");
-}
-
-TEST_F(NewGame, FontIsThatOfTheDatafile) {
-    std::string pixels;
-    for (int i = 0; i < 128 * 128; ++i) {
-        pixels += std::to_string(getpixel(Sheet(), i % 128, i / 128)) + " ";
-    }
-    EXPECT_EQ(entries[1], pixels);
-}
-
-TEST_F(NewGame, WorldIsOneBoardWithABorder) {
-    std::vector<std::string> lines;
-    std::istringstream text(entries[2]);
-    for (std::string line; std::getline(text, line);) {
-        ASSERT_TRUE(line.ends_with('\r')) << line;
-        line.pop_back();
-        lines.push_back(line);
-    }
-    ASSERT_EQ(lines.size(), 9u);
-    std::string tiles = lines[5];
-    lines.erase(lines.begin() + 5);
-    EXPECT_EQ(lines, (std::vector<std::string>{"~endvars", "~endimports", "~ob Board1 0",
-                                               "0 0 80 60", "0 0 80 60", "~pb", "~pe", "~oe"}));
-
-    std::vector<std::string> cells;
-    std::istringstream in(tiles);
-    for (int length; in >> length;) {
-        ASSERT_LT(length, -1) << "no tile stands alone on this board";
-        int chr, fg, bg, attrib;
-        ASSERT_TRUE(in >> chr >> fg >> bg >> attrib);
-        std::ostringstream tile;
-        tile << chr << ' ' << fg << ' ' << bg << ' ' << attrib;
-        EXPECT_TRUE(cells.empty() || cells.back() != tile.str()) << "one run in two";
-        cells.insert(cells.end(), static_cast<size_t>(-length), tile.str());
-    }
-    EXPECT_NE(tiles.back(), ' ');
-    ASSERT_EQ(cells.size(), 4800u);
-    for (int i = 0; i < 4800; ++i) {
-        bool edge = i < 80 || i >= 4720 || i % 80 == 0 || i % 80 == 79;
-        ASSERT_EQ(cells[static_cast<size_t>(i)], edge ? "176 16 32 1" : "0 255 255 0") << i;
-    }
+TEST(NewGame, WorldIsOneBoardWithABorder) {
+    // Runs of one tile go from row to row: a row and the first tile of the next, then the 58 rows
+    // between, each with the end of its row and the start of the next.
+    std::string tiles = "-81 176 16 32 1";
+    for (int row = 1; row < 59; ++row)
+        tiles += " -78 0 255 255 0 " + std::string(row < 58 ? "-2" : "-81") + " 176 16 32 1";
+    const std::vector<PlainEntry> entries = ReadZip(FileBytes("Library/default.zqlt"));
+    ASSERT_EQ(entries.size(), 4u);
+    EXPECT_EQ(entries[2].bytes,
+              "~endvars\r\n~endimports\r\n~ob Board1 0\r\n0 0 80 60\r\n0 0 80 60\r\n" + tiles +
+                  "\r\n~pb\r\n~pe\r\n~oe\r\n");
+    EXPECT_EQ(entries[3].bytes, "1 1");
 }
 
 }  // namespace

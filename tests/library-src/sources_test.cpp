@@ -3,12 +3,9 @@
 #include "library-src/glyph_source.h"
 #include "library-src/new_game.h"
 #include "library-src/palette_source.h"
+#include "tests/support/temp_folder.h"
 
 #include <gmock/gmock.h>
-
-#include <fstream>
-#include <iterator>
-#include <random>
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -17,25 +14,12 @@ using testing::HasSubstr;
 
 namespace {
 
-namespace fs = std::filesystem;
-
-// A folder for one test. What stands in it goes with it.
 class SourceFolder : public testing::Test {
 protected:
-    SourceFolder() : folder(fs::path(testing::TempDir()) / Name()) { fs::create_directory(folder); }
-    ~SourceFolder() override { fs::remove_all(folder); }
-
-    fs::path Write(const std::string& name, const std::string& text) {
-        std::ofstream(folder / name) << text;
-        return folder / name;
+    std::string Write(const std::string& name, const std::string& text) {
+        return PutFile(folder / name, text);
     }
-    static std::string Read(const fs::path& file) {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    static std::string Name() { return "quilt-library-" + std::to_string(std::random_device()()); }
-
-    fs::path folder;
+    TempFolder folder;
 };
 
 const std::string kRow = "..####..\n";
@@ -74,7 +58,7 @@ TEST_F(SourceFolder, FaultyGlyphsAreNamedWithTheirLine) {
     for (auto& [text, expected] : cases) {
         Write("glyphs.txt", ManyGlyphs() + text);
         Problems problems;
-        ReadGlyphs(folder, problems);
+        ReadGlyphs(folder.Path(), problems);
         EXPECT_THAT(problems.List(), Contains(EndsWith(expected))) << text;
     }
 }
@@ -84,7 +68,7 @@ TEST_F(SourceFolder, GlyphsMayStandInAnyOrderAndFile) {
     Write("one.txt", "; the last\r\npixel r 12\r\n\r\nglyph 255 last of all\r\n" +
                          std::string("r......#\r\n") + Rows(7));
     Problems problems;
-    Glyphs glyphs = ReadGlyphs(folder, problems);
+    Glyphs glyphs = ReadGlyphs(folder.Path(), problems);
     EXPECT_THAT(problems.List(), ElementsAre());
     EXPECT_EQ(glyphs.names[255], "last of all");
     EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 0, 0), 12);
@@ -134,6 +118,6 @@ TEST_F(SourceFolder, NewGameIsTheSameWheneverItIsBuilt) {
     Problems problems;
     Glyphs glyphs = ReadGlyphs(LIBRARY_SOURCES "/glyphs", problems);
     ASSERT_TRUE(WriteNewGame(folder / "new.zqlt", glyphs.sheet));
-    EXPECT_EQ(Read(folder / "new.zqlt"), Read("Library/default.zqlt"));
-    EXPECT_FALSE(WriteNewGame(folder / "missing" / "new.zqlt", glyphs.sheet));
+    EXPECT_EQ(FileBytes(folder / "new.zqlt"), FileBytes("Library/default.zqlt"));
+    EXPECT_FALSE(WriteNewGame(folder / "missing/new.zqlt", glyphs.sheet));
 }
