@@ -65,12 +65,16 @@ QAction* Person::EntryOf(const QMenu& menu, const std::string& text) {
     return nullptr;
 }
 
-void Person::ChooseInMenu(const std::string& text) {
-    OnMenu([text](QMenu& menu) {
-        QAction* entry = EntryOf(menu, text);
-        if (!entry) return menu.close(), void();
-        menu.setActiveAction(entry);
-        QTest::keyClick(&menu, Qt::Key_Return);
+void Person::ChooseInMenu(const std::vector<std::string>& path) {
+    OnMenu([path](QMenu& menu) {
+        QMenu* open = &menu;
+        for (const std::string& text : path) {
+            QAction* entry = EntryOf(*open, text);
+            if (!entry) return menu.close(), void();
+            open->setActiveAction(entry);
+            QTest::keyClick(open, entry->menu() ? Qt::Key_Right : Qt::Key_Return);
+            open = entry->menu();
+        }
     });
 }
 

@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <vector>
 
 class Person {
 public:
@@ -22,8 +23,8 @@ public:
     void OnMenu(std::function<void(QMenu&)> act);
     void OnDialog(std::function<void(QDialog&)> act);
 
-    /// Ready-made answers.
-    void ChooseInMenu(const std::string& text);
+    /// Ready-made answers. A menu is gone through by the keyboard, into its sub-menus.
+    void ChooseInMenu(const std::vector<std::string>& path);
     void AnswerBox(const std::string& text, bool ok = true);
     void AnswerFileDialog(const std::string& path);
 

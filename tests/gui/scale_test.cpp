@@ -41,12 +41,11 @@ protected:
 
 TEST_F(Scale, TilesKeepWholeDevicePixels) {
     const std::string game = MakeStripes();
-    struct Case {
+    const struct {
         const char* factor;
         int tile;  // device pixels
-    };
-    for (const Case& c :
-         {Case{"1", 8}, {"1.25", 8}, {"1.5", 8}, {"2", 16}, {"2.75", 16}, {"3", 24}}) {
+    } cases[] = {{"1", 8}, {"1.25", 8}, {"1.5", 8}, {"2", 16}, {"2.75", 16}, {"3", 24}};
+    for (const auto& c : cases) {
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromLatin1(c.factor));

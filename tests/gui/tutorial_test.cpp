@@ -3,20 +3,13 @@
 
 #include "editor/script/do_programming.h"
 #include "editor/shell/panel_ids.h"
-#include "editor/shell/quilt_app.h"
 #include "editor/tools/do_brush_settings.h"
 #include "editor/tools/fade_dialog.h"
 #include "engine/game_archive.h"
-#include "platform/qt/qt_frame.h"
-#include "tests/gui/person.h"
-#include "tests/support/temp_folder.h"
+#include "tests/gui/main_window.h"
 
 #include <gmock/gmock.h>
-#include <QApplication>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QtTest>
-#include <filesystem>
 #include <sstream>
 
 namespace {
@@ -29,19 +22,8 @@ std::string Plain(const std::string& text) {
     return plain;
 }
 
-class Tutorial : public testing::Test {
+class Tutorial : public MainWindow {
 protected:
-    Tutorial() {
-        EXPECT_TRUE(app.InitInstance(std::filesystem::current_path().string(), ""));
-        window = static_cast<QtFrame*>(&app.Frame().Window());
-        window->activateWindow();
-        Settle();
-        edit = window->findChild<QWidget*>(QStringLiteral("edit"));
-    }
-
-    static void Settle() { QTest::qWait(30); }
-    static QPoint At(int x, int y) { return {x * 8 + 4, y * 8 + 4}; }
-
     /// The README says this, behind what the step before said.
     void Says(const std::string& text) {
         const std::size_t found = readme.find(text, told);
@@ -49,56 +31,30 @@ protected:
         told = found + text.size();
     }
 
-    // --- what the hands do ---------------------------------------------------------------------
-    static QWidget* Find(QWidget& in, int id) {
-        return in.findChild<QWidget*>(QString::number(id));
-    }
-    void ClickOnPanel(int id) {
-        Person::Click(*Find(*window, id), {5, 8});
-        Settle();
-    }
-    void Keys(std::initializer_list<Qt::Key> keys) {
-        for (const Qt::Key key : keys) Person::Press(*edit, key);
-    }
     // Opens the menu by a drag and goes down the texts in it, to what may be a dialog.
     void Drag(QPoint from, QPoint to, const std::vector<std::string>& path,
               Qt::KeyboardModifiers with = Qt::NoModifier,
               std::function<void(QDialog&)> inDialog = {}) {
-        person.OnMenu([path](QMenu& menu) {
-            QMenu* open = &menu;
-            for (const std::string& text : path) {
-                QAction* entry = Person::EntryOf(*open, text);
-                if (!entry) return menu.close(), void();
-                open->setActiveAction(entry);
-                QTest::keyClick(open, entry->menu() ? Qt::Key_Right : Qt::Key_Return);
-                open = entry->menu();
-            }
-        });
+        person.ChooseInMenu(path);
         if (inDialog) person.OnDialog(std::move(inDialog));
         Person::Drag(*edit, {from, to}, Qt::RightButton, with);
         Settle();
     }
     static void ClickColor(QWidget& dialog, int id, int color) {
-        Person::Click(*Find(dialog, id), {color % 16 * 11 + 5, color / 16 * 10 + 5});
+        Person::Click(In(dialog, id), {color % 16 * 11 + 5, color / 16 * 10 + 5});
     }
-    static void PressOk(QDialog& dialog) {
-        static_cast<QPushButton*>(Find(dialog, platform::kIdOk))->click();
-    }
+    static void PressOk(QDialog& dialog) { In<QPushButton>(dialog, platform::kIdOk).click(); }
 
     const std::string readme = Plain(FileBytes(SOURCE_FOLDER "/README.md"));
     std::size_t told = 0;
-    Person person;
-    CQuiltApp app;
-    QtFrame* window = nullptr;
-    QWidget* edit = nullptr;
-    TempFolder temp;
 };
 
 }  // namespace
 
 TEST_F(Tutorial, KeepsItsPromises) {
+    Start();
     Says("The marked tile at the top left is the cursor");
-    EXPECT_EQ(app.Frame().EditView().Cursor(), (platform::Point{0, 0}));
+    EXPECT_EQ(app->Frame().EditView().Cursor(), (platform::Point{0, 0}));
 
     Says(
         "Click the picture of the brush, at the left of the panel. Choose a light green in "
@@ -114,8 +70,8 @@ TEST_F(Tutorial, KeepsItsPromises) {
         "Click a tile inside the frame with the right button: the area tools open. Choose "
         "\"Flood\", \"Fade\", \"Normal\". In the dialog the button \"Set\" offers \"Grass\"; OK");
     Drag(At(10, 10), At(10, 10), {"F&lood", "Fa&de", "&Normal"}, {}, [this](QDialog& dialog) {
-        person.ChooseInMenu("Grass");
-        static_cast<QPushButton*>(Find(dialog, kFadeSetButton))->click();
+        person.ChooseInMenu({"Grass"});
+        In<QPushButton>(dialog, kFadeSetButton).click();
         PressOk(dialog);
     });
 
@@ -123,7 +79,7 @@ TEST_F(Tutorial, KeepsItsPromises) {
         "Choose the full block, glyph 219, and a dark brown as foreground, then OK. Drag a box "
         "over the middle of the meadow with the right button and choose \"Fill\"");
     person.OnDialog([](QDialog& dialog) {
-        Person::Click(*Find(dialog, kBrushChar), {11 * 16 + 8, 13 * 16 + 8});
+        Person::Click(In(dialog, kBrushChar), {11 * 16 + 8, 13 * 16 + 8});
         ClickColor(dialog, kBrushFg, 124);
         PressOk(dialog);
     });
@@ -169,7 +125,7 @@ TEST_F(Tutorial, KeepsItsPromises) {
         "Press \"Programming\" and type this; Enter takes a word that is offered, and Enter again "
         "ends the line. Then OK. @inn #end :touch The inn opens at dusk. #end");
     person.OnDialog([](QDialog& dialog) {
-        QWidget& code = *Find(dialog, kScriptText);
+        QWidget& code = In(dialog, kScriptText);
         const auto type = [&](const char* text) { Person::Type(code, QString::fromLatin1(text)); };
         const auto enter = [&] { Person::Press(code, Qt::Key_Return); };
         for (const char* line : {"@inn", "#end", ":touch", "The inn opens at dusk.", "#end"}) {

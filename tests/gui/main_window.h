@@ -1,0 +1,97 @@
+// The program with its main window off screen, and hands for it.
+#pragma once
+
+#include "editor/shell/quilt_app.h"
+#include "platform/qt/qt_frame.h"
+#include "tests/gui/person.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QtTest>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+class MainWindow : public testing::Test {
+protected:
+    ~MainWindow() override {
+        app.reset();
+        std::filesystem::current_path(programFolder);
+    }
+
+    void Start(const std::string& game = "", const std::string& folder = ".") {
+        app = std::make_unique<CQuiltApp>();
+        ASSERT_TRUE(app->InitInstance(std::filesystem::absolute(folder).string(), game));
+        window = static_cast<QtFrame*>(&app->Frame().Window());
+        window->resize(1024, 768);
+        window->activateWindow();
+        Settle();
+        edit = window->findChild<QWidget*>(QStringLiteral("edit"));
+        list = window->findChild<QWidget*>(QStringLiteral("list"));
+        ASSERT_TRUE(edit && list);
+    }
+    /// Long enough for repaints, and for a person to see that a dialog has closed.
+    static void Settle() { QTest::qWait(20); }
+
+    template <typename Widget = QWidget>
+    static Widget& In(QWidget& parent, int id) {
+        auto* widget = parent.findChild<Widget*>(QString::number(id));
+        EXPECT_NE(widget, nullptr) << id;
+        return *widget;
+    }
+    template <typename Widget = QWidget>
+    Widget& Control(int id) {
+        return In<Widget>(*window, id);
+    }
+    void ClickOnPanel(int id) {
+        Person::Click(Control(id), {5, 8});
+        Settle();
+    }
+
+    QAction* Entry(const std::string& menu, const std::string& text) {
+        for (QAction* top : window->menuBar()->actions())
+            if (top->text().toStdString() == menu) return Person::EntryOf(*top->menu(), text);
+        return nullptr;
+    }
+    void Choose(const std::string& menu, const std::string& text) {
+        QAction* entry = Entry(menu, text);
+        ASSERT_TRUE(entry && entry->isEnabled()) << text;
+        entry->trigger();
+        Settle();
+    }
+
+    void Keys(std::initializer_list<Qt::Key> keys) {
+        for (Qt::Key code : keys) Person::Press(*edit, code);
+    }
+    /// A key to whatever has the focus of the dialog.
+    static void Key(QDialog& dialog, Qt::Key code) {
+        QWidget* focus = dialog.focusWidget();
+        QTest::keyClick(focus ? focus : &dialog, code);
+    }
+    static void Fill(QDialog& dialog, int id, const QString& text) {
+        auto& field = In<QLineEdit>(dialog, id);
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClicks(&field, text);
+    }
+
+    /// The middle of a world tile in window pixels.
+    QPoint At(int x, int y) {
+        const CQuiltView& view = app->Frame().EditView();
+        const double scale = 8.0 / static_cast<double>(view.Zoom());
+        return {static_cast<int>((x + view.Scroll().x + 0.5) * scale),
+                static_cast<int>((y + view.Scroll().y + 0.5) * scale)};
+    }
+    Dobject& Board() { return *vWorld->Root().children.front(); }
+
+    const std::string programFolder = std::filesystem::current_path().string();
+    TempFolder temp;
+    Person person;
+    std::unique_ptr<CQuiltApp> app;
+    QtFrame* window = nullptr;
+    QWidget* edit = nullptr;
+    QWidget* list = nullptr;
+};
