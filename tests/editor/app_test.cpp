@@ -1,13 +1,13 @@
-// The application on the scripted backend: start, document commands, menus, panels and list.
+// The application on the scripted backend: start, document commands, panels, list and Run.
 
 #include "editor/commands.h"
+#include "editor/shell/do_save_notification.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
 #include "editor/shell/recent_files.h"
 #include "editor/view/brush.h"
-#include "engine/compositor.h"
-#include "engine/zip_stream.h"
 #include "platform/keys.h"
+#include "tests/support/plain_zip.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/temp_folder.h"
 
@@ -17,6 +17,7 @@
 
 using namespace platform;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -36,7 +37,6 @@ protected:
         Panel().Click(button);
         script.Pump();
     }
-    bool Ticked(int command) { return FindEntry(Frame().bar, command)->checked; }
     Dobject& FirstBoard() { return *vWorld->Root().children.front(); }
     Dobject& AddObject(Dobject& parent, const std::string& name) {
         Dobject* node = parent.Spawn(vWorld->TakeId(), 0);
@@ -57,49 +57,11 @@ TEST_F(App, StartsOnANewGame) {
     Start();
     EXPECT_EQ(std::filesystem::current_path().string(), programFolder);
     EXPECT_EQ(Frame().caption, "Untitled - Tessel Works's QUILT!");
-    EXPECT_EQ(Frame().idle,
-              "Use arrow keys to move cursor.  Ctrl + Left mouse button drags the view.");
     EXPECT_TRUE(Frame().shown);
-    EXPECT_TRUE(Frame().statusBar);
-    EXPECT_EQ(Frame().leftWidth, 200);
-    EXPECT_EQ(Frame().lowerHeight, 135);
     EXPECT_EQ(Frame().home, &Frame().Edit());
     EXPECT_EQ(vWorld->currentBoard, FirstBoard().id);
-    EXPECT_EQ(vWorld->currentObject, FirstBoard().id);
     EXPECT_EQ(FirstBoard().width, 80);
     EXPECT_EQ(script.palette[15], 0xffffffu);
-    EXPECT_EQ(Doc().Title(), "Untitled");
-    EXPECT_EQ(Doc().PathName(), "");
-}
-
-TEST_F(App, EveryMenuEntryStandsInItsPlace) {
-    Start();
-    std::vector<std::string> lines;
-    for (const MenuItem& menu : Frame().bar) {
-        std::string line = menu.text + ":";
-        for (const MenuItem& item : menu.items) {
-            line += item.kind == MenuItem::Kind::Separator ? " |" : " [" + item.text + "]";
-            if (!item.key.empty()) line += item.key;
-        }
-        lines.push_back(line);
-    }
-    EXPECT_THAT(
-        lines,
-        ElementsAre("&File: [&New]Ctrl+N [&Open...]Ctrl+O [&Save]Ctrl+S [Save &As...] [&Run]Ctrl+R "
-                    "| [Recent File] | [E&xit]",
-                    "&Set Video Mode: [320 x 240] [640 x 480] [800 x 600] [1024 x 768] | "
-                    "[Windowed]",
-                    "&View: [&Status Bar] [&Font Edit]Ctrl+F [&Tile ClipBoard]Ctrl+T "
-                    "[&Object Clipboard]Ctrl+C",
-                    "&Help: [&About QUILT!...]"));
-    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileExit)->prompt,
-              "Quit QUILT!; prompts to save currently loaded QUILT! game");
-    script.ExpectMessage("QUILT!");
-    Choose(kCmdAbout);
-    EXPECT_EQ(script.lastCaption, "About QUILT!");
-    Choose(kCmdStatusBar);
-    EXPECT_FALSE(Frame().statusBar);
-    EXPECT_FALSE(Ticked(kCmdStatusBar));
 }
 
 // --- documents ---------------------------------------------------------------------------------
@@ -123,7 +85,6 @@ TEST_F(App, SavesUnderANameAndOpensItAgain) {
     EXPECT_EQ(FirstBoard().GetTile(3, 4)->chr, 0) << "replaced without a question";
 
     EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent)->text, "&1 " + path);
-    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent)->prompt, "Open this QUILT! game");
     Choose(kCmdFileRecent);
     EXPECT_EQ(FirstBoard().GetTile(3, 4)->chr, 66);
     EXPECT_GT(FirstBoard().id, oldId);
@@ -147,21 +108,14 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     Choose(kCmdFileSaveAs);
     FirstBoard().name = "kept";
     const std::string text = PutFile(temp / "text.zqlt", "no archive");
-    std::string empty = temp / "empty.zqlt";
-    {
-        ZipWriter archive(empty);
-        ZipEntryOutStream out;
-        out.open(archive, "res.dat");
-        out << "0 0";
-        out.close();
-    }
-    struct Case {
+    const std::string empty = PutFile(temp / "empty.zqlt", MakeZip({{"res.dat", "0 0"}}));
+    const struct {
         std::string path, message;
-    };
-    for (const Case& c : {Case{temp / "none.zqlt", "could not be opened"},
-                          {temp.Path(), "could not be opened"},
-                          {text, "could not be loaded"},
-                          {empty, "There is no game in this archive"}}) {
+    } cases[] = {{temp / "none.zqlt", "could not be opened"},
+                 {temp.Path(), "could not be opened"},
+                 {text, "could not be loaded"},
+                 {empty, "There is no game in this archive"}};
+    for (const auto& c : cases) {
         script.ExpectOpenDialog(c.path);
         script.ExpectMessage(c.message);
         Choose(kCmdFileOpen);
@@ -196,58 +150,21 @@ TEST_F(App, SixRecentFilesAreKept) {
     EXPECT_THAT(RecentFiles(), ElementsAre("f5", "f8", "f7", "f6", "f4", "f3"));
 }
 
-TEST_F(App, ClosingAsks) {
-    Start();
-    script.ExpectMessage("Do you want to quit?", false);
-    Choose(kCmdFileExit);
-    EXPECT_FALSE(Frame().closed);
-    EXPECT_EQ(script.lastCaption, "Confirm Quit");
-    script.ExpectMessage("Do you want to quit?", true);
-    Frame().Close();
-    EXPECT_TRUE(Frame().closed);
-    app.reset();
-    EXPECT_EQ(vWorld, nullptr);
-    EXPECT_FALSE(vClipBuffer);
-}
-
 // --- the frame ---------------------------------------------------------------------------------
-
-TEST_F(App, TheVideoModeIsTickedAndTravelsWithTheGame) {
-    Start();
-    EXPECT_TRUE(Ticked(kCmdVideoMode + 1));
-    EXPECT_TRUE(Ticked(kCmdWindowed));
-    Choose(kCmdVideoMode + 3);
-    Choose(kCmdWindowed);
-    EXPECT_EQ(vWorld->videoMode, 3);
-    EXPECT_EQ(vWorld->windowed, 0);
-    EXPECT_FALSE(Ticked(kCmdVideoMode + 1));
-    EXPECT_TRUE(Ticked(kCmdVideoMode + 3));
-    EXPECT_FALSE(Ticked(kCmdWindowed));
-    const std::string path = temp / "mode.zqlt";
-    script.ExpectSaveDialog(path);
-    Choose(kCmdFileSave);
-    Choose(kCmdFileNew);
-    EXPECT_TRUE(Ticked(kCmdVideoMode + 1));
-    script.ExpectOpenDialog(path);
-    Choose(kCmdFileOpen);
-    EXPECT_TRUE(Ticked(kCmdVideoMode + 3));
-    EXPECT_FALSE(Ticked(kCmdWindowed));
-    EXPECT_EQ(vWorld->windowed, 0);
-}
 
 TEST_F(App, ThePaintPanelWritesAtOnce) {
     Start();
     const auto type = [&](int code) { Frame().Edit().events->OnKeyDown(code); };
-    EXPECT_EQ(Panel().GetText(kBrushName), "Brush - Normal");
     type(kKeyTab);
     EXPECT_EQ(Panel().GetText(kBrushName), "Brush - TAB");
     EXPECT_TRUE(Panel().IsChecked(kRadioBrush));
-    Panel().Click(kRadioBlender);
-    EXPECT_EQ(vBrushMode, kBrushBlender);
-    EXPECT_EQ(Panel().GetText(kBrushName), "Brush - Blender");
-    Panel().Click(kRadioText);
-    EXPECT_EQ(vBrushMode, kBrushText);
-    Panel().Click(kRadioBrush);
+    for (const auto& [radio, mode] :
+         {std::pair(kRadioBlender, kBrushBlender), std::pair(kRadioText, kBrushText),
+          std::pair(kRadioBrush, kBrushNormal)}) {
+        Panel().Click(radio);
+        EXPECT_EQ(vBrushMode, mode);
+        EXPECT_EQ(Panel().GetText(kBrushName), BrushModeName(mode));
+    }
 
     vBrush = {65, -2, 1, 3};
     Panel().Slide(kSlotSlider, 3);
@@ -311,12 +228,9 @@ TEST_F(App, TheListSelectsScrollsAndSwaps) {
     list.OnLButtonDown(false, {20, 15});
     EXPECT_EQ(vWorld->currentObject, FirstBoard().id);
     EXPECT_EQ(vWorld->Root().children.back()->posy, 480) << "the other board is parked";
-    list.OnMouseMove(false, {20, 27});
-    EXPECT_EQ(vWorld->currentObject, object.id) << "a drag runs through the rows";
     list.OnMouseMove(false, {20, 37});
-    EXPECT_EQ(vWorld->currentBoard, second);
+    EXPECT_EQ(vWorld->currentBoard, second) << "a drag runs through the rows";
     list.OnLButtonUp(false, {20, 37});
-    EXPECT_FALSE(Frame().List().captured);
 
     list.OnLButtonDown(true, {50, 50});
     list.OnMouseMove(true, {50, 31});
@@ -328,10 +242,94 @@ TEST_F(App, TheListSelectsScrollsAndSwaps) {
     EXPECT_EQ(vWorld->currentObject, FirstBoard().id);
     list.OnLButtonUp(false, {20, 15});
 
-    Frame().List().Paint();
-    EXPECT_EQ(Frame().List().shown, (Size{200, 768}));
     list.OnLButtonDblClk(true, {20, 15});
     script.Pump();
     EXPECT_EQ(vPanelMode, kPanelProperties);
     EXPECT_TRUE(Panel().Picture(kPropViewer) != nullptr);
+}
+
+// --- Run ---------------------------------------------------------------------------------------
+
+namespace {
+
+class Run : public App {
+protected:
+    Run() { Start(); }
+    void Choose() { App::Choose(kCmdRun); }
+    void ExpectNotice(int button) {
+        script.ExpectDialog("Save Notification", [button](ScriptedForm& form) {
+            EXPECT_TRUE(form.IsChecked(kNoticeHide)) << "it opens ticked";
+            form.Click(button);
+        });
+    }
+    int Shown() { return script.GetProfileInt("Notify", "param", 1); }
+    std::array<std::string, 3> Started(const std::string& game) {
+        return {programFolder + "/QUILT! Runner", game, programFolder};
+    }
+};
+
+}  // namespace
+
+TEST_F(Run, SavesTheGameAndStartsThePlayerOnIt) {
+    const std::string game = temp / "my \"best\" game.zqlt";
+    ExpectNotice(kIdOk);
+    script.ExpectSaveDialog(game);
+    Choose();
+    EXPECT_THAT(script.started, ElementsAre(Started(game)));
+    EXPECT_EQ(Doc().PathName(), game);
+    EXPECT_THAT(RecentFiles(), ElementsAre(game));
+    const std::string first = FileBytes(game);
+    EXPECT_FALSE(first.empty());
+
+    FirstBoard().PutTile(1, 1, 65, 4, 5, 0);
+    ExpectNotice(kIdOk);
+    Choose();  // no question for a name
+    EXPECT_THAT(script.started, ElementsAre(Started(game), Started(game)));
+    EXPECT_NE(FileBytes(game), first) << "the player reads what the editor holds";
+
+    // A title with that word is asked for its name although it has a file.
+    const std::string second = temp / "Untitled.zqlt";
+    ExpectNotice(kIdOk);
+    script.ExpectSaveDialog(second);
+    App::Choose(kCmdFileNew);
+    Choose();
+    ExpectNotice(kIdOk);
+    script.ExpectSaveDialog(second);
+    Choose();
+    EXPECT_EQ(script.lastFileDialog.path, second);
+    EXPECT_EQ(script.started.size(), 4u);
+}
+
+TEST_F(Run, EveryCancelLeavesAllAsItWas) {
+    ExpectNotice(kIdCancel);
+    Choose();
+    ExpectNotice(kIdOk);
+    script.ExpectSaveDialog(std::nullopt);
+    Choose();
+    ExpectNotice(kIdOk);
+    script.ExpectSaveDialog(temp / "no folder/x.zqlt");
+    script.ExpectMessage("could not be saved");
+    Choose();
+    EXPECT_THAT(script.started, IsEmpty());
+    EXPECT_THAT(temp.Names(), IsEmpty());
+    EXPECT_EQ(Doc().Title(), "Untitled");
+    EXPECT_EQ(Shown(), 1);
+}
+
+TEST_F(Run, ClearingTheTickHidesTheNoticeForGood) {
+    // The value is written at the click: ticking again and Cancel do not take it back.
+    script.ExpectDialog("Save Notification", [&](ScriptedForm& form) {
+        EXPECT_EQ(Shown(), 1);
+        form.Click(kNoticeHide);
+        EXPECT_EQ(Shown(), 0);
+        form.Click(kNoticeHide);
+        EXPECT_EQ(Shown(), 0);
+        form.Click(kIdCancel);
+    });
+    Choose();
+    EXPECT_THAT(script.started, IsEmpty()) << "this run is cancelled";
+    script.ExpectSaveDialog(temp / "a.zqlt");
+    Choose();
+    EXPECT_EQ(script.started.size(), 1u);
+    EXPECT_EQ(Shown(), 0);
 }

@@ -2,24 +2,23 @@
 
 #include "editor/tools/fade_fills.h"
 #include "tests/editor/area_world.h"
+#include "tests/support/temp_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <list>
 #include <map>
-
-#include <unistd.h>
 
 using platform::Point;
 using testing::ElementsAre;
 
 namespace {
 
-constexpr FadeTiles kSet{1, 2, 3, 4, 5};
+// The first and the last are beyond a byte.
+constexpr FadeTiles kSet{256, 1, 2, 3, 300};
 
 // --- plain readings: no bitmaps, no tricks, and the generator drawn from in the same order ------
 
@@ -55,8 +54,10 @@ void PlainNormal(Plain& to, const FadeCells& cells, int reach) {
     std::map<std::pair<int, int>, int> area;
     for (int v = 0; v < vRegionH; ++v)
         for (int u = 0; u < vRegionW; ++u)
-            area[{v, u}] = kSet[static_cast<std::size_t>(
-                cells[static_cast<std::size_t>(v * 10 / vRegionH * 10 + u * 10 / vRegionW)])];
+            area[{v, u}] =
+                kSet[static_cast<std::size_t>(
+                    cells[static_cast<std::size_t>(v * 10 / vRegionH * 10 + u * 10 / vRegionW)])] &
+                255;
     auto shaken = area;
     for (const auto& [place, glyph] : area) {
         if (reach == 0) continue;
@@ -119,8 +120,13 @@ protected:
         EXPECT_EQ(std::rand(), drawn) << "as many draws";
         for (std::size_t i = 0; i < before.size(); ++i) {
             Dtile expected = before[i];
-            if (plain.glyphs[i] != -1)
-                expected = {static_cast<std::uint16_t>(plain.glyphs[i]), 15, 1, 0};
+            if (plain.glyphs[i] != -1) {
+                expected.chr = static_cast<std::uint16_t>(plain.glyphs[i]);
+                // -1 leaves a field as it is.
+                if (vBrush.fg != -1) expected.fg = static_cast<std::uint16_t>(vBrush.fg);
+                if (vBrush.bg != -1) expected.bg = static_cast<std::uint16_t>(vBrush.bg);
+                if (vBrush.attrib != -1) expected.attrib = 3;
+            }
             ASSERT_EQ(board->tiles[i], expected) << "seed " << seed << ", cell " << i;
             ASSERT_EQ(vMask[i] == kDone, plain.glyphs[i] != -1) << "seed " << seed;
         }
@@ -144,8 +150,9 @@ TEST_F(Fades, AreThoseOfThePlainReadings) {
         const int r = roll(0, 15), px = roll(10, 400), py = roll(10, 400), part = roll(0, 99);
         const auto scatter = [&] {
             Scatter(random, 9);
-            vFadeCenterX = vRegionX + roll(0, vRegionW - 1);
-            vFadeCenterY = vRegionY + roll(0, vRegionH - 1);
+            vFadeCenterX = vRegionX + roll(-1, vRegionW);
+            vFadeCenterY = vRegionY + roll(-1, vRegionH);
+            vBrush = {1, roll(-2, 15), roll(-1, 15), roll(0, 3) ? 3 : -1};
         };
         scatter();
         Compare([&] { DistanceFade(handle, px, py, r, kSet); },
@@ -160,104 +167,23 @@ TEST_F(Fades, AreThoseOfThePlainReadings) {
     }
 }
 
-TEST_F(Fades, DistanceCutsEachAxisFirst) {
-    MakeBoard(41, 1);
-    SelectRect(handle, {0, 0}, {40, 0});
-    vFadeCenterX = 20;
-    vFadeCenterY = 0;
-    DistanceFade(handle, 35, 45, 0, kSet);
-    EXPECT_EQ(At(20, 0).chr, 1) << "position 0 at the centre";
-    EXPECT_EQ(At(0, 0).chr, 3) << "20 times 0.35 in single precision stays below 7: position 2";
-    EXPECT_EQ(At(40, 0).chr, 3);
-    EXPECT_EQ(At(17, 0).chr, 2) << "3 times 0.35 reaches 1";
-}
-
-TEST_F(Fades, NormalKeepsThePatternUpToARandomOfOne) {
-    MakeBoard(10, 10);
-    FadeCells cells;
-    for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = static_cast<int>(i * 7 % 5);
-    for (int reach : {0, 1}) {
-        SelectRect(handle, {0, 0}, {9, 9});
-        NormalFade(handle, cells, reach, {256, 1, 2, 3, 300});
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            EXPECT_EQ(board->tiles[i].chr, (std::array{0, 1, 2, 3, 44})[i * 7 % 5])
-                << "the low 8 bits";
-    }
-    SelectRect(handle, {0, 0}, {0, 0});
-    vFadeCenterX = vFadeCenterY = 0;
-    DistanceFade(handle, 10, 10, 0, {300, 1, 2, 3, 4});
-    EXPECT_EQ(At(0, 0).chr, 300) << "the other fades take glyphs whole";
-}
-
-TEST_F(Fades, SlimeFillsThePieceOfItsSeed) {
-    Draw("00900000/00900000/00900000/99999999/00000000/00000000");
-    SelectSameAs(handle, {0, 0});
-    vFadeCenterX = 1;
-    vFadeCenterY = 1;
-    SlimeFade(handle, 0, kSet);
-    EXPECT_EQ(Mask(), "oo.xxxxx/oo.xxxxx/oo.xxxxx/......../xxxxxxxx/xxxxxxxx");
-    EXPECT_EQ(At(1, 1).chr, 5) << "position 4 first";
-    const auto before = board->tiles;
-    for (const Point start : {Point{2, 0}, {0, 0}, {-1, 5}, {8, 5}, {0, 6}}) {
-        vFadeCenterX = start.x;
-        vFadeCenterY = start.y;
-        SlimeFade(handle, 3, kSet);
-        EXPECT_EQ(board->tiles, before) << "a seed that is not selected";
-    }
-}
-
-TEST_F(Fades, KeepWhatTheBrushLeavesOut) {
-    vBrush = {-1, 3, 4, -1};
-    At(0, 0) = {9, 9, 9, 9};
-    const auto paint = [&](auto fade) {
-        SelectRect(handle, {0, 0}, {0, 0});
-        vFadeCenterX = vFadeCenterY = 0;
-        fade();
-        EXPECT_EQ(At(0, 0).fg, 3);
-        EXPECT_EQ(At(0, 0).attrib, 9);
-        At(0, 0).fg = 9;
-    };
-    for (int i = 0; i < 300; ++i) {
-        SelectRect(handle, {0, 0}, {0, 0});
-        SpeckleFill(handle, 99);
-    }
-    EXPECT_EQ(At(0, 0), (Dtile{9, 3, 4, 9}));
-    paint([&] { DistanceFade(handle, 10, 10, 3, kSet); });
-    paint([&] { NormalFade(handle, {}, 3, kSet); });
-    paint([&] { SlimeFade(handle, 3, kSet); });
-    // Without a node, or without cells, nothing happens.
-    Dobject& empty = AddNode(*board, "empty", 0, 0);
-    for (Handle h : {kNoHandle, HandleOf(empty)}) {
-        SelectRect(h, {0, 0}, {4, 4});
-        DistanceFade(h, 10, 10, 3, kSet);
-        NormalFade(h, {}, 3, kSet);
-        SlimeFade(h, 3, kSet);
-        SpeckleFill(h, 50);
-    }
-}
-
 // --- the library -------------------------------------------------------------------------------
 
 namespace {
 
 class FadeLibrary : public WorldTest {
 protected:
-    FadeLibrary() : home(std::filesystem::current_path()) {
-        folder =
-            std::filesystem::temp_directory_path() / ("quilt-fades-" + std::to_string(getpid()));
-        std::filesystem::create_directories(folder / "Library");
-        std::filesystem::current_path(folder);
+    FadeLibrary() {
+        std::filesystem::current_path(temp.Path());
+        std::filesystem::create_directory("Library");
     }
-    ~FadeLibrary() override {
-        std::filesystem::current_path(home);
-        std::filesystem::remove_all(folder);
-    }
+    ~FadeLibrary() override { std::filesystem::current_path(home); }
     static std::vector<std::string> Sets(const std::string& text) {
-        std::ofstream("Library/FadeSets.txt", std::ios::binary) << text;
+        PutFile("Library/FadeSets.txt", text);
         return Names(LoadFadeSets("DoFade"));
     }
     static std::vector<std::string> Blends(const std::string& text) {
-        std::ofstream("Library/FadeBlends.txt", std::ios::binary) << text;
+        PutFile("Library/FadeBlends.txt", text);
         return Names(LoadFadeBlends("DoFade"));
     }
     template <typename Record>
@@ -272,7 +198,8 @@ protected:
         return text;
     }
 
-    std::filesystem::path home, folder;
+    const std::filesystem::path home = std::filesystem::current_path();
+    TempFolder temp;
 };
 
 }  // namespace

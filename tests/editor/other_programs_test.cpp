@@ -134,19 +134,21 @@ TEST_F(OtherPrograms, PicturesOfFewColorsKeepTheirNumbers) {
 }
 
 TEST_F(OtherPrograms, ArchivesOfWholeTiles) {
-    PutClip(2, 1, {{65, 65534, 1, 2}, {kNone, 7, 0, kNone}});
+    PutClip(2, 2, {{65, 65534, 1, 2}, {kNone, 7, 0, kNone}, {40000, 1, 2, 0}, {0, 0, 0, 0}});
     const std::vector<Dtile> before = vTileClip;
     ASSERT_TRUE(SaveTileClip(temp / "ours.qcf"));
     const std::string listing = Shell(
         "python3 -c 'import zipfile; z = zipfile.ZipFile(\"ours.qcf\"); assert z.testzip() is "
         "None; print([(n, z.read(n)) for n in z.namelist()])'");
-    EXPECT_EQ(listing, "[('size.hdr', b'2 1\\r\\n'), ('clip.dat', b'65 -2 1 2 -1 7 0 -1 ')]\n");
+    EXPECT_EQ(listing,
+              "[('size.hdr', b'2 2\\r\\n'), ('clip.dat', b'65 -2 1 2 -1 7 0 -1 -25536 1 2 0 0 0 0 "
+              "0 ')]\n");
     for (const char* packing : {"ZIP_STORED", "ZIP_DEFLATED"}) {
         Shell(std::string("python3 -c 'import zipfile; z = zipfile.ZipFile(\"theirs.qcf\", \"w\", "
                           "zipfile.") +
               packing +
-              "); z.writestr(\"size.hdr\", \"2 1\\n\"); z.writestr(\"clip.dat\", \"65 -2 1 2\\n-1 "
-              "7 0 65535\"); z.close()'");
+              "); z.writestr(\"size.hdr\", \"2 2\\n\"); z.writestr(\"clip.dat\", \"65 -2 1 2\\n-1 "
+              "7 0 65535 40000 1 2 0 0 0 0 0\"); z.close()'");
         ClearTileClip();
         ASSERT_TRUE(Load("theirs.qcf")) << reports.Texts();
         EXPECT_EQ(vTileClip, before) << packing;

@@ -144,21 +144,16 @@ TEST_F(View, BlenderTakesOneStepAVisit) {
 }
 
 TEST_F(View, BrushKeysStayInTheirRanges) {
-    struct Case {
+    const struct {
         int code;
         std::int32_t Brush::*field;
         int from, to;
-    };
-    for (const Case& c : {Case{kKeyHome, &Brush::fg, 3, 2},
-                          {kKeyHome, &Brush::fg, 0, 0},
-                          {kKeyEnd, &Brush::fg, 254, 255},
-                          {kKeyEnd, &Brush::fg, 255, 255},
-                          {kKeyPageUp, &Brush::bg, 0, 0},
-                          {kKeyPageDown, &Brush::bg, 255, 255},
-                          {kKeyPageDown, &Brush::bg, 7, 8},
-                          {kKeyInsert, &Brush::chr, 0, 0},
-                          {kKeyDelete, &Brush::chr, 254, 255},
-                          {kKeyDelete, &Brush::chr, 255, 255}}) {
+    } cases[] = {{kKeyHome, &Brush::fg, 3, 2},        {kKeyHome, &Brush::fg, 0, 0},
+                 {kKeyEnd, &Brush::fg, 254, 255},     {kKeyEnd, &Brush::fg, 255, 255},
+                 {kKeyPageUp, &Brush::bg, 0, 0},      {kKeyPageDown, &Brush::bg, 255, 255},
+                 {kKeyPageDown, &Brush::bg, 7, 8},    {kKeyInsert, &Brush::chr, 0, 0},
+                 {kKeyDelete, &Brush::chr, 254, 255}, {kKeyDelete, &Brush::chr, 255, 255}};
+    for (const auto& c : cases) {
         vBrush.*c.field = c.from;
         Keys({c.code});
         EXPECT_EQ(vBrush.*c.field, c.to) << c.code << " from " << c.from;
@@ -205,16 +200,6 @@ TEST_F(View, PaintingGoesThroughTheScrollOfTheObject) {
     EXPECT_EQ(object.viewy, 0);
 }
 
-TEST_F(View, SlotsHoldNineBrushes) {
-    vBrush = {65536 + 65, -2, 3, 1};
-    ChooseBrushSlot(3);
-    EXPECT_EQ(vBrush, (Brush{0, 0, 0, 0}));
-    ChooseBrushSlot(0);
-    EXPECT_EQ(vBrush, (Brush{65, -2, 3, 1}));
-    for (int none : {-1, kBrushSlots}) ChooseBrushSlot(none);
-    EXPECT_EQ(vBrushSlot, 0);
-}
-
 // --- typing ------------------------------------------------------------------------------------
 
 TEST_F(View, TypingWrapsAtTheGridAndReturnsToTheMargin) {
@@ -242,35 +227,7 @@ TEST_F(View, TypingWrapsAtTheGridAndReturnsToTheMargin) {
     EXPECT_EQ(Chr(2, 0), 'C');
 }
 
-TEST_F(View, TypingInAScrolledObjectWrapsInItsOwnGrid) {
-    Dobject& object = AddNode(*board, "object", 3, 2);
-    object.posx = 5;
-    object.posy = 1;
-    object.viewx = 1;
-    world->currentObject = object.id;
-    vBrushMode = kBrushText;
-    view.OnLButtonDown(false, At(6, 1));
-    Type("ABCDEF");
-    EXPECT_EQ(Row(0, object), "EFA");
-    EXPECT_EQ(Row(1, object), "BCD");
-}
-
 // --- mouse -------------------------------------------------------------------------------------
-
-TEST_F(View, CtrlAndLeftDragTheViewAndOtherDragsTheCursor) {
-    view.OnLButtonDown(true, {100, 100});
-    EXPECT_TRUE(window.captured);
-    view.OnMouseMove(true, {117, 84});
-    EXPECT_EQ(view.Scroll(), (Point{2, -2}));
-    view.OnLButtonUp(true, {117, 84});
-    EXPECT_FALSE(window.captured);
-    view.OnMouseMove(false, {5, 5});
-    EXPECT_EQ(view.Cursor(), (Point{0, 0})) << "with no button held the cursor stays";
-    view.OnLButtonDown(false, At(3, 4));
-    view.OnMouseMove(false, At(5, 6));
-    EXPECT_EQ(view.Cursor(), (Point{5, 6}));
-    view.OnLButtonUp(false, At(5, 6));
-}
 
 TEST_F(View, ZoomHasFourStepsForTheWheelAndTheMenu) {
     std::vector<float> zooms;
@@ -351,21 +308,6 @@ TEST_F(View, PickingTakesTheNodeOrAsks) {
     EXPECT_EQ(world->currentObject, b.id);
     EXPECT_EQ(script.lastMenuAt, window.ClientToScreen({24, 24}));
     EXPECT_EQ(host.tree, 5);
-}
-
-TEST_F(View, ARightDragMovesTheCurrentObject) {
-    vPanelMode = kPanelProperties;
-    Dobject& a = AddNode(*board, "a", 1, 1);
-    world->currentObject = a.id;
-    view.OnRButtonDown(false, At(3, 4));
-    EXPECT_EQ(std::pair(a.posx, a.posy), std::pair(3, 4));
-    view.OnMouseMove(false, At(5, 1));
-    EXPECT_EQ(std::pair(a.posx, a.posy), std::pair(5, 1));
-    view.OnRButtonUp(false, At(5, 1));
-    view.OnMouseMove(false, At(7, 7));
-    EXPECT_EQ(a.posx, 5);
-    EXPECT_EQ(view.Cursor(), (Point{7, 7})) << "here the cursor follows the bare mouse";
-    EXPECT_EQ(host.viewer, 2);
 }
 
 TEST_F(View, PropertiesKeysPlaceTheClipboardAndRecolour) {
