@@ -215,27 +215,26 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
     PutFile(folder / "none.zqlt", MakeZip(Entries(board + "0 1\n1 2 3 0\n~pb\n~pe\n~oe\n")));
     PutFile(folder / "huge.zqlt",
             MakeZip(Entries(board + "32767 32767\n1 2 3 0\n~pb\n~pe\n~oe\n")));
-    struct Case {
+    const struct {
         const char* call;
         int status;
         const char* err;
-    };
-    for (const Case& c :
-         {Case{"info bad.zqlt", 1, "quilt-tool: bad.zqlt: it is no game archive"},
-          {"cat missing.zqlt", 1, "quilt-tool: missing.zqlt: there is no such file\n"},
-          {"cat .", 1, "quilt-tool: .: it is no file\n"},
-          {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
-          {"repack a.zqlt no/b.zqlt", 1, "quilt-tool: no/b.zqlt: "},
-          {"render a.zqlt no/b.png", 1, "quilt-tool: no/b.png: "},
-          {"render none.zqlt b.png", 1, "quilt-tool: none.zqlt: the viewport of 'b'"},
-          {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
-          {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
-          {"render a.zqlt b.png --scale 0", 2, "quilt-tool: --scale"},
-          {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
-          {"info", 2, "quilt-tool: GAME is required"},
-          {"info a.zqlt b.zqlt", 2, "quilt-tool: "},
-          {"other a.zqlt", 2, "quilt-tool: "},
-          {"", 2, "quilt-tool: "}}) {
+    } cases[] = {{"info bad.zqlt", 1, "quilt-tool: bad.zqlt: it is no game archive"},
+                 {"cat missing.zqlt", 1, "quilt-tool: missing.zqlt: there is no such file\n"},
+                 {"cat .", 1, "quilt-tool: .: it is no file\n"},
+                 {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
+                 {"repack a.zqlt no/b.zqlt", 1, "quilt-tool: no/b.zqlt: "},
+                 {"render a.zqlt no/b.png", 1, "quilt-tool: no/b.png: "},
+                 {"render none.zqlt b.png", 1, "quilt-tool: none.zqlt: the viewport of 'b'"},
+                 {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
+                 {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
+                 {"render a.zqlt b.png --scale 0", 2, "quilt-tool: --scale"},
+                 {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+                 {"info", 2, "quilt-tool: GAME is required"},
+                 {"info a.zqlt b.zqlt", 2, "quilt-tool: "},
+                 {"other a.zqlt", 2, "quilt-tool: "},
+                 {"", 2, "quilt-tool: "}};
+    for (const auto& c : cases) {
         const Result result = Run(c.call);
         EXPECT_EQ(result.status, c.status) << c.call;
         EXPECT_THAT(result.err, StartsWith(c.err)) << c.call;
@@ -249,20 +248,4 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
         EXPECT_NE(result.out, "") << call;
         EXPECT_EQ(result.err, "") << call;
     }
-}
-
-TEST_F(Tool, GitShowsWhatChangedInAGame) {
-    if (std::system("git --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "there is no git";
-    PlantGame();
-    SaveGame("a.zqlt");
-    const std::string git = "git -c user.name=x -c user.email=x@example.org ";
-    EXPECT_EQ(Shell("git init -q . && echo '*.zqlt diff=quilt' >.gitattributes && "
-                    "git config diff.quilt.textconv '" QUILT_TOOL " cat' && git add . && " +
-                    git + "commit -qm one")
-                  .status,
-              0);
-    world->Root().children.front()->children.front()->script = "#bind b\n\n#end";
-    SaveGame("a.zqlt");
-    const Result diff = Shell("git diff");
-    EXPECT_THAT(diff.out, HasSubstr("\n-#bind a\n+#bind b\n"));
 }
