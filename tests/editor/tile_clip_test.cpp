@@ -190,42 +190,6 @@ TEST_F(TileClip, WhatCannotBeReadLeavesTheClipboardAsItWas) {
     EXPECT_THAT(reports.Trace(), testing::Contains(HasSubstr("could not be saved")));
 }
 
-// A file that is cut or altered loads as some clipboard, or leaves the old one.
-TEST_F(TileClip, CutAndAlteredFilesDoNoHarm) {
-    const struct {
-        const char* name;
-        int mask;
-    } cases[] = {{"x.qcf", 15}, {"x.chr", 1}, {"x.bmp", 2}, {"x.att", 8}, {"x.txt", 0}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const std::string path = temp / c.name;
-        PutRandom(6, 4, c.mask, 11);
-        if (c.mask)
-            ASSERT_TRUE(SaveTileClip(path));
-        else
-            PutFile(path, "three\nlines of\ntext\n");
-        const std::string good = FileBytes(path);
-        PutRandom(2, 3, 15, 12);
-        const std::vector<Dtile> old = vTileClip;
-        const auto harmless = [&](const std::string& bytes) {
-            Put(2, 3, old);
-            PutFile(path, bytes);
-            const bool stays = !Load(path);
-            EXPECT_TRUE(!stays || (vTileClip == old && vTileClipW == 2 && vTileClipH == 3));
-            EXPECT_EQ(vTileClip.size(), static_cast<std::size_t>(vTileClipW * vTileClipH));
-        };
-        for (std::size_t size = 0; size < good.size(); ++size) harmless(good.substr(0, size));
-        for (std::size_t at = 0; at < good.size(); ++at) {
-            constexpr int kFlips[] = {1, 0x80, 0xff};
-            std::string altered = good;
-            altered[at] = static_cast<char>(altered[at] ^ kFlips[at % 3]);
-            harmless(altered);
-        }
-        harmless(good + "more");
-    }
-    reports.Clear();
-}
-
 // --- the dialog --------------------------------------------------------------------------------
 
 namespace {

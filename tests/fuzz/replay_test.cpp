@@ -16,10 +16,13 @@ namespace {
 struct Target {
     const char* name;
     void (*run)(const std::uint8_t* data, std::size_t size);
+    bool altered = false;  ///< small seeds are also cut anywhere, and altered in each byte
 };
 
 // Names the parameter in the list of tests.
 void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
+
+constexpr std::size_t kSmall = 400;
 
 class Replay : public testing::TestWithParam<Target> {};
 
@@ -38,9 +41,18 @@ TEST_P(Replay, SeedsAndPastCrashes) {
         if (!std::filesystem::exists(folder)) continue;
         for (const auto& entry : std::filesystem::directory_iterator(folder)) {
             SCOPED_TRACE(entry.path());
-            const std::vector<std::uint8_t> bytes = BytesOf(entry.path());
+            std::vector<std::uint8_t> bytes = BytesOf(entry.path());
             GetParam().run(bytes.data(), bytes.size());
             ++seeds;
+            if (!GetParam().altered || bytes.size() > kSmall) continue;
+            for (std::size_t at = 0; at < bytes.size(); ++at) {
+                GetParam().run(bytes.data(), at);
+                constexpr std::uint8_t kFlips[] = {1, 0x80, 0xff};
+                const std::uint8_t kept = bytes[at];
+                bytes[at] ^= kFlips[at % 3];
+                GetParam().run(bytes.data(), bytes.size());
+                bytes[at] = kept;
+            }
         }
     }
     EXPECT_GE(seeds, 5) << "the seeds are gone";
@@ -48,8 +60,9 @@ TEST_P(Replay, SeedsAndPastCrashes) {
 
 INSTANTIATE_TEST_SUITE_P(Targets, Replay,
                          testing::Values(Target{"archive", FuzzArchive}, Target{"text", FuzzText},
-                                         Target{"selector", FuzzSelector}, Target{"qcf", FuzzQcf},
-                                         Target{"chr", FuzzChr}, Target{"txt", FuzzTxt},
-                                         Target{"att", FuzzAtt}, Target{"bmp", FuzzBmp},
-                                         Target{"zobj", FuzzZobj}),
+                                         Target{"selector", FuzzSelector},
+                                         Target{"qcf", FuzzQcf, true}, Target{"chr", FuzzChr, true},
+                                         Target{"txt", FuzzTxt, true}, Target{"att", FuzzAtt, true},
+                                         Target{"bmp", FuzzBmp, true},
+                                         Target{"zobj", FuzzZobj, true}),
                          [](const auto& test) { return std::string(test.param.name); });
