@@ -67,6 +67,16 @@ public:
         return OwnPixel(node, inViewX + node.viewx, inViewY + node.viewy, px % 8, py % 8);
     }
 
+    // Where a node's own cell (0, 0) is on its board, and the board without the root's pan.
+    static std::pair<int, int> OriginOf(const Dobject& node) {
+        std::pair<int, int> origin{node.posx, node.posy};
+        for (const Dobject* in = node.parent; in && in->parent; in = in->parent) {
+            origin.first += in->posx - in->viewx;
+            origin.second += in->posy - in->viewy;
+        }
+        return origin;
+    }
+
 private:
     int OwnPixel(const Dobject& node, int gx, int gy, int x, int y) const {
         if (gx < 0 || gy < 0 || gx >= node.width || gy >= node.height) return -1;
@@ -198,20 +208,15 @@ TEST_F(Compositor, MatchesThePixelModelOnRandomWorlds) {
         clear_to_color(target.get(), kNothing);
         world->DrawObjectMode(target.get(), panX, panY, h, 2);
         Model::Frame frame = RootFrame();
-        int parentX = -chosen->posx;
-        int parentY = -chosen->posy;
-        chosen->AddOffset(parentX, parentY);
-        frame.originX += parentX;
-        frame.originY += parentY;
+        const auto [left, top] = Model::OriginOf(*chosen);
+        frame.originX += left - chosen->posx;
+        frame.originY += top - chosen->posy;
         Expect("mode 2", [&](int x, int y) { return model.PixelOfNode(*chosen, frame, x, y); });
 
         clear_to_color(target.get(), kNothing);
         world->DrawObjectMode(target.get(), panX, panY, h, 3);
-        int left = panX;
-        int top = panY;
-        chosen->AddOffset(left, top);
-        Expect("mode 3", [&](int x, int y) {
-            return getpixel(chosen->vSurf.get(), x - left * 8, y - top * 8);
+        Expect("mode 3", [&, x0 = (left + panX) * 8, y0 = (top + panY) * 8](int x, int y) {
+            return getpixel(chosen->vSurf.get(), x - x0, y - y0);
         });
     }
 }
