@@ -212,6 +212,7 @@ TEST_F(App, PanelsSwapAndForgetTheAttributeTick) {
     EXPECT_EQ(FirstBoard().vieww, 80);
     Panel().Click(kShowAll);
     EXPECT_EQ(FirstBoard().vieww, 20);
+    EXPECT_EQ(FirstBoard().evieww, 0) << "nothing is kept aside any more";
     SwapPanel(kToPaint);
     EXPECT_EQ(vPanelMode, kPanelPaint);
     EXPECT_FALSE(Panel().IsChecked(kShowAttrib));

@@ -133,17 +133,6 @@ TEST_F(AreaTest, NodesWithoutCellsSelectNothing) {
 
 // --- actions -----------------------------------------------------------------------------------
 
-TEST_F(AreaTest, FillWritesTheBrushAndBacksUp) {
-    SelectRect(handle, {1, 1}, {2, 2});
-    vBrush = {7, -2, -1, 3};
-    FillRegion(handle);
-    EXPECT_EQ(At(1, 1), (Dtile{7, kSpriteColor, 0, 3}));
-    EXPECT_EQ(Glyphs(), "00000000/07700000/07700000/00000000/00000000/00000000");
-    EXPECT_EQ(Mask(), "......../.oo...../.oo...../......../......../........");
-    board->RestoreTiles();
-    EXPECT_EQ(At(1, 1), Dtile{});
-}
-
 TEST_F(AreaTest, BlendRunsFromTheLowColourAtTheCursor) {
     vBrush = {1, 200, 100, 2};
     SelectRect(handle, {0, 0}, {7, 5});

@@ -229,14 +229,3 @@ TEST_F(FadeLibrary, BlendsAreANameLineAndAHundredNumbers) {
           "b\n" + Numbers(50) + "? " + Numbers(50), std::string("b"), std::string("\n\n")})
         EXPECT_THAT(Blends(one + rest), ElementsAre("left to right")) << rest;
 }
-
-TEST_F(FadeLibrary, AMissingFileIsReportedWithTheDialogsName) {
-    EXPECT_TRUE(LoadFadeSets("DoSlime").empty());
-    EXPECT_EQ(reports.Messages().at(0).text, "Unable to load Library/FadeSets.txt");
-    EXPECT_THAT(reports.Messages().at(0).caption, testing::StartsWith("Error in DoSlime at "));
-    EXPECT_TRUE(LoadFadeBlends("DoFade").empty());
-    EXPECT_EQ(reports.Messages().at(1).text, "Unable to load Library/FadeBlends.txt");
-    reports.Clear();
-    std::filesystem::create_directories("Library/FadeSets.txt");
-    EXPECT_TRUE(LoadFadeSets("DoSlime").empty()) << "a folder in the file's place";
-}

@@ -148,6 +148,7 @@ TEST_F(Tree, Adds) {
     const Dobject& added = *bulb->children.front();
     EXPECT_EQ(added.name, std::string(50, 'n'));
     EXPECT_EQ(world->currentObject, added.id);
+    EXPECT_EQ(std::pair(added.posx, added.posy), std::pair(0, 0));
 }
 
 TEST_F(Tree, CopiesAndPastes) {
