@@ -70,8 +70,7 @@ Files::Files(const std::string& programFolder, Chance& chance) {
     for (const char* name : {"program", "settings", "home", "folder", "locked"})
         std::filesystem::create_directory(*this / name);
     std::filesystem::permissions(*this / "settings", std::filesystem::perms::owner_all);
-    std::filesystem::create_directory_symlink(programFolder + "/Library",
-                                              ProgramFolder() + "/Library");
+    std::filesystem::copy(programFolder + "/Library", ProgramFolder() + "/Library");
     std::filesystem::create_symlink("/bin/true", ProgramFolder() + "/QUILT! Runner");
     std::filesystem::current_path(ProgramFolder());
     MakeGoodFiles(chance);
@@ -154,6 +153,13 @@ void Files::MakeBadFiles() {
         PutFile(*this / name, "3 4 5 no file of any kind -99999999999 ~ob");
     std::filesystem::permissions(
         *this / "locked", std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+}
+
+std::string Files::TakeIn(const std::string& game) const {
+    const std::string copy = *this / "game-first.zqlt";
+    std::error_code error;
+    std::filesystem::copy_file(game, copy, error);
+    return copy;
 }
 
 std::string Files::Shown(std::string text) const {

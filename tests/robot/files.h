@@ -1,8 +1,8 @@
 // The robot's own folder, and the names that it gives to file dialogs.
 //
 // Everything that a run writes lies in one fresh folder under the system's temporary one:
-// games, clipboards, settings and the program's own folder (which is a link to the data files,
-// and a player that does nothing).
+// games, clipboards, settings and the program's own folder (a copy of the data files, and a
+// player that does nothing).
 #pragma once
 
 #include "tests/robot/chance.h"
@@ -27,6 +27,9 @@ public:
     std::string ProgramFolder() const { return *this / "program"; }
     /// A text with the folder's name, which differs from run to run, taken out.
     std::string Shown(std::string text) const;
+
+    /// Copies a game into the folder and gives the copy's path.
+    std::string TakeIn(const std::string& game) const;
 
     struct Answer {
         std::string name;

@@ -44,9 +44,9 @@ void Robot::Start() {
     QTimer::singleShot(0, &context, [this] { Turn(); });
 }
 
-std::string Robot::FirstGame() {
+std::string Robot::FirstGame(const std::string& given) {
     phase = Phase::Steps;
-    const Files::Answer answer = files.FirstGame(chance);
+    const Files::Answer answer = given.empty() ? files.FirstGame(chance) : Files::Answer{given};
     if (answer.mayFail) Excuse();
     Say("start the program " + answer.name);
     return answer.name;

@@ -36,8 +36,9 @@ public:
     bool IsDone() const { return done; }
     long Steps() const { return step; }
 
-    /// The game with which the program starts the next time; empty for none.
-    std::string FirstGame();
+    /// The game with which the program starts the next time: the one given, else any; empty
+    /// for none.
+    std::string FirstGame(const std::string& given);
 
     // --- for the steps ---
     Chance& chance;

@@ -101,10 +101,10 @@ void Run(Robot& robot, QtPlatform& qt, const Files& files, std::string game) {
     robot.Start();
     while (!robot.IsDone()) {
         CQuiltApp app;
-        const std::string first = robot.FirstGame();
+        const std::string first = robot.FirstGame(game);
         // File dialogs begin here.
         std::filesystem::current_path(files / "folder");
-        if (app.InitInstance(files.ProgramFolder(), game.empty() ? first : game)) qt.Run();
+        if (app.InitInstance(files.ProgramFolder(), first)) qt.Run();
         game.clear();
     }
     StopAlarm();
@@ -133,12 +133,14 @@ int main(int argc, char** argv) {
     }
     StartAlarm(line.options.seed, log.c_str());
     Robot robot(line.options, files, chance, lines, log);
+    // Of the game a copy is used: the robot saves over what it has opened.
+    const std::string game = line.game.empty() ? line.game : files.TakeIn(line.game);
     vRobot = &robot;
     qInstallMessageHandler(OnQtMessage);
     {
         QtPlatform qt(argc, argv);
         QApplication::setCursorFlashTime(0);
-        Run(robot, qt, files, line.game);
+        Run(robot, qt, files, game);
     }
     std::fclose(lines);
     files.Remove();
