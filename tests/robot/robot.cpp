@@ -1,5 +1,6 @@
 #include "tests/robot/robot.h"
 
+#include "platform/qt/code_widget.h"
 #include "platform/qt/qt_text.h"
 #include "tests/robot/alarm.h"
 #include "tests/robot/hands.h"
@@ -31,6 +32,17 @@ constexpr WorldSize kMostWorld{600, 1'500'000};
 
 bool IsTooLarge(const WorldSize& size) {
     return size.nodes > kMostWorld.nodes || size.cells > kMostWorld.cells;
+}
+
+// The text control measures its lines while it paints and shows a scroll bar accordingly: every
+// text is painted before the next step, however busy the machine is.
+void PaintText(const Scene& scene) {
+    if (!scene.dialog) return;
+    for (auto* code : scene.dialog->findChildren<QsciScintillaBase*>()) {
+        // The first time may end where the text gets its colours.
+        code->viewport()->repaint();
+        code->viewport()->repaint();
+    }
 }
 
 }  // namespace
@@ -77,6 +89,7 @@ void Robot::Turn() {
     const Scene scene = LookAround();
     if (scene.place == Place::Nothing) return;
     SetAlarm(step, kLongestStep);
+    PaintText(scene);
     CheckBox(scene);
     if (phase != Phase::Steps) {
         if (++waiting > kMostWaiting) Finding("what is open does not close");

@@ -94,8 +94,11 @@ Qt::MouseButton RandomButton(Robot& robot) {
 
 QPoint PointOf(Robot& robot, const QWidget& widget) {
     const int outside = robot.chance.OneIn(12) ? 40 : 0;
-    return {robot.chance.Roll(-outside, widget.width() - 1 + outside),
-            robot.chance.Roll(-outside, widget.height() - 1 + outside)};
+    // Scroll bars come and go: the whole of a scrolled control counts.
+    const auto* area = qobject_cast<const QAbstractScrollArea*>(widget.parentWidget());
+    const QSize size = area && area->viewport() == &widget ? area->size() : widget.size();
+    return {robot.chance.Roll(-outside, size.width() - 1 + outside),
+            robot.chance.Roll(-outside, size.height() - 1 + outside)};
 }
 
 std::string Shown(QPoint at) { return std::to_string(at.x()) + "," + std::to_string(at.y()); }
