@@ -232,7 +232,9 @@ void HoldStep(Robot& robot, const Scene& scene) {
         MouseUp(widget, at, robot.heldButton, RandomModifiers(robot));
         return;
     }
-    const std::vector<QWidget*> targets = Surfaces(*scene.Top());
+    std::vector<QWidget*> targets = Surfaces(*scene.Top());
+    // The text control would go on scrolling by the clock.
+    std::erase_if(targets, [](QWidget* widget) { return dynamic_cast<CodeWidget*>(widget); });
     if (targets.empty()) return KeyStep(robot, scene);
     robot.held = &Inside(*robot.chance.Pick(targets));
     robot.heldButton = RandomButton(robot);

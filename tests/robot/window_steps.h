@@ -15,7 +15,7 @@ void EscapeStep(Robot& robot, const Scene& scene);
 void EditClickStep(Robot& robot, const Scene& scene);
 void EditDragStep(Robot& robot, const Scene& scene);
 void EditHoverStep(Robot& robot, const Scene& scene);
-/// Presses a button of the mouse in a picture or text and leaves it down, or lets it go.
+/// Presses a button of the mouse in a picture and leaves it down, or lets it go.
 void HoldStep(Robot& robot, const Scene& scene);
 void ListClickStep(Robot& robot, const Scene& scene);
 void ListDragStep(Robot& robot, const Scene& scene);

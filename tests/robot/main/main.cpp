@@ -140,6 +140,8 @@ int main(int argc, char** argv) {
     {
         QtPlatform qt(argc, argv);
         QApplication::setCursorFlashTime(0);
+        // The text control would tell double clicks by the time between two clicks.
+        QApplication::setDoubleClickInterval(0);
         Run(robot, qt, files, game);
     }
     std::fclose(lines);
