@@ -4,7 +4,6 @@
 
 using platform::Entry;
 using platform::Menu;
-using platform::MenuItem;
 using platform::Separator;
 using platform::SubMenu;
 

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QRect>
 #include <QSize>
+#include <cmath>
 
 /// The form's font: a fixed-pitch one in place of a family that is not installed.
 QFont FormFont(const char* family, int points);
@@ -13,8 +14,8 @@ QFont FormFont(const char* family, int points);
 QSize BaseUnits(const QFont& font);
 
 inline int Across(double units, const QSize& base) {
-    return static_cast<int>(units * base.width() / 4 + 0.5);
+    return static_cast<int>(std::lround(units * base.width() / 4));
 }
 inline int Down(double units, const QSize& base) {
-    return static_cast<int>(units * base.height() / 8 + 0.5);
+    return static_cast<int>(std::lround(units * base.height() / 8));
 }
