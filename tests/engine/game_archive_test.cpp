@@ -9,6 +9,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
+
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -330,6 +332,24 @@ TEST_F(Archive, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     EXPECT_EQ(world->currentBoard, First().id);
     EXPECT_EQ(world->GetFont()->GlyphCount(), 256);
     EXPECT_EQ(SavedEntry(1), sheet);
+}
+
+// One block by itself: the stream stands behind the "~ob".
+TEST_F(Archive, BlocksAreReadAndWrittenAlone) {
+    Dobject& board = AddNode(world->Root(), "b", 2, 2);
+    std::istringstream in("door 5 0 0 1 1 0 0 1 1 7 8 9 1\n~pb\n~pe\n~oe\n rest");
+    ASSERT_TRUE(ReadObject(board, in));
+    std::string rest;
+    in >> rest;
+    EXPECT_EQ(rest, "rest");
+    std::ostringstream out;
+    WriteObject(*board.children.front(), out);
+    EXPECT_EQ(out.str(), "~ob door 5\n0 0 1 1\n0 0 1 1\n7 8 9 1\n~pb\n~pe\n~oe\n");
+    std::istringstream cut("door 5 0 0 1");
+    EXPECT_FALSE(ReadObject(board, cut));
+    EXPECT_EQ(board.children.size(), 1u);
+    EXPECT_THAT(reports.Texts(), HasSubstr("the height of 'door'"));
+    reports.Clear();
 }
 
 TEST_F(Archive, WhatCouldNotBeReadIsNotSaved) {
