@@ -204,7 +204,7 @@ TEST_F(Programming, RemembersTheFaceAtOnce) {
     DoProgramming().Run();
     EXPECT_EQ(script.GetProfileString("Font", "Face", ""), "R&D Mono") << "Cancel keeps the face";
     for (int i = 0; i < 300; ++i) script.faces.push_back("Face " + std::to_string(i));
-    DoProgramming();
+    [[maybe_unused]] const DoProgramming opened;
     EXPECT_EQ(vFontFaces.size(), kMaxFontFaces);
     vFontFaces.clear();
 }
