@@ -48,7 +48,7 @@ bool WriteIcons(const Sources& from, const path& folder) {
     bool good = true;
     for (int size = kIconPixels; good && size <= kLargest; size *= 2) {
         const std::string side = std::to_string(size);
-        const path place = folder / std::string(side).append("x").append(side) / "apps";
+        const path place = folder / (side + "x" + side) / "apps";
         std::error_code error;
         std::filesystem::create_directories(place, error);
         good = WriteBytes(place / "quilt-edit.png",
