@@ -23,7 +23,7 @@ protected:
                 const int color = x % 2 ? kStripeA : kStripeB;
                 board.PutTile(x, y, 219, color, color, 0);
             }
-        const std::string path = temp / "stripes.zqlt";
+        std::string path = temp / "stripes.zqlt";
         EXPECT_TRUE(world->Save(path));
         return path;
     }
