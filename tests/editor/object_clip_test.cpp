@@ -11,7 +11,6 @@
 #include <gmock/gmock.h>
 
 using namespace platform;
-using testing::HasSubstr;
 
 namespace {
 

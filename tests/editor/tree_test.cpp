@@ -68,8 +68,8 @@ protected:
         int id;
         std::string shown, typed;
     };
-    void Change(const Dobject& node, int command, const char* caption, std::vector<Field> fields,
-                std::vector<int> presses = {kIdOk}) {
+    void Change(const Dobject& node, int command, const char* caption,
+                const std::vector<Field>& fields, const std::vector<int>& presses = {kIdOk}) {
         ExpectDialog(caption, [=](ScriptedForm& form) {
             for (const Field& field : fields) {
                 EXPECT_EQ(form.GetText(field.id), field.shown);

@@ -156,7 +156,7 @@ void Files::MakeBadFiles() {
 }
 
 std::string Files::TakeIn(const std::string& game) const {
-    const std::string copy = *this / "game-first.zqlt";
+    std::string copy = *this / "game-first.zqlt";
     std::error_code error;
     std::filesystem::copy_file(game, copy, error);
     return copy;
