@@ -135,9 +135,19 @@ Handle Dinterface::GetHandleById(Handle h, std::int32_t id) {
     return found ? AddHandle(found) : kNoHandle;
 }
 
-Handle Dinterface::GetCurrentObject() { return GetHandleById(kRootHandle, currentObject); }
+// 0 is the root's id, and the state of a world in which nothing was selected yet.
+Handle Dinterface::GetCurrentObject() {
+    return currentObject ? GetHandleById(kRootHandle, currentObject) : kNoHandle;
+}
 
-Handle Dinterface::GetCurrentBoard() { return GetHandleById(kRootHandle, currentBoard); }
+Handle Dinterface::GetCurrentBoard() {
+    return currentBoard ? GetHandleById(kRootHandle, currentBoard) : kNoHandle;
+}
+
+Dobject* Dinterface::Editable(Handle h) const {
+    Dobject* node = Node(h);
+    return node == vMain.get() ? nullptr : node;
+}
 
 Handle Dinterface::GetParent(Handle h) {
     Dobject* node = Node(h);
@@ -181,7 +191,7 @@ std::int32_t Dinterface::GetProperty(Handle h, int index) const {
 }
 
 void Dinterface::SetProperty(Handle h, int index, std::int32_t value) {
-    Dobject* node = Node(h);
+    Dobject* node = Editable(h);
     if (!node) return;
     const auto endExpansion = [node] { node->evieww = node->eviewh = 0; };
     switch (index) {
@@ -228,7 +238,7 @@ const char* Dinterface::GetName(Handle h) const {
 }
 
 void Dinterface::SetName(Handle h, const std::string& name) {
-    if (Dobject* node = Node(h)) node->name = name;
+    if (Dobject* node = Editable(h)) node->name = name;
 }
 
 const char* Dinterface::GetScript(Handle h) const {
@@ -237,7 +247,7 @@ const char* Dinterface::GetScript(Handle h) const {
 }
 
 void Dinterface::SetScript(Handle h, const std::string& script) {
-    if (Dobject* node = Node(h)) node->script = script;
+    if (Dobject* node = Editable(h)) node->script = script;
 }
 
 int Dinterface::GetTile(Handle h, int x, int y, int& chr, int& fg, int& bg, int& attrib) const {
@@ -252,15 +262,15 @@ int Dinterface::GetTile(Handle h, int x, int y, int& chr, int& fg, int& bg, int&
 }
 
 void Dinterface::SetTile(Handle h, int x, int y, int chr, int fg, int bg, int attrib) {
-    if (Dobject* node = Node(h)) node->PutTile(x, y, chr, fg, bg, attrib);
+    if (Dobject* node = Editable(h)) node->PutTile(x, y, chr, fg, bg, attrib);
 }
 
 void Dinterface::BackupTiles(Handle h) {
-    if (Dobject* node = Node(h)) node->BackupTiles();
+    if (Dobject* node = Editable(h)) node->BackupTiles();
 }
 
 void Dinterface::RestoreTiles(Handle h) {
-    if (Dobject* node = Node(h)) node->RestoreTiles();
+    if (Dobject* node = Editable(h)) node->RestoreTiles();
 }
 
 int Dinterface::IsExpanded(Handle h) const {

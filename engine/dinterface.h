@@ -78,6 +78,8 @@ public:
     void ReleaseHandle(Handle h);
     /// The node of a handle, or null: for the operations that make or read whole nodes.
     Dobject* Node(Handle h) const;
+    /// The same, but null for the root, whose name, size and tiles nothing changes.
+    Dobject* Editable(Handle h) const;
 
     // These give out a handle that ReleaseHandle must get back, or -1.
     Handle GetCurrentObject();
@@ -165,7 +167,8 @@ public:
     // --- files -------------------------------------------------------------------------------
     /// False when the world could not be read or written; that has been reported then.
     bool New();
-    bool Load(const std::string& path);
+    /// With `needsWorld` an archive without a text is refused; else it loads as an empty world.
+    bool Load(const std::string& path, bool needsWorld = false);
     /// Puts a game that has been read in the place of the world. False, with the reason and
     /// nothing changed, when there is no memory for its surfaces.
     bool TakeGame(Game& game, GameFault& fault);

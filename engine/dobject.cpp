@@ -73,6 +73,7 @@ bool Dobject::Resize(int w, int h) {
         Fatal("Unable to Resize Object vSurf", __FILE__, __LINE__);
         return false;
     }
+    clear_bitmap(grid.surf.get());
     // The root has a size but no cells.
     if (!tiles.empty()) {
         for (int y = 0; y < std::min(height, h); ++y)

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <limits>
 
@@ -94,7 +95,9 @@ int FileLayer::SetMode(int file, const Status& like) {
     if (own.st_uid != like.owner || own.st_gid != like.group) {
         // Only the superuser may give files away; the group alone may still be ours to set.
         if (fchown(file, like.owner, like.group) < 0 &&
-            fchown(file, static_cast<uid_t>(-1), like.group) < 0 && errno != EPERM)
+            fchown(file, static_cast<uid_t>(-1), like.group) < 0 && errno != EPERM &&
+            // A container has no number for the owner, and some file systems no owners at all.
+            errno != EINVAL && errno != ENOTSUP)
             return errno;
     }
     return ErrorOf(fchmod(file, like.mode));
@@ -131,6 +134,15 @@ int FileLayer::Rename(const std::string& from, const std::string& to) {
 }
 
 int FileLayer::Remove(const std::string& path) { return ErrorOf(unlink(path.c_str())); }
+
+std::vector<std::string> FileLayer::Names(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end;
+         at.increment(error))
+        names.push_back(at->path().filename().string());
+    return names;
+}
 
 std::int64_t AvailableMemory() {
     constexpr std::int64_t kUnknown = std::numeric_limits<std::int64_t>::max();

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class FileLayer {
 public:
@@ -43,6 +44,8 @@ public:
     virtual int Close(int file);
     virtual int Rename(const std::string& from, const std::string& to);
     virtual int Remove(const std::string& path);
+    /// What is in a folder, as far as it can be read.
+    virtual std::vector<std::string> Names(const std::string& folder);
 };
 
 /// Never null; a test may put its own in place for a while.

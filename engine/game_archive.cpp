@@ -221,15 +221,6 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
     return archive && ReadGame(*archive, FileNameOf(path), ids, game, fault, remarks);
 }
 
-ArchiveKind LookAtArchive(const std::string& path) {
-    std::string why;
-    const std::unique_ptr<ZipReader> archive = OpenArchive(path, why);
-    if (!archive) return ArchiveKind::kNone;
-    for (const std::string& name : {OwnTextEntry(FileNameOf(path)), std::string(kTextEntry)})
-        if (archive->OpenEntry(name) || archive->Damaged()) return ArchiveKind::kWithWorld;
-    return ArchiveKind::kWithoutWorld;
-}
-
 std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
                         std::string& why) {
     ZipWriter archive;
@@ -251,14 +242,17 @@ std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, st
 
 bool Dinterface::New() { return Load(kNewGame); }
 
-bool Dinterface::Load(const std::string& path) {
+bool Dinterface::Load(const std::string& path, bool needsWorld) {
     Trace("Loading .. ( %s )\n", path.c_str());
     Game game;
     GameFault fault;
-    const bool good = ReadGame(
-                          path, [this] { return TakeId(); }, game, fault) &&
-                      TakeGame(game, fault);
-    if (!good) {
+    bool good = ReadGame(
+        path, [this] { return TakeId(); }, game, fault);
+    if (good && needsWorld && !game.hasText) {
+        fault = {"There is no game in this archive.", 0};
+        good = false;
+    }
+    if (!good || !TakeGame(game, fault)) {
         const std::string text = path + " could not be loaded.\n" + fault.text;
         Fatal(text.c_str(), path.c_str(), fault.line);
         return false;

@@ -41,8 +41,3 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
 /// it cannot be made or could not be read again.
 std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
                         std::string& why);
-
-/// What a file is, for those who must know before they load it: an archive without a text entry
-/// loads as an empty world.
-enum class ArchiveKind { kNone, kWithoutWorld, kWithWorld };
-ArchiveKind LookAtArchive(const std::string& path);

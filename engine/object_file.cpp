@@ -91,7 +91,7 @@ bool Dinterface::Export(Handle h, const std::string& path) {
 }
 
 bool Dinterface::Import(Handle h, const std::string& path) {
-    Dobject* node = Node(h);
+    Dobject* node = Editable(h);
     if (!node) return false;
     Trace("Importing .. ( %s )\n", path.c_str());
     Dobject fresh;

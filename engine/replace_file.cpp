@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -15,8 +17,9 @@ constexpr int kMaxLinks = 40;
 constexpr int kMaxNames = 100;
 constexpr std::size_t kPiece = 1 << 20;
 constexpr unsigned kPrivate = 0600;
-constexpr unsigned kNewFile = 0666;  // less what the user's mask takes off
-constexpr int kReadsOtherwise = -1;  // beside the errno values
+constexpr unsigned kNewFile = 0666;              // less what the user's mask takes off
+constexpr const char* kBeside = ".quilt-save-";  // then the process, "-" and a number
+constexpr int kReadsOtherwise = -1;              // beside the errno values
 
 std::string FolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -69,6 +72,7 @@ public:
 
     /// Flushes the folder, so that the new name lasts; of no effect on what the path holds.
     int Confirm() {
+        Sweep();
         const int synced = vFiles->Sync(folder);
         vFiles->Close(folder);
         // Some file systems cannot flush a folder, and need not.
@@ -103,8 +107,8 @@ private:
         const unsigned mode = old.exists ? kPrivate : kNewFile;
         int error = 0;
         for (int n = 0; n < kMaxNames; ++n) {
-            beside = FolderOf(target) + ".quilt-save-" + std::to_string(getpid()) + "-" +
-                     std::to_string(n);
+            beside =
+                FolderOf(target) + kBeside + std::to_string(getpid()) + "-" + std::to_string(n);
             error = vFiles->Create(beside, mode, file);
             if (error == 0) return 0;
             beside.clear();
@@ -159,6 +163,16 @@ private:
         error = Doing("the old file cannot be replaced", vFiles->Rename(beside, target));
         if (error != 0) vFiles->Close(folder);
         return error;
+    }
+
+    // What saves that were killed have left in the folder.
+    void Sweep() {
+        const std::string where = FolderOf(target);
+        for (const std::string& name : vFiles->Names(where.empty() ? "." : where)) {
+            if (!name.starts_with(kBeside)) continue;
+            const int process = std::atoi(name.c_str() + std::strlen(kBeside));
+            if (process > 0 && kill(process, 0) < 0 && errno == ESRCH) vFiles->Remove(where + name);
+        }
     }
 
     void CleanUp() {

@@ -40,7 +40,8 @@ void Trace(const char* format, ...) {
     char line[kTraceLineSize];
     va_list args;
     va_start(args, format);
-    std::vsnprintf(line, sizeof line, format, args);
+    if (std::vsnprintf(line, sizeof line, format, args) >= kTraceLineSize)
+        line[kTraceLineSize - 2] = '\n';
     va_end(args);
     al_trace("%s", line);
 }
@@ -62,7 +63,10 @@ void ShowMessage(const char* text, const char* caption) {
 
 void Fatal(const char* message, const char* file, int line) {
     char place[kPlaceSize];
-    std::snprintf(place, sizeof place, "Error in %s at %i", file, line);
+    if (line > 0)
+        std::snprintf(place, sizeof place, "Error in %s at %i", file, line);
+    else
+        std::snprintf(place, sizeof place, "Error in %s", file);
     Trace("%s\n%s\n", message, place);
     ShowMessage(message, place);
 }

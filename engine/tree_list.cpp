@@ -68,7 +68,7 @@ void Dinterface::ClickTreeList(int y0, int y) {
     if (WalkRows(*vMain, 0, testRow)) return;
     currentObject = hit->id;
     const Dobject* board = hit;
-    while (board->parent->name != kRootName) board = board->parent;
+    while (board->parent->parent && board->parent->name != kRootName) board = board->parent;
     currentBoard = board->id;
     ShowBoard(board->id);
 }

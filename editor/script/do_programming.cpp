@@ -6,6 +6,8 @@
 #include "editor/script/script_colors.h"
 #include "editor/script/script_hints.h"
 #include "engine/dinterface.h"
+#include "engine/game_limits.h"
+#include "engine/game_text.h"
 #include "platform/keys.h"
 #include "platform/platform.h"
 
@@ -142,9 +144,21 @@ std::string ScriptText(CodeControl& code) {
     return text;
 }
 
-void StoreScript(CodeControl& code) {
+// False, with the line selected, when the script could not be saved.
+bool StoreScript(CodeControl& code) {
     const HandleGuard current(vWorld->GetCurrentObject());
-    vWorld->SetScript(current, ScriptText(code));
+    const std::string script = ScriptText(code);
+    const BadLine bad = FindBadLine(script);
+    if (bad.why.empty()) {
+        vWorld->SetScript(current, script);
+        return true;
+    }
+    const char* name = vWorld->GetName(current);
+    vPlatform->MessageBox("In the script of " + Quoted(name ? name : "") + ", line " +
+                              std::to_string(bad.number) + " " + bad.why + ".\nChange the line.",
+                          "Programming", platform::Buttons::Ok, platform::Icon::Warning);
+    code.Send(SCI_SETSEL, bad.start, static_cast<std::intptr_t>(bad.end));
+    return false;
 }
 
 void ChangeFont(FormWindow& form) {
@@ -217,8 +231,10 @@ void DoProgramming::OnControl(FormWindow& form, int id) {
             ChangeFont(form);
             break;
         case platform::kIdOk:
-            StoreScript(*form.Code(kScriptText));
-            form.EndDialog(platform::kIdOk);
+            if (StoreScript(*form.Code(kScriptText)))
+                form.EndDialog(platform::kIdOk);
+            else
+                form.SetFocus(kScriptText);
             break;
         case platform::kIdCancel:
             if (vPlatform->MessageBox("Discard Changes ?", "Confirm Cancel",

@@ -78,7 +78,8 @@ void CMainFrame::SetTitle(const std::string& title) {
 }
 
 void CMainFrame::UpdateMenuBar() {
-    frame->SetMenuBar(MakeMenuBar(RecentFiles()));
+    shownRecent = RecentFiles();
+    frame->SetMenuBar(MakeMenuBar(shownRecent));
     OnFramePaint();
 }
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 class CMainFrame final : public platform::FrameEvents, public ViewHost, public PanelHost {
 public:
@@ -30,6 +31,8 @@ public:
     void SetTitle(const std::string& title);
     /// Builds the menu bar anew, for another list of recent files.
     void UpdateMenuBar();
+    /// The list as the menu bar shows it; another editor may have changed the stored one since.
+    const std::vector<std::string>& ShownRecentFiles() const { return shownRecent; }
 
     platform::Frame& Window() { return *frame; }
     CQuiltView& EditView() { return quiltView; }
@@ -58,6 +61,7 @@ public:
     void PostCommand(int command) override { vPlatform->PostCommand(command); }
 
 private:
+    std::vector<std::string> shownRecent;
     bool CreatePanes();
     void ShowPanel(int command);
     void RedrawPicture(bool isUp);

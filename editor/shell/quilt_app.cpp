@@ -85,6 +85,14 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
     return true;
 }
 
+// By value: the list that the path comes from changes meanwhile.
+void CQuiltApp::OpenRecent(std::string path) {
+    std::error_code error;
+    if (document->OnOpenDocument(path) || std::filesystem::exists(path, error)) return;
+    RemoveRecentFile(path);
+    frame->UpdateMenuBar();
+}
+
 void CQuiltApp::OnCommand(int command) {
     switch (command) {
         case kCmdFileNew:
@@ -105,8 +113,8 @@ void CQuiltApp::OnCommand(int command) {
         default:
             break;
     }
-    const std::vector<std::string> recent = RecentFiles();
+    const std::vector<std::string>& recent = frame->ShownRecentFiles();
     const int index = command - kCmdFileRecent;
     if (index >= 0 && index < static_cast<int>(recent.size()))
-        document->OnOpenDocument(recent[static_cast<std::size_t>(index)]);
+        OpenRecent(recent[static_cast<std::size_t>(index)]);
 }

@@ -28,6 +28,7 @@ public:
 
 private:
     void OnCommand(int command);
+    void OpenRecent(std::string path);
     bool OpenFirstDocument(const std::string& game);
 
     struct DatafileCloser {

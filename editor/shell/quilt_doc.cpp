@@ -3,7 +3,6 @@
 #include "editor/shell/do_save_notification.h"
 #include "editor/shell/recent_files.h"
 #include "engine/dinterface.h"
-#include "engine/game_archive.h"
 #include "engine/report.h"
 #include "platform/platform.h"
 
@@ -58,10 +57,8 @@ bool CQuiltDoc::OnNewDocument() {
 
 bool CQuiltDoc::OnOpenDocument(const std::string& path) {
     if (!CanRead(path)) return Refuse("The game could not be opened:\n" + path);
-    // The world would load as an empty one.
-    if (LookAtArchive(path) == ArchiveKind::kWithoutWorld)
-        return Refuse("There is no game in this archive:\n" + path);
-    if (!vWorld->Load(path)) return false;
+    constexpr bool kNeedsWorld = true;
+    if (!vWorld->Load(path, kNeedsWorld)) return false;
     SetPathName(path);
     SelectFirstBoard();
     return true;

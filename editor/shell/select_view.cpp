@@ -116,12 +116,12 @@ void CSelectView::OnMouseWheel(int delta) {
 }
 
 int CSelectView::RunMenu(platform::Point at) {
-    bool isBoard = false;
+    // Where there is no board yet, the menu of boards adds one.
+    bool isBoard = true;
     {
         const HandleGuard h(vWorld->GetCurrentObject());
         const Dobject* node = vWorld->Node(h);
-        if (!node) return kCmdNone;
-        isBoard = IsBoard(*node);
+        isBoard = !node || IsBoard(*node);
         if (!isBoard) ShowNode(vObjMenu, *node);
     }
     // Below the row, so that it stays in sight.

@@ -13,6 +13,7 @@
 #include <QProcess>
 
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 
 using platform::Buttons;
@@ -59,6 +60,8 @@ bool QtPlatform::HasDisplay() {
     return false;
 }
 
+void QtPlatform::BeQuiet() { quiet = true; }
+
 bool QtPlatform::SavePicture(const std::string& path) {
     if (!frame) return false;
     frame->resize(kPictureSize);
@@ -68,6 +71,10 @@ bool QtPlatform::SavePicture(const std::string& path) {
 
 bool QtPlatform::MessageBox(const std::string& text, const std::string& caption, Buttons buttons,
                             Icon icon) {
+    if (quiet) {
+        std::fprintf(stderr, "quilt-edit: %s\n", text.c_str());
+        return true;
+    }
     QMessageBox box(BoxIcon(icon), FromUtf8(caption), FromUtf8(text), QMessageBox::Ok,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
@@ -94,12 +101,12 @@ std::string QtPlatform::GetProfileString(const std::string& section, const std::
 }
 
 void QtPlatform::WriteProfileInt(const std::string& section, const std::string& key, int value) {
-    WriteSetting(section, key, std::to_string(value));
+    WriteProfileString(section, key, std::to_string(value));
 }
 
 void QtPlatform::WriteProfileString(const std::string& section, const std::string& key,
                                     const std::string& value) {
-    WriteSetting(section, key, value);
+    if (!quiet) WriteSetting(section, key, value);
 }
 
 void QtPlatform::SetPalette(const std::array<std::uint32_t, 256>& colours) {

@@ -16,6 +16,8 @@ public:
 
     /// Whether a window can be seen by somebody.
     static bool HasDisplay();
+    /// No box and no setting from now on: messages go to standard error. For --picture.
+    void BeQuiet();
     /// Lets the main window paint itself and writes its picture to a PNG file.
     bool SavePicture(const std::string& path);
 
@@ -42,4 +44,5 @@ public:
 private:
     QApplication app;
     QPointer<QtFrame> frame;
+    bool quiet = false;
 };

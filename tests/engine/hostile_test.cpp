@@ -129,7 +129,6 @@ TEST_F(Hostile, EveryPrefixIsRefused) {
     for (std::size_t size = whole.size() - 100; size < whole.size(); ++size) {
         PutFile(folder / "cut.zqlt", whole.substr(0, size));
         ASSERT_FALSE(world->Load(folder / "cut.zqlt")) << size;
-        ASSERT_EQ(LookAtArchive(folder / "cut.zqlt"), ArchiveKind::kNone) << size;
     }
     reports.Clear();
     EXPECT_EQ(world->Root().children.size(), 1u);

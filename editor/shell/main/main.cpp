@@ -59,6 +59,7 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, stderr);
         return kBadCall;
     }
+    if (!line.picture.empty()) qt.BeQuiet();
     CQuiltApp app;
     if (!app.InitInstance(ProgramFolder(), line.game)) return EXIT_FAILURE;
     if (line.picture.empty()) return qt.Run();
