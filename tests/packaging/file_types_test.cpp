@@ -38,7 +38,7 @@ TEST_F(FileTypes, GamesAndObjectsAreKnownByNameAndByContent) {
     ASSERT_TRUE(world->Save(game));
     // The entry's name, and with it the magic's place, is as long as the file's.
     const std::string object = temp / "a door with a name of some length.zobj";
-    ASSERT_TRUE(world->Export(world->GetCurrentObject(), object));
+    ASSERT_TRUE(world->Export(HandleOf(AddNode(world->Root(), "Door", 2, 2)), object));
     const std::string other = temp / "other.zip";
     ZipWriter archive;
     ZipEntryOutStream out;
