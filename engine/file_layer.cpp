@@ -144,7 +144,7 @@ std::vector<std::string> FileLayer::Names(const std::string& folder) {
     return names;
 }
 
-std::int64_t AvailableMemory() {
+std::int64_t FileLayer::FreeMemory() {
     constexpr std::int64_t kUnknown = std::numeric_limits<std::int64_t>::max();
     const std::int64_t kilobytes = NumberOf("/proc/meminfo", "MemAvailable:", kUnknown / 1024);
     std::int64_t available = kilobytes * 1024;

@@ -46,11 +46,13 @@ public:
     virtual int Remove(const std::string& path);
     /// What is in a folder, as far as it can be read.
     virtual std::vector<std::string> Names(const std::string& folder);
+    /// Bytes of memory that can be had before the machine, or the group of processes that this
+    /// one is counted with, runs out; a very large number when that is not known.
+    virtual std::int64_t FreeMemory();
 };
 
 /// Never null; a test may put its own in place for a while.
 extern FileLayer* vFiles;
 
-/// Bytes of memory that can be had before the machine, or the group of processes that this one
-/// is counted with, runs out; a very large number when that is not known.
-std::int64_t AvailableMemory();
+/// The same of the layer in place.
+inline std::int64_t AvailableMemory() { return vFiles->FreeMemory(); }

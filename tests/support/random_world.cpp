@@ -15,10 +15,12 @@ struct Roller {
         return Roll(0, 4) ? Roll(-50, 50) : kOdd[Roll(0, 7)];
     }
 
+    // 65535 is what no file can hold.
     Dtile Tile() {
-        if (Roll(0, 5) == 0)
-            return {static_cast<std::uint16_t>(Roll(0, 32767)), kSpriteColor, 1, 0};
-        const auto field = [this](int high) { return static_cast<std::uint16_t>(Roll(0, high)); };
+        static constexpr int kOdd[] = {0, 255, 256, 32767, 32768, 40000, 65533, 65534};
+        const auto field = [this](int high) {
+            return static_cast<std::uint16_t>(Roll(0, 9) ? Roll(0, high) : kOdd[Roll(0, 7)]);
+        };
         return {field(3), field(2), field(2), field(1)};
     }
 
@@ -71,7 +73,7 @@ void WritePlain(const Dobject& node, std::ostream& out) {
         const Dtile tile = node.tiles[i];
         int run = 0;
         for (; i < node.tiles.size() && node.tiles[i] == tile; ++i) ++run;
-        if (run > 1) line += std::to_string(-run) + " ";
+        if (run > 1 || tile.chr > 32767) line += std::to_string(-run) + " ";
         for (int field : {Signed(tile.chr), Signed(tile.fg), Signed(tile.bg), Signed(tile.attrib)})
             line += std::to_string(field) + " ";
     }
