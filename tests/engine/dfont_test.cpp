@@ -1,5 +1,7 @@
 // The glyph sheet and the drawing of glyphs.
 
+#include "engine/picture_file.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
 #include <climits>
@@ -43,11 +45,45 @@ TEST_F(Font, GlyphsAreLaidOutInRows) {
 }
 
 TEST_F(Font, RowsComeAndGoAtTheBottom) {
+    const int corner = getpixel(sheet.Sheet(), 127, 126);
+    sheet.PutGlyphPixel(255, 7, 7, 42);
+    sheet.AddRow();
+    EXPECT_EQ(sheet.GlyphCount(), 272);
+    EXPECT_EQ(getpixel(sheet.Sheet(), 127, 127), 42);
+    EXPECT_EQ(getpixel(sheet.Sheet(), 127, 126), corner);
+    EXPECT_EQ(sheet.GetGlyphPixel(271, 0, 0), 0) << "a new row is empty";
+    for (int rows = 0; rows < 20; ++rows) sheet.RemoveRow();
+    EXPECT_EQ(sheet.GlyphCount(), 16) << "the last row stays";
     EXPECT_EQ(sheet.NewSheet(8, 8 * (kMaxGlyphs + 1)), nullptr);
     ASSERT_NE(sheet.NewSheet(8, 8 * kMaxGlyphs), nullptr);
     sheet.LayoutGlyphs();
     sheet.AddRow();
     EXPECT_EQ(sheet.GlyphCount(), kMaxGlyphs);
+}
+
+TEST_F(Font, APictureBecomesTheSheetWhenItIsWhole) {
+    const TempFolder folder;
+    const Bitmap picture = MakeBitmap(24, 8);
+    for (int i = 0; i < 24 * 8; ++i) putpixel(picture.get(), i % 24, i / 24, i);
+    const std::string good = MakeBmp(picture.get(), sheet.GetPalette());
+    sheet.ImportBitmap(PutFile(folder / "s.bmp", good));
+    ASSERT_EQ(sheet.GlyphCount(), 3);
+    for (int i = 0; i < 24 * 8; ++i) ASSERT_EQ(getpixel(sheet.Sheet(), i % 24, i / 24), i);
+    const auto with = [&](std::size_t at, int value) {
+        std::string bytes = good;
+        bytes[at] = static_cast<char>(value);
+        return bytes;
+    };
+    // Cut by a byte, no picture, another form, from the top down, packed, odd bits, no width.
+    for (const std::string& bad :
+         {good.substr(0, good.size() - 1), good.substr(0, 53), with(0, 'C'), with(14, 12),
+          with(25, 255), with(30, 1), with(28, 7), with(18, 0), with(11, 0xff), std::string()}) {
+        sheet.NewSheet(8, 8);
+        sheet.ImportBitmap(PutFile(folder / "s.bmp", bad));
+        EXPECT_EQ(reports.Texts(), "Unable to import font\n");
+        EXPECT_EQ(sheet.GlyphCount(), 256) << "the default font instead";
+        reports.Clear();
+    }
 }
 
 TEST_F(Font, ColorsFollowOneRule) {

@@ -21,7 +21,7 @@ const std::string kHead = "~endvars\n~endimports\n";
 const std::string kDoor =
     "~ob door 5\n-1 2 3 2\n0 0 3 2\n-5 0 255 255 0 65 15 0 1\n~pb\n#bind x\n~pe\n~oe\n";
 const std::string kBoard =
-    "~ob board -2\n0 0 4 1\n1 0 3 1\n-4 1 2 3 0\n~pb\n~pe\n" + kDoor + "~oe\n";
+    "~ob board -2\n0 0 4 1\n1 0 3 1\n-4 1 -2 3 0\n~pb\n~pe\n" + kDoor + "~oe\n";
 
 struct LittleMemory final : FileLayer {
     LittleMemory() : before(std::exchange(vFiles, this)) {}
@@ -216,6 +216,7 @@ TEST_F(GameFiles, UnusualFormsAreTheSameWorld) {
                             "+255 255 0")},
         {"a run past the end", with("65 15 0 1", "-900 65 15 0 1  ")},
         {"all on one line", with("-2\n0 0 4 1\n1 0 3 1\n", "-2 0 0 4 1 1 0 3 1 ")},
+        {"fields as unsigned numbers", with("1 -2 3 0", "1 65534 3 0")},
         {"another end word", with("~oe", "~anything")},
         {"another header", with(kHead, "  any\r\n\v\fwords ")},
         {"more behind the start of a script", with("~pb", "~pb and more")},
@@ -291,11 +292,10 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     const auto object = [](const std::string& block, const std::string& entry = "f.obj") {
         return MakeZip({{entry, block}});
     };
-    // The last byte of an object's packed data, which holds a part of its check.
-    ASSERT_TRUE(world->Export(h, folder / "f.zobj"));
-    std::string damaged = MakeZip({{"f.obj", kBoard + "behind", 0}});
-    damaged[damaged.find("behind") + 5] ^= 1;
-    std::string largest = "~ob n 0\n0 0 8 4\n0 0 8 4\n-32 1 2 3 0\n~pb\n~pe\n~oe\n";
+    // Far behind the object, where only the checksum tells.
+    std::string damaged = MakeZip({{"f.obj", kBoard + std::string(100'000, ' ') + "behind", 0}});
+    damaged[damaged.find("behind")] ^= 1;
+    const std::string largest = "~ob n 0\n0 0 8 4\n0 0 8 4\n-32 1 2 3 0\n~pb\n~pe\n~oe\n";
     const struct {
         const char* file;
         std::string bytes;
