@@ -74,10 +74,12 @@ TEST_F(Font, APictureBecomesTheSheetWhenItIsWhole) {
         bytes[at] = static_cast<char>(value);
         return bytes;
     };
+    std::string topDown = good;
+    topDown.replace(22, 4, "\xf8\xff\xff\xff");
     // Cut by a byte, no picture, another form, from the top down, packed, odd bits, no width.
     for (const std::string& bad :
-         {good.substr(0, good.size() - 1), good.substr(0, 53), with(0, 'C'), with(14, 12),
-          with(25, 255), with(30, 1), with(28, 7), with(18, 0), with(11, 0xff), std::string()}) {
+         {good.substr(0, good.size() - 1), good.substr(0, 53), with(0, 'C'), with(14, 12), topDown,
+          with(30, 1), with(28, 7), with(18, 0), with(11, 0xff), std::string()}) {
         sheet.NewSheet(8, 8);
         sheet.ImportBitmap(PutFile(folder / "s.bmp", bad));
         EXPECT_EQ(reports.Texts(), "Unable to import font\n");

@@ -14,8 +14,6 @@
 #include <unistd.h>
 
 #include <iostream>
-#include <iterator>
-#include <set>
 #include <sstream>
 
 using testing::HasSubstr;
@@ -135,55 +133,6 @@ TEST_F(Hostile, EveryByteChangedIsReadAsItWasOrRefused) {
         }
         EXPECT_GT(taken, 100) << "dates and attributes do not matter";
     }
-}
-
-TEST_F(Hostile, TheTextCutAnywhereIsRefused) {
-    // No word tells how many boards there are, so behind the header and behind a board it may
-    // end; and where a board's next child or end is read, half a word ends it as well as any.
-    std::set<std::size_t> mayEnd;
-    const auto allow = [&](const char* at, std::size_t first, std::size_t last) {
-        const std::size_t start = kText.rfind(at);
-        for (std::size_t size = first; size <= last; ++size) mayEnd.insert(start + size);
-    };
-    allow("~endimports", 1, 14);
-    allow("~ob door", 1, 2);
-    allow("~ob key", 1, 2);
-    allow("~oe\n~ob other", 1, 6);
-    allow("~oe\n", 1, 3);
-    for (std::size_t size = 0; size < kText.size(); ++size)
-        ASSERT_EQ(TakesText(kText.substr(0, size)), mayEnd.count(size) == 1)
-            << "..." << kText.substr(0, size);
-}
-
-TEST_F(Hostile, TheTextAlteredTokenByToken) {
-    std::vector<std::pair<std::size_t, std::size_t>> tokens;
-    for (std::size_t at = 0; (at = kText.find_first_not_of(" \n", at)) != std::string::npos;) {
-        const std::size_t end = kText.find_first_of(" \n", at);
-        tokens.emplace_back(at, end - at);
-        at = end;
-    }
-    std::istringstream words(
-        "0 -1 1 32767 65535 65536 -32769 2147483647 -2147483648 99999999999999999999 - 1e9 x "
-        "~ob ~pb ~pe ~oe ~ world_tree \xff");
-    std::vector<std::string> own(std::istream_iterator<std::string>(words), {});
-    own.insert(own.end(),
-               {"", "1 1", "\n~pe\n", "\n~oe\n", std::string(1, '\0'), std::string(300, '9')});
-    int taken = 0;
-    for (const auto& [at, size] : tokens) {
-        std::vector<std::string> others = own;
-        others.push_back(kText.substr(at, size) + " " + kText.substr(at, size));
-        for (const std::string& other : others) {
-            std::string text = kText;
-            taken += TakesText(text.replace(at, size, other));
-        }
-        // Two tokens change places.
-        std::string text = kText;
-        const auto& [at2, size2] = tokens[(at + 5) % tokens.size()];
-        if (at2 > at + size)
-            taken += TakesText(text.replace(at2, size2, kText.substr(at, size))
-                                   .replace(at, size, kText.substr(at2, size2)));
-    }
-    EXPECT_GT(taken, 100);
 }
 
 TEST_F(Hostile, DeepNestingIsRefusedAtItsLimit) {
