@@ -5,8 +5,8 @@
 // way stays. Two masks remember what is final, so that nothing behind is painted over it and a
 // finished cell costs one byte's look.
 //
-// A target is an 8-bit memory bitmap whose sides are multiples of 8, cleared by the caller;
-// pixels that no node covers stay as they are.
+// A target is an 8-bit memory bitmap whose sides are multiples of 8. The caller clears it: only
+// what some node covers is written.
 #pragma once
 
 #include "engine/bitmap.h"
@@ -14,5 +14,5 @@
 /// A byte for each target cell: 0 nothing drawn yet, 1 all pixels final, 2 some are and
 /// vSubClipBuffer says which. Null until the first SetViewSize of Dinterface.
 extern Bitmap vClipBuffer;
-/// A byte for each target pixel: 1 final, 0 not yet. Valid only in cells of value 2.
+/// A byte for each target pixel, 1 when it is final. To be read in cells of value 2 only.
 extern Bitmap vSubClipBuffer;

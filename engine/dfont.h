@@ -12,7 +12,7 @@
 
 class Dobject;
 
-/// Largest number of glyphs: a tile's glyph number is read as a signed 16-bit value.
+/// Largest number of glyphs: a tile's glyph number goes through 16 bits with a sign.
 inline constexpr int kMaxGlyphs = 32767;
 
 /// A sheet that a tile font can have: at least a pixel, at most kMaxGlyphs cells, those that
@@ -28,7 +28,7 @@ public:
     Dfont& operator=(const Dfont&) = delete;
 
     /// Loads sheet and palette from "Library/default.dat" and makes the palette Allegro's
-    /// current one. Reports through Fatal and ends the program with exit code 1 on failure.
+    /// current one. Without it the program cannot go on: Fatal, then exit with status 1.
     void LoadDefault();
 
     /// Replaces the sheet by one of w by h pixels, not cleared and not laid out. Null, with the
@@ -56,10 +56,10 @@ public:
     /// A row of glyphs, one for each byte, without wrapping. Null draws nothing.
     void DrawText(BITMAP* target, const char* text, int fg, int bg, int cellX, int cellY) const;
 
-    /// The glyph whose corner is at exactly that sheet pixel, or -1.
+    /// The glyph with its top left corner on that sheet pixel, or -1.
     int FindGlyphAt(int x, int y) const;
-    /// The glyph beside `chr` on the sheet, or -1; 0 up, 1 right, 2 down, 3 left. Another
-    /// direction gives `chr`.
+    /// The glyph beside `chr` on the sheet, or -1. Directions count clockwise from 0, up; one
+    /// outside 0 to 3 gives `chr`.
     int NeighbourGlyph(int chr, int direction) const;
 
     /// A pixel of a glyph, x and y 0 to 7; 0 and no effect beyond the sheet.

@@ -1,9 +1,8 @@
-// The root object of the world: one instance for the whole run, reached through `vWorld`.
+// The face of the engine: all that the editor and the tool do with a world goes through `vWorld`.
 //
-// It owns the tree, the tile font, the handle table, the handle lists, the id counter and the
-// selection. Nobody else keeps a pointer to a node: the rest of the program holds handles for
-// the length of one event and ids in between. An accessor given a bad handle (outside 0 to
-// 1023, or of a free slot) does nothing and gives the value told with it.
+// A handle is good for one event, an id for as long as its node lives; pointers to nodes stay in
+// here, so that deleting a node cannot leave one behind. An accessor given a bad handle (outside 0
+// to 1023, or of a free slot) does nothing and gives the value told with it.
 #pragma once
 
 #include "engine/dfont.h"
@@ -114,8 +113,8 @@ public:
     void MoveTo(Handle h, int x, int y);
     /// The grid cell under a world tile.
     void WorldToLocal(Handle h, int& x, int& y) const;
-    /// The viewport's corner plus the point. The scroll is not taken off, so this is the
-    /// inverse of WorldToLocal only while the scroll is 0.
+    /// The world tile of a point counted from the viewport's corner, not from the grid's: for a
+    /// scrolled node WorldToLocal gives back another point than went in.
     void LocalToWorld(Handle h, int& x, int& y) const;
 
     // --- whole nodes -------------------------------------------------------------------------

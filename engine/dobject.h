@@ -1,10 +1,9 @@
-// A node of the world tree: root, board and object alike.
+// One kind of node serves as root, board and object; what it is follows from its depth alone, so
+// that anything can be exported, copied and hung elsewhere without a change of type.
 //
-// Every node is a grid of tiles with a surface that mirrors it in pixels, a viewport that says
-// which part of the grid is shown and where it lies in the parent's grid, a z value, a script
-// and its children. A node is a board by being a direct child of the root. The rest of the
-// program reaches nodes through the handles of Dinterface; only Dinterface, the file readers
-// and the operations that make whole nodes call a node directly.
+// The grid is the truth and the surface its picture: PutTile keeps both, whoever writes `tiles`
+// past it owes a RedrawTiles. Dinterface, the readers and the copiers of nodes may use this face;
+// other code asks for handles, because a pointer kept over an event may be dangling.
 //
 // All sizes and positions are tiles; pixels occur only in `vSurf`, 8 to a tile.
 #pragma once
@@ -50,8 +49,8 @@ public:
     std::vector<Dtile> tiles;      ///< the cell at (x, y) has the index y * width + x
     std::vector<Dtile> undoTiles;  ///< snapshot of `tiles`, empty until the first BackupTiles
     Dobject* parent = nullptr;     ///< null at the root
-    /// Under the root in ascending `posz`, under any other node descending; among equals a
-    /// newer node stands behind the older ones. The first lies in front.
+    /// In drawing order, the first in front: `posz` ascends under the root and descends
+    /// everywhere else. What comes later with the same `posz` goes behind.
     Children children;
     std::int32_t drawChildren = 1;  ///< 0: the compositor does not descend
     std::int32_t hidden = 0;        ///< not 0: the compositor skips the node
@@ -90,8 +89,8 @@ public:
     /// root and when there is no memory.
     BITMAP* Surface();
 
-    /// One level of undo. Restoring without a backup gives empty cells; after a Resize the
-    /// snapshot is read at the new row length.
+    /// One level of undo. Restoring without a backup gives empty cells. The snapshot has no size
+    /// of its own: taken before a Resize, it comes back with its rows shifted.
     void BackupTiles();
     void RestoreTiles();
 
@@ -103,9 +102,8 @@ public:
     /// The compositor; see compositor.h for what a target is. On the root: all children, front
     /// to back, into the whole target.
     void DrawChildren(BITMAP* target);
-    /// One node with its children. All in tiles: (ox, oy) is the target cell of cell (0, 0) of
-    /// the parent's grid, limitW by limitH that grid's size, and the clip rectangle is the part
-    /// of the target through which the parent is visible.
+    /// One node with its children, in tiles of the target: (ox, oy) is where the parent's grid
+    /// begins, limitW by limitH how large it is, and the clip rectangle what can be seen of it.
     void Draw(BITMAP* target, int ox, int oy, int limitW, int limitH, int clipX, int clipY,
               int clipW, int clipH);
 

@@ -8,9 +8,9 @@
 /// Both texts are the engine's own and need not outlive the call.
 extern void (*vMessageHook)(const char* text, const char* caption);
 
-/// Reports an error that the caller cannot get past, in the trace and as a message whose
-/// caption names the place, and returns: the caller goes on or stops. `file` is a source file's
-/// path, or the text of whatever else names the place. Usually called as
+/// For errors after which the operation at hand is over: a trace line, and a message whose
+/// caption names the place. It returns; whether the program ends is the caller's choice. `file` is
+/// a source file's path, or the text of whatever else names the place. Usually called as
 /// Fatal("...", __FILE__, __LINE__).
 void Fatal(const char* message, const char* file, int line);
 

@@ -4,8 +4,8 @@
 // is open at a time. Nothing here throws or shows a message: failure shows in the results and
 // in the streams' state. A stream on an archive that did not open fails like any other.
 //
-// In text mode (no std::ios::binary) a line feed is stored as a carriage return and a line
-// feed, and such a pair reads as a line feed; a carriage return alone passes both ways.
+// In text mode (no std::ios::binary) lines end with CR LF in the archive and with LF for the
+// caller; a CR without an LF passes both ways.
 #pragma once
 
 #include "engine/open_buffer.h"

@@ -11,7 +11,7 @@ inline constexpr int kGlyphSize = 8;
 inline constexpr int kSheetColumns = 16;
 inline constexpr int kSheetSize = kSheetColumns * kGlyphSize;
 
-// The sheet's pixels, row after row from the top: glyph n stands at column n mod 16, row n / 16.
+// The sheet's pixels, row after row from the top; kSheetColumns glyphs stand side by side.
 using Sheet = std::array<uint8_t, kSheetSize * kSheetSize>;
 
 struct Glyphs {

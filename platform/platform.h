@@ -48,8 +48,8 @@ public:
     virtual void WriteProfileString(const std::string& section, const std::string& key,
                                     const std::string& value) = 0;
 
-    /// The colours of every picture shown from now on, as 0xRRGGBB.
-    virtual void SetPalette(const std::array<std::uint32_t, 256>& colours) = 0;
+    /// The colors of every picture shown from now on, as 0xRRGGBB.
+    virtual void SetPalette(const std::array<std::uint32_t, 256>& colors) = 0;
 
     /// The main window, hidden and without panes. One frame at a time; `events` outlives it.
     virtual std::unique_ptr<Frame> CreateFrame(FrameEvents& events) = 0;

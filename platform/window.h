@@ -35,7 +35,7 @@ public:
     virtual void SetCapture() = 0;
     virtual void ReleaseCapture() = 0;
 
-    /// A window point as a screen point, for placing a pop-up menu.
+    /// A window point in screen coordinates: where TrackPopupMenu can be asked to open.
     virtual Point ClientToScreen(Point at) const = 0;
 
     /// Gives this window the keyboard.

@@ -66,7 +66,7 @@ std::string PresentFace() {
                                        vFontFaces.empty() ? "" : vFontFaces.front());
 }
 
-// Room for a line number of four digits, at the present zoom.
+// The line numbers have four digits' room, whatever the zoom.
 void FitMargin(CodeControl& code) {
     const std::intptr_t digit = code.Send(SCI_TEXTWIDTH, STYLE_DEFAULT, Text("9"));
     code.Send(SCI_SETMARGINWIDTHN, 0, 4 * digit + 4);

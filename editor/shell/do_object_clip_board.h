@@ -1,5 +1,5 @@
 // The dialog "Object ClipBoard": shows the object clipboard and moves it to and from object
-// files, which pass objects from game to game. There is no way to cancel a Load.
+// files, which pass objects from game to game. A Load takes effect at once.
 #pragma once
 
 #include "editor/tools/drag_viewer.h"

@@ -1,5 +1,5 @@
-// The main window: menu bar, status bar and the three panes. It owns the layout, the video mode
-// menu, the swap of the lower pane and the quit question; the panes do the work.
+// The main window: menu bar, status bar and the three panes. What concerns more than one pane is
+// decided here, as who stands in the lower pane and what is redrawn; the work is done in the panes.
 #pragma once
 
 #include "editor/shell/paint_view.h"

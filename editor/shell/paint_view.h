@@ -1,4 +1,4 @@
-// The paint panel: the brush's mode and slots, the backup of the tiles and the scroll steps.
+// The paint panel: brush modes, brush slots, backup and restore, and how far F1 and F2 go.
 // It holds no data of its own; all it shows is read when it paints, all it changes is written
 // at once.
 #pragma once
@@ -21,7 +21,6 @@ public:
     void OnFormPaint(platform::FormWindow& form) override;
 
 private:
-    void SetMode(platform::FormWindow& form, int mode);
     void ReadStep(platform::FormWindow& form, int id);
 
     PanelHost& host;

@@ -1,7 +1,6 @@
-// The single document: a title and a path over the one world.
+// The document: where the world came from and where Save puts it.
 //
-// There is no changed mark: nothing records that the world differs from its file, and no
-// command offers to save.
+// It does not know whether the world was altered since, and its commands ask no questions.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,5 @@
-// The pane at the left: the world as a painted list of boards and objects. From here nodes are
-// selected, added, copied, pasted, deleted, hidden, moved and opened for their properties; all
-// commands act on the selection.
+// The list at the left: the tree of boards and objects, painted a row a node. A click selects,
+// and the two menus do to the selected node what concerns it as a whole.
 #pragma once
 
 #include "editor/shell/panel_host.h"
@@ -66,7 +65,7 @@ private:
     platform::Menu vObjMenu;
     Bitmap vListBitmap;  ///< null until the first repaint
     std::int32_t vListW = 0, vListH = 0;
-    std::int32_t vRowX = 0, vRowY = 0;  ///< scroll in rows of 10 pixels, never below 0
+    std::int32_t vRowX = 0, vRowY = 0;  ///< scroll in rows of 10 pixels, from 0
     std::int32_t vListMode = kIdle;
     std::int32_t vPressX = 0, vPressY = 0;        ///< pixels, at the start of a scroll drag
     std::int32_t vPressRowX = 0, vPressRowY = 0;  ///< scroll at the start of a scroll drag

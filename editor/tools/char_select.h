@@ -1,5 +1,5 @@
-// The browser of the glyph sheet, at double size: 16 window pixels to a tile, or more where that
-// leaves a window half empty.
+// The browser of the glyph sheet: each sheet pixel is two by two window pixels, or more where
+// that leaves a window half empty.
 //
 // A press and a drag put the glyph under the mouse into vBrush; Ctrl at the press scrolls
 // instead, a tile for each eight pixels. The current glyph is not marked. The arrow keys go on to

@@ -1,7 +1,6 @@
 // The dialog "Brush Settings": glyph, colours and attribute of the brush.
 //
-// Its pickers write vBrush while it is open. OK keeps what is there, Cancel brings back what
-// was there when it opened.
+// Its pickers write vBrush at once, so that the preview shows it; Cancel takes that back.
 #pragma once
 
 #include "editor/tools/brush_preview.h"

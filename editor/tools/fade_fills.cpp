@@ -46,12 +46,12 @@ void PutGlyph(Handle h, int x, int y, int glyph) {
 // --- Distance fade -----------------------------------------------------------------------------
 
 // For each column or row of the box its distance from the centre in whole steps, squared.
-std::vector<std::int64_t> SquaredSteps(int first, int count, int centre, int hundredths) {
+std::vector<std::int64_t> SquaredSteps(int first, int count, int center, int hundredths) {
     // Held in single precision, multiplied in double: 20 columns by 0.35 are just below 7.
     const double step = static_cast<double>(static_cast<float>(hundredths * 0.01));
     std::vector<std::int64_t> squares(static_cast<std::size_t>(count));
     for (std::int64_t& square : squares) {
-        const auto steps = static_cast<std::int64_t>(std::abs(centre - first++) * step);
+        const auto steps = static_cast<std::int64_t>(std::abs(center - first++) * step);
         square = steps * steps;
     }
     return squares;

@@ -10,5 +10,5 @@ void FillRegion(Handle h);
 
 /// A straight colour ramp in full blocks, from the lower of the brush's two colours at the
 /// cursor to the higher at the anchor (world tiles); what lies beyond a point takes the colour
-/// at its end. With both points on one tile there is no ramp and nothing is written.
+/// at its end. Two points on the same tile give no direction, and nothing is written.
 void BlendRegion(Handle h, platform::Point cursor, platform::Point anchor);

@@ -1,4 +1,4 @@
-// The edit view: the pane in which the user sees the world and works on it.
+// The edit view, the large pane at the right: the world, the cursor and the editing marks.
 //
 // On every repaint the whole world is composed anew into one kept bitmap, the editing marks go
 // on top in XOR, and the bitmap is shown at the zoom. Mouse and keyboard move the cursor,
@@ -78,7 +78,7 @@ private:
         kDragView = 1,    ///< Ctrl and left button
         kDragBox = 2,     ///< right button: a box, or a move of the current object
         kFollow = 3,      ///< left button in the paint panel: the cursor follows
-        kDragPoints = 4,  ///< Ctrl and right button: the two points of a primitive
+        kDragPoints = 4,  ///< right button with Ctrl: where a primitive begins and ends
     };
     static constexpr std::int32_t kNowhere = std::numeric_limits<std::int32_t>::min();
 
@@ -137,7 +137,7 @@ private:
     void KeyScrollBack();
     void KeyScrollForward();
     void PlaceObjectClip();
-    void RecolourGrid();
+    void RecolorGrid();
     void PickAtCursor();
 
     // typing
@@ -154,7 +154,7 @@ private:
     std::int32_t vBackW = 0, vBackH = 0;  ///< of vBackBuffer, pixels
     std::int32_t tPX = 0, tPY = 0;        ///< scroll in tiles; may be negative
     std::int32_t vToolState = kIdle;
-    /// In a view drag the pixel of the press, in a right drag the tile under the mouse.
+    /// Where a drag began: a window pixel while the view is dragged, else a world tile.
     std::int32_t vAnchorX = 0, vAnchorY = 0;
     std::int32_t vGrabX = 0, vGrabY = 0;      ///< tPX, tPY at the press of a view drag
     std::int32_t vCursorX = 0, vCursorY = 0;  ///< may lie outside every grid

@@ -1,8 +1,8 @@
 // The selection: which tiles of the current object an area tool works on.
 //
-// An area command is a selection step and an action step. The selection step turns two points
-// into marks in `vMask`; the action step writes the marked tiles. Every selection rebuilds all
-// that is declared here, so nothing is carried from one command to the next.
+// Every area command first selects and then acts, so that each selection goes with each action.
+// `vMask` is what passes between the two. A selection sets all that is declared here anew: what
+// an earlier command left behind has no effect.
 //
 // Cursor and anchor are world tiles; everything else is in grid coordinates of the node. A bad
 // handle, or a node without cells, selects nothing.
@@ -46,9 +46,8 @@ void SelectRect(Handle h, platform::Point cursor, platform::Point anchor);
 platform::Point SelectFlood(Handle h, platform::Point cursor);
 platform::Point SelectSameAs(Handle h, platform::Point cursor);
 
-/// The outlines of shapes, without their inside. A line or rectangle that leaves the grid keeps
-/// its slope and size and is cut; an ellipse is squeezed into the part of the box that lies in
-/// the grid.
+/// The outlines of shapes, without their inside. The grid's edge cuts a line or a rectangle as
+/// it would be drawn on a larger grid; an ellipse fits itself into what the grid has of its box.
 void SelectLine(Handle h, platform::Point cursor, platform::Point anchor);
 void SelectRectOutline(Handle h, platform::Point cursor, platform::Point anchor);
 void SelectEllipse(Handle h, platform::Point cursor, platform::Point anchor);

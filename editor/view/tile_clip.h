@@ -1,7 +1,6 @@
 // The tile clipboard, and the actions on a selection that read and write it.
 //
-// It lives as long as the program: a copy from one object can be pasted into any other, also
-// of another game.
+// It belongs to the run and not to a world: tiles pass from node to node and from game to game.
 #pragma once
 
 #include "engine/dinterface.h"

@@ -80,7 +80,7 @@ const CQuiltView::KeyBinding CQuiltView::kPropertiesKeys[] = {
     {platform::kKeyLeft, kAlways, &CQuiltView::KeyLeftArrow},
     {platform::kKeyRight, kAlways, &CQuiltView::KeyRightArrow},
     {platform::kKeySpace, kAlways, &CQuiltView::PlaceObjectClip},
-    {platform::kKeyTab, kAlways, &CQuiltView::RecolourGrid},
+    {platform::kKeyTab, kAlways, &CQuiltView::RecolorGrid},
     {platform::kKeyEnter, kAlways, &CQuiltView::PickAtCursor},
 };
 
@@ -112,8 +112,8 @@ void CQuiltView::OnKeyDown(int code) {
     if (blender) RememberVisit(code);
 }
 
-// A tile takes one step of the Blender a visit, however long the key is held. Moving away and
-// back, or any other key in between, makes another visit of it.
+// The Blender steps once for a visit to a tile, so that a held key does not run through all its
+// shades. Whatever else is pressed, a move included, ends the visit.
 void CQuiltView::RememberVisit(int code) {
     const bool steps = code == platform::kKeySpace || code == platform::kKeyShift;
     vLastX = steps ? vCursorX : kNowhere;
@@ -211,7 +211,7 @@ void CQuiltView::PlaceObjectClip() {
     host.RedrawTree();
 }
 
-void CQuiltView::RecolourGrid() {
+void CQuiltView::RecolorGrid() {
     const HandleGuard h(vWorld->GetCurrentObject());
     const Dobject* node = vWorld->Node(h);
     if (!node || node->tiles.empty()) return;

@@ -52,14 +52,6 @@ QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
 
 QtPlatform::~QtPlatform() { vPlatform = nullptr; }
 
-bool QtPlatform::HasDisplay() {
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        const char* value = std::getenv(name);
-        if (value && *value) return true;
-    }
-    return false;
-}
-
 void QtPlatform::BeQuiet() { quiet = true; }
 
 bool QtPlatform::SavePicture(const std::string& path) {
@@ -109,9 +101,9 @@ void QtPlatform::WriteProfileString(const std::string& section, const std::strin
     if (!quiet) WriteSetting(section, key, value);
 }
 
-void QtPlatform::SetPalette(const std::array<std::uint32_t, 256>& colours) {
+void QtPlatform::SetPalette(const std::array<std::uint32_t, 256>& colors) {
     constexpr std::uint32_t kOpaque = 0xff000000;
-    for (std::size_t i = 0; i < colours.size(); ++i) vScreenColors[i] = colours[i] | kOpaque;
+    for (std::size_t i = 0; i < colors.size(); ++i) vScreenColors[i] = colors[i] | kOpaque;
     for (QWidget* widget : QApplication::allWidgets()) widget->update();
 }
 

@@ -14,8 +14,6 @@ public:
     QtPlatform(int& argc, char** argv);
     ~QtPlatform() override;
 
-    /// Whether a window can be seen by somebody.
-    static bool HasDisplay();
     /// No box and no setting from now on: messages go to standard error. For --picture.
     void BeQuiet();
     /// Lets the main window paint itself and writes its picture to a PNG file.
@@ -33,7 +31,7 @@ public:
     void WriteProfileInt(const std::string& section, const std::string& key, int value) override;
     void WriteProfileString(const std::string& section, const std::string& key,
                             const std::string& value) override;
-    void SetPalette(const std::array<std::uint32_t, 256>& colours) override;
+    void SetPalette(const std::array<std::uint32_t, 256>& colors) override;
     std::unique_ptr<platform::Frame> CreateFrame(platform::FrameEvents& events) override;
     std::vector<std::string> FixedPitchFaces() override;
     bool StartProgram(const std::string& program, const std::string& argument,
