@@ -1,6 +1,6 @@
 #include "engine/dfont.h"
 
-#include "engine/dobject.h"
+#include "engine/dtile.h"
 #include "engine/picture_file.h"
 #include "engine/pixel_row.h"
 #include "engine/report.h"
@@ -144,12 +144,6 @@ void Dfont::DrawGlyph(BITMAP* target, int chr, int fg, int bg, int cellX, int ce
     if (cellX > (target->w - 1) / kTileSize || cellY > (target->h - 1) / kTileSize) return;
     if (target->w < 1 || target->h < 1) return;
     DrawAt(target, chr, fg, bg, cellX * kTileSize, cellY * kTileSize);
-}
-
-void Dfont::DrawTile(Dobject& node, int chr, int fg, int bg, int x, int y) const {
-    if (!vSheet || !node.vSurf) return;
-    if (x < 0 || y < 0 || x >= node.width || y >= node.height) return;
-    DrawAt(node.vSurf.get(), chr, fg, bg, x * kTileSize, y * kTileSize);
 }
 
 void Dfont::DrawText(BITMAP* target, const char* text, int fg, int bg, int cellX, int cellY) const {

@@ -89,6 +89,7 @@ Dinterface::Dinterface() {
     slots[kRootHandle] = {1, vMain.get()};
     vFont = MakePart<Dfont>("Unable to create vFont");
     vFont->LoadDefault();
+    vMain->font = vFont.get();
     vSoundBox = MakePart<SoundBox>("Unable to create vSoundBox");
     vCompiler = MakePart<Compiler>("Unable to create vCompiler");
     Trace("Dinterface created\n");

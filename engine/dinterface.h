@@ -24,8 +24,6 @@ inline constexpr int kMaxHandles = 1024;
 inline constexpr int kMaxHandleLists = 256;
 inline constexpr Handle kNoHandle = -1;
 inline constexpr Handle kRootHandle = 0;
-/// The root is told by this name where boards and objects are told apart.
-inline constexpr std::string_view kRootName = "world_tree";
 
 /// Index of GetProperty and SetProperty.
 enum Property : int {

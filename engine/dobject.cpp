@@ -1,6 +1,6 @@
 #include "engine/dobject.h"
 
-#include "engine/dinterface.h"
+#include "engine/dfont.h"
 #include "engine/report.h"
 
 #include <algorithm>
@@ -167,16 +167,29 @@ void Dobject::PutTile(int x, int y, int chr, int fg, int bg, int attrib) {
     PutField(tile->fg, fg);
     PutField(tile->bg, bg);
     PutField(tile->attrib, attrib);
-    vWorld->GetFont()->DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
+    if (const Dfont* own = Font())
+        own->DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
+}
+
+const Dfont* Dobject::Font() const {
+    const Dobject* top = this;
+    while (top->parent) top = top->parent;
+    return top->font;
+}
+
+// Here and not beside DrawGlyph: a font need not know what a node is.
+void Dfont::DrawTile(Dobject& node, int chr, int fg, int bg, int x, int y) const {
+    if (!node.vSurf || x < 0 || y < 0 || x >= node.width || y >= node.height) return;
+    DrawGlyph(node.vSurf.get(), chr, fg, bg, x, y);
 }
 
 void Dobject::DrawTiles() {
-    if (tiles.empty()) return;
-    const Dfont& tileFont = *vWorld->GetFont();
+    const Dfont* own = Font();
+    if (tiles.empty() || !own) return;
     const Dtile* tile = tiles.data();
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x, ++tile)
-            tileFont.DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
+            own->DrawTile(*this, Signed(tile->chr), Signed(tile->fg), Signed(tile->bg), x, y);
 }
 
 void Dobject::RedrawTiles() {

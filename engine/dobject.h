@@ -15,12 +15,18 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Largest grid: cells a side, and cells in all, so that the surface's pixels can be counted
 /// in an int.
 inline constexpr int kMaxGridSide = 32767;
 inline constexpr std::int64_t kMaxGridCells = INT32_MAX / (kTileSize * kTileSize);
+
+/// The root is told by this name where boards and objects are told apart.
+inline constexpr std::string_view kRootName = "world_tree";
+
+class Dfont;
 
 class Dobject {
 public:
@@ -49,6 +55,8 @@ public:
     std::vector<Dtile> tiles;      ///< the cell at (x, y) has the index y * width + x
     std::vector<Dtile> undoTiles;  ///< snapshot of `tiles`, empty until the first BackupTiles
     Dobject* parent = nullptr;     ///< null at the root
+    /// At the top of a tree, borrowed: what all of it is drawn with. Null draws nothing.
+    const Dfont* font = nullptr;
     /// In drawing order, the first in front: `posz` ascends under the root and descends
     /// everywhere else. What comes later with the same `posz` goes behind.
     Children children;
@@ -82,6 +90,8 @@ public:
     Dtile* GetTile(int x, int y);
     /// Writes a cell and draws it; -1 leaves a field as it is. Nothing outside the grid.
     void PutTile(int x, int y, int chr, int fg, int bg, int attrib);
+    /// The font of the tree that the node is part of.
+    const Dfont* Font() const;
     /// Draws all tiles of this node and of its whole subtree into those surfaces that exist.
     void RedrawTiles();
     /// `vSurf`, borrowed. A node that was read from a file gets its surface here, when it is

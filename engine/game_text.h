@@ -108,8 +108,8 @@ private:
 std::int64_t SurfaceBytes(const Dobject& node);
 
 /// One block from a stream that stands behind its "~ob", as a new and complete child of
-/// `parent`. On failure, reported through Fatal, there is no such child. Needs `vWorld`.
-bool ReadObject(Dobject& parent, std::istream& in);
+/// `parent`. On failure, reported through Fatal, there is no such child.
+bool ReadObject(Dobject& parent, std::istream& in, const IdSource& ids);
 
 /// One block for a node, with its children nested in it. Collapses every node that is expanded,
 /// in memory too, and does so even when the stream fails.

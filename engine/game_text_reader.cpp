@@ -1,6 +1,6 @@
-#include "engine/dinterface.h"
-#include "engine/file_layer.h"
 #include "engine/game_text.h"
+
+#include "engine/file_layer.h"
 #include "engine/report.h"
 
 #include <algorithm>
@@ -310,8 +310,8 @@ std::int64_t SurfaceBytes(const Dobject& node) {
     return bytes;
 }
 
-bool ReadObject(Dobject& parent, std::istream& in) {
-    GameTextReader reader(*in.rdbuf(), [] { return vWorld->TakeId(); });
+bool ReadObject(Dobject& parent, std::istream& in, const IdSource& ids) {
+    GameTextReader reader(*in.rdbuf(), ids);
     Dobject* child = reader.ReadObject(parent);
     if (!child) {
         Fatal(reader.Reason().c_str(), "the object's text", reader.Line());

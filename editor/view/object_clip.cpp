@@ -1,9 +1,14 @@
 #include "editor/view/object_clip.h"
 
+#include "engine/dinterface.h"
+
 std::unique_ptr<Dobject> vObjectClip;
 
 Dobject* FreshObjectClip() {
-    if (vObjectClip) vObjectClip->RedrawTiles();
+    if (vObjectClip) {
+        vObjectClip->font = vWorld->GetFont();
+        vObjectClip->RedrawTiles();
+    }
     return vObjectClip.get();
 }
 

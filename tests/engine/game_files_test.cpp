@@ -360,7 +360,8 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
 TEST_F(GameFiles, BlocksAreReadAndWrittenAlone) {
     Dobject& board = AddNode(world->Root(), "b", 2, 2);
     std::istringstream in("door 5 0 0 1 1 0 0 1 1 7 8 9 1\n~pb\n~pe\n~oe\n rest");
-    ASSERT_TRUE(ReadObject(board, in));
+    const IdSource ids = [this] { return world->TakeId(); };
+    ASSERT_TRUE(ReadObject(board, in, ids));
     std::string rest;
     in >> rest;
     EXPECT_EQ(rest, "rest");
@@ -368,11 +369,11 @@ TEST_F(GameFiles, BlocksAreReadAndWrittenAlone) {
     WriteObject(*board.children.front(), out);
     EXPECT_EQ(out.str(), "~ob door 5\n0 0 1 1\n0 0 1 1\n7 8 9 1\n~pb\n~pe\n~oe\n");
     std::istringstream cut("door 5 0 0 1");
-    EXPECT_FALSE(ReadObject(board, cut));
+    EXPECT_FALSE(ReadObject(board, cut, ids));
     EXPECT_THAT(reports.Texts(), HasSubstr("the height of 'door'"));
     const LittleMemory memory;
     std::istringstream large("door 5 0 0 9 9 0 0 1 1 -81 7 8 9 1\n~pb\n~pe\n~oe\n");
-    EXPECT_FALSE(ReadObject(board, large));
+    EXPECT_FALSE(ReadObject(board, large, ids));
     EXPECT_EQ(board.children.size(), 1u);
     reports.Clear();
 }
