@@ -4,13 +4,10 @@
 #include "engine/dinterface.h"
 #include "engine/report.h"
 
-#include <cerrno>
-
 /// To be run in the program's folder, where Library/ stands.
 inline Dinterface& BenchWorld() {
     static Dinterface* world = [] {
-        install_allegro(SYSTEM_NONE, &errno, nullptr);
-        set_color_depth(8);
+        StartAllegro();
         StartTrace(nullptr);
         return new Dinterface;
     }();

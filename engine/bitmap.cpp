@@ -1,12 +1,24 @@
 #include "engine/bitmap.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
+
+namespace {
+
+constexpr int kColorDepth = 8;
+
+}  // namespace
+
+bool StartAllegro() {
+    if (install_allegro(SYSTEM_NONE, &errno, nullptr) != 0) return false;
+    set_color_depth(kColorDepth);
+    return true;
+}
 
 Bitmap MakeBitmap(int w, int h) {
     w = std::max(w, 0);
     h = std::max(h, 0);
     if (h > 0 && w > INT_MAX / h) return nullptr;
-    constexpr int kColorDepth = 8;
     return Bitmap(create_bitmap_ex(kColorDepth, w, h));
 }

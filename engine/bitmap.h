@@ -5,6 +5,10 @@
 
 #include <memory>
 
+/// Makes Allegro ready for 8-bit memory bitmaps, with no display and no input. Once, before any
+/// other use of it. False when it cannot start.
+bool StartAllegro();
+
 struct BitmapDeleter {
     void operator()(BITMAP* bitmap) const { destroy_bitmap(bitmap); }
 };

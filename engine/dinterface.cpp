@@ -345,18 +345,22 @@ void Dinterface::MoveObject(Handle h, Handle newParent) {
     under->Link(std::move(own));
 }
 
-std::int32_t Dinterface::NewBoard() {
-    const VideoMode& mode = GetVideoMode(videoMode);
+void MakeFreshBoard(Dobject& node, const std::string& name, const VideoMode& mode) {
     constexpr Dtile kRing{176, 16, 32, kAttribSolid};
-    Dobject* board = vMain->Spawn_Back(TakeId(), 0);
-    board->Create("NewBoard", mode.width, mode.height);
-    for (int y = 0; y < board->height; ++y) {
-        for (int x = 0; x < board->width; ++x) {
-            const bool edge = x == 0 || y == 0 || x == board->width - 1 || y == board->height - 1;
-            const Dtile& tile = edge ? kRing : kBlankTile;
-            board->PutTile(x, y, tile.chr, tile.fg, tile.bg, tile.attrib);
+    if (!node.Create(name, mode.width, mode.height)) return;
+    Dtile* tile = node.tiles.data();
+    for (int y = 0; y < node.height; ++y) {
+        for (int x = 0; x < node.width; ++x) {
+            const bool edge = x == 0 || y == 0 || x == node.width - 1 || y == node.height - 1;
+            *tile++ = edge ? kRing : kBlankTile;
         }
     }
+    node.RedrawTiles();
+}
+
+std::int32_t Dinterface::NewBoard() {
+    Dobject* board = vMain->Spawn_Back(TakeId(), 0);
+    MakeFreshBoard(*board, "NewBoard", GetVideoMode(videoMode));
     currentObject = currentBoard = board->id;
     return board->id;
 }

@@ -50,6 +50,10 @@ inline constexpr int kVideoModes = 4;
 /// The mode's sizes; those of mode 1 for a number that is no mode.
 const VideoMode& GetVideoMode(int mode);
 
+/// Makes a node the board that an author begins with: blank tiles with a ring around them.
+/// `node` has no grid yet.
+void MakeFreshBoard(Dobject& node, const std::string& name, const VideoMode& mode);
+
 /// Places for the sound and the script side of a world. The editor builds them with the root
 /// and uses them for nothing.
 struct SoundBox {};

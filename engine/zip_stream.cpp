@@ -6,6 +6,7 @@
 #include <minizip/zip.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 
@@ -15,11 +16,17 @@ constexpr int kAheadSize = 1 << 16;
 constexpr int kIgnoreCase = 2;          // minizip's own default depends on the system
 constexpr uLong kExternalAttribs = 32;  // "archive", as a file has on its first systems
 
+// SOURCE_DATE_EPOCH is how builds that are to give the same bytes each time say what time it is.
+bool EntryTime(std::tm& when) {
+    const char* fixed = std::getenv("SOURCE_DATE_EPOCH");
+    const std::time_t now = fixed ? std::atoll(fixed) : std::time(nullptr);
+    return fixed ? gmtime_r(&now, &when) : localtime_r(&now, &when);
+}
+
 zip_fileinfo EntryRecord() {
     zip_fileinfo record = {};
-    const std::time_t now = std::time(nullptr);
     std::tm local = {};
-    if (localtime_r(&now, &local)) {
+    if (EntryTime(local)) {
         record.tmz_date.tm_year = local.tm_year + 1900;
         record.tmz_date.tm_mon = local.tm_mon;
         record.tmz_date.tm_mday = local.tm_mday;

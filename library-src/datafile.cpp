@@ -1,8 +1,17 @@
 #include "library-src/datafile.h"
 
-#include "library-src/whole_file.h"
-
 namespace {
+
+// Numbers stand in datafiles with the high byte first.
+void Put16(std::string& bytes, int value) {
+    bytes += static_cast<char>(value >> 8 & 255);
+    bytes += static_cast<char>(value & 255);
+}
+
+void Put32(std::string& bytes, unsigned value) {
+    Put16(bytes, static_cast<int>(value >> 16));
+    Put16(bytes, static_cast<int>(value & 0xffff));
+}
 
 // A four-letter mark is stored as its letters.
 void PutMark(std::string& bytes, const char (&mark)[5]) { bytes.append(mark, 4); }

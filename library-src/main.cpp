@@ -1,11 +1,13 @@
 // quilt-library: makes the data files of the Library folder, or pictures of them, from the sources
 // in this folder.
 
+#include "engine/bitmap.h"
+#include "engine/replace_file.h"
+#include "engine/report.h"
 #include "library-src/datafile.h"
 #include "library-src/icon.h"
 #include "library-src/new_game.h"
 #include "library-src/pictures.h"
-#include "library-src/whole_file.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -22,19 +24,16 @@ struct Sources {
     Icon icon;
 };
 
-bool Wrote(bool good, const path& file) {
-    if (!good) std::fprintf(stderr, "%s: cannot be written\n", file.c_str());
+bool WriteBytes(const path& file, const std::string& bytes) {
+    std::string why = "There is not enough memory.";
+    const bool good = !bytes.empty() && ReplaceFile(file, bytes, why);
+    if (!good) std::fprintf(stderr, "%s: %s\n", file.c_str(), why.c_str());
     return good;
 }
 
-bool WriteBytes(const path& file, const std::string& bytes) {
-    return Wrote(WriteWhole(file, bytes), file);
-}
-
 bool WriteLibrary(const Sources& from, const path& folder) {
-    path archive = folder / "default.zqlt";
     return WriteBytes(folder / "default.dat", MakeDatafile(from.glyphs.sheet, from.palette)) &&
-           Wrote(WriteNewGame(archive, from.glyphs.sheet), archive);
+           WriteBytes(folder / "default.zqlt", NewGame(from.glyphs.sheet));
 }
 
 bool WritePictures(const Sources& from, const path& folder) {
@@ -80,6 +79,8 @@ int Usage() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    StartAllegro();
+    StartTrace(nullptr);
     if (argc < 3 || argc > 4) return Usage();
     const std::string_view option = argv[1];
     const auto* mode = std::find_if(std::begin(kModes), std::end(kModes),

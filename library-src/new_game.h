@@ -4,5 +4,5 @@
 #include "library-src/glyph_source.h"
 
 // One board of the size of the screen at 640 by 480, with a ring of border tiles around black,
-// and the given sheet. False when the file cannot be written.
-bool WriteNewGame(const std::filesystem::path& file, const Sheet& sheet);
+// and the given sheet. Empty when there is no memory.
+std::string NewGame(const Sheet& sheet);

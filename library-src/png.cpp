@@ -1,30 +1,6 @@
 #include "library-src/png.h"
 
-#include "library-src/whole_file.h"
-
-#include <zlib.h>
-
-namespace {
-
-const Bytef* Data(const std::string& bytes) { return reinterpret_cast<const Bytef*>(bytes.data()); }
-
-void PutChunk(std::string& png, const std::string& type, const std::string& contents) {
-    Put32(png, static_cast<unsigned>(contents.size()));
-    std::string checked = type + contents;
-    png += checked;
-    Put32(png, static_cast<unsigned>(crc32(0, Data(checked), static_cast<uInt>(checked.size()))));
-}
-
-std::string Compressed(const std::string& bytes) {
-    uLongf size = compressBound(bytes.size());
-    std::string packed(size, '\0');
-    compress2(reinterpret_cast<Bytef*>(packed.data()), &size, Data(bytes), bytes.size(),
-              Z_BEST_COMPRESSION);
-    packed.resize(size);
-    return packed;
-}
-
-}  // namespace
+#include "tool/png_file.h"
 
 Picture::Picture(int w, int h, uint8_t color)
     : width(w), height(h), pixels(static_cast<size_t>(w) * static_cast<size_t>(h), color) {}
@@ -40,28 +16,13 @@ void Picture::Fill(int x, int y, int w, int h, uint8_t color) {
 }
 
 std::string MakePng(const Picture& picture, const Palette& palette) {
-    std::string header;
-    Put32(header, static_cast<unsigned>(picture.width));
-    Put32(header, static_cast<unsigned>(picture.height));
-    header += {8, 3, 0, 0, 0};  // 8 bits, by palette, in plain rows
-
-    std::string colors;
-    for (const Color& color : palette.colors) {
-        for (uint8_t part : {color.red, color.green, color.blue}) {
-            colors += static_cast<char>(Shown(part));
-        }
+    std::array<RGB, kColorCount> colors{};
+    for (size_t i = 0; i < colors.size(); ++i) {
+        const Color& from = palette.colors[i];
+        colors[i] = {from.red, from.green, from.blue, 0};
     }
-
-    std::string rows;
-    for (auto row = picture.pixels.begin(); row != picture.pixels.end(); row += picture.width) {
-        rows += '\0';  // no filter
-        rows.append(row, row + picture.width);
-    }
-
-    std::string png = "\x89PNG\r\n\x1a\n";
-    PutChunk(png, "IHDR", header);
-    PutChunk(png, "PLTE", colors);
-    PutChunk(png, "IDAT", Compressed(rows));
-    PutChunk(png, "IEND", "");
-    return png;
+    PngFile png(picture.width, picture.height, 1, colors.data());
+    for (int y = 0; y < picture.height; ++y)
+        png.AddRow(&picture.pixels[static_cast<size_t>(y) * static_cast<size_t>(picture.width)]);
+    return png.TakeBytes();
 }

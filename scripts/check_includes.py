@@ -32,7 +32,7 @@ LAYERS = {
     ),
     "editor/shell/main": (ENGINE | PLATFORM | {"platform/qt", "editor/shell"}, False),
     "tool": (ENGINE | {"tool"}, False),
-    "library-src": (ENGINE | {"library-src"}, False),
+    "library-src": (ENGINE | {"library-src", "tool"}, False),
     "library-src/sample": (
         ENGINE | PLATFORM
         | {"editor", "editor/view", "editor/tools", "library-src", "library-src/sample"},

@@ -1,12 +1,10 @@
 // quilt-tool: games on the command line, for version control, build scripts and reviews.
 
-#include "engine/allegro_api.h"
+#include "engine/bitmap.h"
 #include "engine/report.h"
 #include "tool/commands.h"
 
 #include <CLI/CLI.hpp>
-
-#include <cerrno>
 
 namespace {
 
@@ -75,8 +73,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kGood : kWrongCall;
     }
-    install_allegro(SYSTEM_NONE, &errno, nullptr);
-    set_color_depth(8);
+    StartAllegro();
     StartTrace(nullptr);
     return Run(app, call);
 }

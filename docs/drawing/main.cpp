@@ -5,7 +5,6 @@
 
 #include "engine/report.h"
 
-#include <cerrno>
 #include <cstdio>
 
 int main(int argc, char** argv) {
@@ -13,8 +12,7 @@ int main(int argc, char** argv) {
         std::fputs("usage: quilt-pictures FOLDER\n", stderr);
         return 2;
     }
-    install_allegro(SYSTEM_NONE, &errno, nullptr);
-    set_color_depth(8);
+    StartAllegro();
     StartTrace(nullptr);
     Dinterface world;
     Painter painter;

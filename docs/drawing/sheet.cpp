@@ -1,7 +1,7 @@
 #include "docs/drawing/sheet.h"
 
-#include "library-src/png.h"
-#include "library-src/whole_file.h"
+#include "engine/replace_file.h"
+#include "tool/png_file.h"
 
 #include <cstdio>
 
@@ -36,16 +36,10 @@ bool WriteView(const std::string& path, int w, int h, int scale) {
     const Bitmap drawn = MakeBitmap(w * kTileSize, h * kTileSize);
     clear_bitmap(drawn.get());
     vWorld->DrawWorld(drawn.get(), 0, 0);
-    Picture picture(drawn->w * scale, drawn->h * scale, 0);
-    for (int y = 0; y < picture.height; ++y)
-        for (int x = 0; x < picture.width; ++x)
-            picture.Put(x, y, drawn->line[y / scale][x / scale]);
-    Palette palette;
-    for (std::size_t i = 0; i < palette.colors.size(); ++i) {
-        const RGB& color = vWorld->GetFont()->GetPalette()[i];
-        palette.colors[i] = {color.r, color.g, color.b};
-    }
-    const bool good = WriteWhole(path, MakePng(picture, palette));
-    if (!good) std::fprintf(stderr, "%s: cannot be written\n", path.c_str());
+    PngFile png(drawn->w, drawn->h, scale, vWorld->GetFont()->GetPalette());
+    for (int y = 0; y < drawn->h; ++y) png.AddRow(drawn->line[y]);
+    std::string why;
+    const bool good = ReplaceFile(path, png.TakeBytes(), why);
+    if (!good) std::fprintf(stderr, "%s: %s\n", path.c_str(), why.c_str());
     return good;
 }

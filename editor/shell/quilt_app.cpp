@@ -2,12 +2,12 @@
 
 #include "editor/commands.h"
 #include "editor/shell/recent_files.h"
+#include "engine/bitmap.h"
 #include "engine/compositor.h"
 #include "engine/report.h"
 #include "platform/platform.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 
@@ -17,13 +17,6 @@ constexpr const char* kTraceVariable = "QUILT_TRACE";
 
 void ShowEngineMessage(const char* text, const char* caption) {
     vPlatform->MessageBox(text, caption, platform::Buttons::Ok, platform::Icon::Warning);
-}
-
-bool StartAllegro() {
-    constexpr int kColorDepth = 8;
-    if (install_allegro(SYSTEM_NONE, &errno, nullptr) != 0) return false;
-    set_color_depth(kColorDepth);
-    return true;
 }
 
 std::array<std::uint32_t, 256> ScreenColors(const RGB* palette) {

@@ -5,7 +5,6 @@
 #include "engine/game_archive.h"
 #include "engine/report.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <sstream>
@@ -96,8 +95,7 @@ void Require(bool holds, const char* what) {
 
 void StartTargets() {
     if (vWorld) return;
-    install_allegro(SYSTEM_NONE, &errno, nullptr);
-    set_color_depth(8);
+    StartAllegro();
     StartTrace(nullptr);
     static Dinterface world;
     world.SetViewSize(kTargetW, kTargetH);

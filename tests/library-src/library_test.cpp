@@ -1,6 +1,6 @@
 // The files of the Library folder as they were built: the sheet, the palette and the new game.
 
-#include "engine/allegro_api.h"
+#include "engine/bitmap.h"
 #include "library-src/glyph_source.h"
 #include "library-src/palette_source.h"
 #include "tests/support/plain_zip.h"
@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <set>
 
@@ -21,8 +20,7 @@ constexpr int kFullBlock = 219;
 class Library : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        install_allegro(SYSTEM_NONE, &errno, nullptr);
-        set_color_depth(8);
+        StartAllegro();
         objects = load_datafile("Library/default.dat");
         Problems problems;
         ramps = ReadPalette(LIBRARY_SOURCES "/palette.txt", problems).ramps;

@@ -1,7 +1,6 @@
 // What the generator makes of its sources, and what it says about their faults.
 
 #include "library-src/glyph_source.h"
-#include "library-src/new_game.h"
 #include "library-src/palette_source.h"
 #include "tests/support/temp_folder.h"
 
@@ -111,13 +110,4 @@ TEST_F(SourceFolder, ARampPassesThroughItsColours) {
         EXPECT_EQ(palette.colors[i].green, expected[i][1]) << i;
         EXPECT_EQ(palette.colors[i].blue, expected[i][2]) << i;
     }
-}
-
-TEST_F(SourceFolder, NewGameIsTheSameWheneverItIsBuilt) {
-    // The built file, made on another day, against one of now.
-    Problems problems;
-    Glyphs glyphs = ReadGlyphs(LIBRARY_SOURCES "/glyphs", problems);
-    ASSERT_TRUE(WriteNewGame(folder / "new.zqlt", glyphs.sheet));
-    EXPECT_EQ(FileBytes(folder / "new.zqlt"), FileBytes("Library/default.zqlt"));
-    EXPECT_FALSE(WriteNewGame(folder / "missing/new.zqlt", glyphs.sheet));
 }
