@@ -65,6 +65,8 @@ BITMAP* Dfont::NewSheet(int w, int h) {
     Bitmap sheet = MakeBitmap(w, h);
     if (!sheet) return nullptr;
     vSheet = std::move(sheet);
+    corners.clear();
+    glyphCount = 0;
     return vSheet.get();
 }
 

@@ -31,8 +31,9 @@ public:
     /// current one. Without it the program cannot go on: Fatal, then exit with status 1.
     void LoadDefault();
 
-    /// Replaces the sheet by one of w by h pixels, not cleared and not laid out. Null, with the
-    /// old sheet in place, when a font cannot have such a sheet or there is no memory.
+    /// Replaces the sheet by one of w by h pixels, not cleared and not laid out: it has no glyphs
+    /// yet. Null, with the old sheet in place, when a font cannot have such a sheet or there is
+    /// no memory.
     BITMAP* NewSheet(int w, int h);
     /// Takes over a sheet read elsewhere, not null, and lays it out.
     void TakeSheet(Bitmap sheet);
