@@ -45,13 +45,13 @@ void BlendRegion(Handle h, Point cursor, Point anchor) {
     if (length == 0) return;
     const std::vector<std::uint8_t> ramp = MakeRamp(length);
     const double last = static_cast<double>(length - 1);
-    const double theta = std::atan2(dy, dx);
-    const double across = std::cos(theta);
-    const double down = std::sin(theta);
+    const double distance = std::sqrt(dx * dx + dy * dy);
     const Point zero = ToGrid(h, cursor);
     const int attrib = vBrush.attrib;
     ForEachSelected([&](int x, int y) {
-        const double t = across * (x - zero.x) + down * (y - zero.y);
+        // The projection on the line. Whole numbers up to the one division: cells that lie
+        // across from each other come out alike, which sine and cosine would not give.
+        const double t = (dx * (x - zero.x) + dy * (y - zero.y)) / distance;
         const double i = std::clamp(-std::trunc(t), 0.0, last);
         vWorld->SetTile(h, x, y, kFullBlock, ramp[static_cast<std::size_t>(i)], kUnseen, attrib);
     });
