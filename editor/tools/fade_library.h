@@ -30,7 +30,8 @@ struct FadeBlend {
 
 /// The records of "Library/FadeSets.txt" and "Library/FadeBlends.txt" in their order. A file
 /// that cannot be opened is reported by Fatal with the dialog's name, and the list is empty.
-/// Where a file stops making sense the reading ends, and the records before are kept. Cells
-/// outside 0 to 4 count as the nearest of them.
+/// Where a file stops making sense the reading ends, with a report that names file and line, and
+/// the records before are kept; so they are, without one, when the file ends inside a record.
+/// Cells outside 0 to 4 count as the nearest of them.
 std::vector<FadeSet> LoadFadeSets(const char* dialog);
 std::vector<FadeBlend> LoadFadeBlends(const char* dialog);

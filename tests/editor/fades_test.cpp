@@ -212,6 +212,7 @@ TEST_F(FadeLibrary, SetsAreWordsAndFiveNumbers) {
     EXPECT_THAT(Sets("A 1 2 3 4 5\nB 1 x 3 4 5\nC 1 2 3 4 5"), ElementsAre("A"));
     EXPECT_THAT(Sets("A 1 2 3 4 99999999999 B 1 2 3 4 5"), ElementsAre());
     EXPECT_THAT(Sets(""), ElementsAre());
+    reports.Clear();
 }
 
 TEST_F(FadeLibrary, BlendsAreANameLineAndAHundredNumbers) {
@@ -228,4 +229,5 @@ TEST_F(FadeLibrary, BlendsAreANameLineAndAHundredNumbers) {
          {std::string(99, 'n') + "\n" + Numbers(100), "b\n" + Numbers(99),
           "b\n" + Numbers(50) + "? " + Numbers(50), std::string("b"), std::string("\n\n")})
         EXPECT_THAT(Blends(one + rest), ElementsAre("left to right")) << rest;
+    reports.Clear();
 }
