@@ -274,6 +274,11 @@ void Dinterface::RestoreTiles(Handle h) {
     if (Dobject* node = Editable(h)) node->RestoreTiles();
 }
 
+bool Dinterface::HasBackup(Handle h) const {
+    const Dobject* node = Node(h);
+    return node && !node->undoTiles.empty();
+}
+
 int Dinterface::IsExpanded(Handle h) const {
     const Dobject* node = Node(h);
     return node && node->evieww;

@@ -104,6 +104,7 @@ public:
     void SetTile(Handle h, int x, int y, int chr, int fg, int bg, int attrib);
     void BackupTiles(Handle h);
     void RestoreTiles(Handle h);
+    bool HasBackup(Handle h) const;  ///< whether RestoreTiles has tiles to bring back
     int IsExpanded(Handle h) const;
     void SetExpanded(Handle h, int on);
     void ExpandAll(Handle h);

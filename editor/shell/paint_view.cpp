@@ -23,7 +23,7 @@ constexpr Control kControls[] = {
     {kBrushName, ControlKind::ReadOnlyEdit, "Brush mode", 45, 3, 93, 12, 0, 0,
      "How the keys paint; Tab lets every step of the cursor paint"},
     {kSlotSlider, ControlKind::Slider, "Brush slot", 45, 19, 112, 13, 0, kBrushSlots - 1,
-     "Nine brushes to choose from (arrow keys)"},
+     "Nine brushes to choose from"},
     {kRadioBrush, ControlKind::Radio, "&Brush", 45, 37, 31, 14, 0, 0,
      "Space and Shift stamp the brush (Alt+B)"},
     {kRadioBlender, ControlKind::Radio, "B&lender", 78, 37, 37, 14, 0, 0,
@@ -82,6 +82,10 @@ void ShowStep(FormWindow& form, int id, int value) {
     if (ParseStep(form.GetText(id)) != value) form.SetText(id, std::to_string(value));
 }
 
+void ShowBackup(FormWindow& form) {
+    form.Enable(kRestoreBackup, vWorld->HasBackup(HandleGuard(vWorld->GetCurrentObject())));
+}
+
 void ShowSteps(FormWindow& form) {
     ShowStep(form, kStepX, vStepX);
     ShowStep(form, kStepY, vStepY);
@@ -115,6 +119,7 @@ void CPaintView::OnInit(FormWindow& form) {
 void CPaintView::OnFormPaint(FormWindow& form) {
     ShowMode(form);
     ShowSteps(form);
+    ShowBackup(form);
 }
 
 bool CPaintView::OnFormKey(FormWindow& form, int code) {
@@ -138,8 +143,10 @@ void CPaintView::OnControl(FormWindow& form, int id) {
             break;
         case kSaveBackup:
             vWorld->BackupTiles(h);
+            ShowBackup(form);
             break;
         case kRestoreBackup:
+            if (!vWorld->HasBackup(h)) break;
             vWorld->RestoreTiles(h);
             host.RedrawAll();
             break;

@@ -72,7 +72,7 @@ void CSelectView::OnCommand(int command) {
 // --- adding and deleting -----------------------------------------------------------------------
 
 void CSelectView::AddBoard() {
-    vWorld->NewBoard();
+    vWorld->ShowBoard(vWorld->NewBoard());
     host.RedrawAll();
     host.EditName();
     Invalidate();

@@ -9,6 +9,7 @@ namespace {
 constexpr Brush kFirstBrush{1, 15, 1, 0};
 
 void ScrollView(const HandleGuard& h, int position, int step, int size, int shown) {
+    if (step == 0) return;
     const int last = std::max(vWorld->GetProperty(h, size) - vWorld->GetProperty(h, shown), 0);
     const int moved = vWorld->GetProperty(h, position) + step;
     // Back stops at the grid's start only: a viewport that a file put past the end stays put.

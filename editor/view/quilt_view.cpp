@@ -147,6 +147,7 @@ Point CQuiltView::CursorCorner() const {
 }
 
 void CQuiltView::PlaceCursor(Point tile) {
+    if (tile != Cursor()) vLastX = vLastY = kNowhere;
     vCursorX = tile.x;
     vCursorY = tile.y;
 }
@@ -280,7 +281,9 @@ void CQuiltView::Pick(Point at) {
     if (count > 2) {
         menu.push_back(platform::Separator());
         menu.push_back(platform::Entry("&Cancel", kCmdNone));
-        OnCommand(window->TrackPopupMenu(menu, window->ClientToScreen(at)));
+        const int command = window->TrackPopupMenu(menu, window->ClientToScreen(at));
+        // An id beyond the range would read as a command of another menu.
+        if (command < kCmdPickEnd) OnCommand(command);
     }
     host.RedrawTree();
     host.RedrawPropViewer();
@@ -311,7 +314,8 @@ void CQuiltView::OnCommand(int command) {
             Invalidate();
             break;
         default:
-            if (RunAreaCommand(command, Cursor(), Anchor(), host)) Invalidate();
+            // The panel tells of the backup that was taken.
+            if (RunAreaCommand(command, Cursor(), Anchor(), host)) host.RedrawAll();
             break;
     }
 }

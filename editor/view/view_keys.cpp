@@ -188,8 +188,13 @@ void CQuiltView::StepBrush(std::int32_t& field, int step, int last) {
     host.RedrawBrushPreview();
 }
 
-void CQuiltView::FgDown() { StepBrush(vBrush.fg, -1, 0); }
-void CQuiltView::FgUp() { StepBrush(vBrush.fg, 1, kLastColor); }
+// A sprite brush has no foreground to step.
+void CQuiltView::FgDown() {
+    if (vBrush.fg != kSpriteMark) StepBrush(vBrush.fg, -1, 0);
+}
+void CQuiltView::FgUp() {
+    if (vBrush.fg != kSpriteMark) StepBrush(vBrush.fg, 1, kLastColor);
+}
 void CQuiltView::BgDown() { StepBrush(vBrush.bg, -1, 0); }
 void CQuiltView::BgUp() { StepBrush(vBrush.bg, 1, kLastColor); }
 void CQuiltView::ChrDown() { StepBrush(vBrush.chr, -1, 0); }

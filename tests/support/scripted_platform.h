@@ -79,6 +79,7 @@ public:
     std::string GetText(int id) const override { return Get(id).text; }
     void SetCheck(int id, bool on) override { controls[id].checked = on; }
     bool IsChecked(int id) const override { return Get(id).checked; }
+    bool IsEnabled(int id) const { return Get(id).enabled; }
     void SetValue(int id, int value) override { controls[id].value = value; }
     int GetValue(int id) const override { return Get(id).value; }
     void Enable(int id, bool on) override { controls[id].enabled = on; }
