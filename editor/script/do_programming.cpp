@@ -107,6 +107,8 @@ void SetListRules(CodeControl& code) {
     code.Send(SCI_AUTOCSETCHOOSESINGLE, 1);
     code.Send(SCI_AUTOCSETDROPRESTOFWORD, 0);
     code.Send(SCI_AUTOCSETMAXHEIGHT, kListRows);
+    // No entry holds a blank: one that is typed ends the list and stands in the text.
+    code.Send(SCI_AUTOCSTOPS, 0, Text(" "));
     // No name holds a line feed, so none is mistaken for one with a picture's number.
     code.Send(SCI_AUTOCSETTYPESEPARATOR, '\n');
 }
@@ -197,10 +199,12 @@ void DoProgramming::OnInit(FormWindow& form) {
     form.SetFocus(kScriptText);
 }
 
-// Escape closes what is open over the text before it asks to leave the dialog.
+// Escape closes what is open over the text before it asks to leave the dialog. Whatever is open,
+// what is typed comes out as it was typed.
 bool DoProgramming::OnFormKey(FormWindow& form, int pressed) {
-    if (pressed != platform::kKeyEscape) return false;
     CodeControl& code = *form.Code(kScriptText);
+    if (pressed == platform::kKeyEnter || pressed == platform::kKeyTab) OnTakingKey(code);
+    if (pressed != platform::kKeyEscape) return false;
     if (code.Send(SCI_AUTOCACTIVE) || code.Send(SCI_CALLTIPACTIVE)) return false;
     OnControl(form, platform::kIdCancel);
     return true;

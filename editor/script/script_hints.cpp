@@ -95,6 +95,18 @@ constexpr Hint kHints[] = {{' ', OnBlank}, {'#', OnMark}, {'.', OnDot}};
 
 }  // namespace
 
+void OnTakingKey(CodeControl& code) {
+    if (!code.Send(SCI_AUTOCACTIVE)) return;
+    const auto length = static_cast<std::size_t>(code.Send(SCI_AUTOCGETCURRENTTEXT));
+    std::string offered(length + 1, '\0');
+    code.Send(SCI_AUTOCGETCURRENTTEXT, 0, reinterpret_cast<std::intptr_t>(offered.data()));
+    offered.pop_back();
+    // The list began behind the first character of its entries.
+    const std::string typed =
+        TextBetween(code, code.Send(SCI_AUTOCPOSSTART) - 1, code.Send(SCI_GETCURRENTPOS));
+    if (offered.empty() || offered == typed) code.Send(SCI_AUTOCCANCEL);
+}
+
 void OnScriptChar(CodeControl& code, int ch) {
     for (const Hint& hint : kHints) {
         if (hint.typed != ch) continue;

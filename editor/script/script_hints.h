@@ -11,5 +11,9 @@ extern int vCallTipBlanks;
 /// vKeywordList in the order that the list needs.
 extern std::string vSortedKeywords;
 
+/// Enter or Tab is about to reach the control. A list that has nothing to add to what is typed
+/// closes, and the key is typed; else the key takes the word that is offered.
+void OnTakingKey(platform::CodeControl& code);
+
 /// The user typed `ch`, and the caret stands behind it. Brings the styles up to date first.
 void OnScriptChar(platform::CodeControl& code, int ch);

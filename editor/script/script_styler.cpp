@@ -107,7 +107,7 @@ private:
             RunEnd(at + 1, [this](char c) { return !IsBlank(c) && !(first && c == '#'); });
         const std::string_view word = line.substr(at, end - at);
         const bool path = word.front() == '.' && word.find_first_not_of('.') != word.npos;
-        Paint(end, path ? kStyleName : first ? kStyleWord : kStyleText);
+        Paint(end, path ? kStyleName : kStyleText);
     }
 
     std::string_view line;

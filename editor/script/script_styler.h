@@ -54,7 +54,7 @@ inline constexpr std::array<StyleRow, kScriptStyles> kStyleTable{{
     {kStyleNumber, kNumberColor, true, false, "a number behind a command"},
     {kStyleName, kNameColor, true, true, "objects: a path such as .self.all"},
     {kStyleQuoted, kTextColor, false, false, "text in quotes"},
-    {kStyleWord, kTextColor, true, true, "a line's first word; a name behind a command"},
+    {kStyleWord, kTextColor, true, true, "a name behind a command"},
     {kStyleText, kTextColor, false, false, "text to show: the words of a line without command"},
     {kStyleSign, kQuietColor, true, true, "signs and brackets behind a command"},
     {kStyleFault, kFaultColor, true, false, "a mark that no letter follows"},
