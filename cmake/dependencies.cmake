@@ -2,6 +2,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(ZLIB REQUIRED)
 pkg_check_modules(ALLEGRO REQUIRED IMPORTED_TARGET allegro)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
 pkg_check_modules(MINIZIP REQUIRED IMPORTED_TARGET minizip)
 find_package(PNG REQUIRED)
 find_package(CLI11 REQUIRED)

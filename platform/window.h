@@ -65,8 +65,9 @@ public:
     /// The repaint. Must cover the whole window by ShowPicture: nothing is erased before.
     virtual void OnDraw(Window& window) = 0;
 
-    /// For a picture in a form: whether Tab stops at it. It then hears the keys that move
-    /// (arrows, Home, End, Page Up, Page Down, Insert, Delete); the form has all others.
+    /// For a picture in a form: whether Tab and a click give it the keyboard. It then hears the
+    /// keys that move (arrows, Home, End, Page Up, Page Down, Insert, Delete); the form has all
+    /// others.
     virtual bool TakesKeys() const { return false; }
 
     virtual void OnKeyDown(int /*key*/) {}  ///< platform::Key; a held key repeats

@@ -28,13 +28,18 @@ void DoName::Run() { vPlatform->RunDialog(kForm, *this); }
 void DoName::OnInit(FormWindow& form) {
     const char* name = vWorld->GetName(node);
     form.SetText(kNameText, name ? name : "");
+    shown = form.GetText(kNameText);
 }
 
 void DoName::OnControl(FormWindow& form, int id) {
     if (id == platform::kIdOk) {
         std::string name = form.GetText(kNameText);
-        std::replace_if(name.begin(), name.end(), IsBlank, '_');
-        vWorld->SetName(node, name);
+        const char* old = vWorld->GetName(node);
+        // What the field could not show of a name stays unless somebody edits it.
+        if (name != shown || (old && old == shown)) {
+            std::replace_if(name.begin(), name.end(), IsBlank, '_');
+            vWorld->SetName(node, name);
+        }
     }
     if (id == platform::kIdOk || id == platform::kIdCancel) form.EndDialog(id);
 }

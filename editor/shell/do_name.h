@@ -15,7 +15,8 @@ public:
     DoName() : node(vWorld->GetCurrentObject()) {}
 
     /// Modal. OK writes the name, with an underscore for each blank: names are one word in
-    /// selectors and files.
+    /// selectors and files. A name that is too long for the field, or no UTF-8, stays as it is
+    /// unless it is edited.
     void Run();
 
     void OnInit(platform::FormWindow& form) override;
@@ -23,4 +24,5 @@ public:
 
 private:
     HandleGuard node;
+    std::string shown;  ///< what the field made of the name
 };

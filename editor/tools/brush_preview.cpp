@@ -36,6 +36,6 @@ void BrushPreview::OnDraw(platform::Window& own) {
     if (role == PreviewRole::Settings && showNumbers) showNumbers(BrushNumbers());
 }
 
-void BrushPreview::OnLButtonUp(bool, platform::Point) {
-    if (role == PreviewRole::Panel && openSettings) openSettings();
+void BrushPreview::OnLButtonUp(bool, platform::Point at) {
+    if (role == PreviewRole::Panel && openSettings && Holds(at)) openSettings();
 }

@@ -5,6 +5,11 @@
 
 #include <algorithm>
 
+bool PictureControl::Holds(platform::Point at) const {
+    const platform::Size size = window ? window->ClientSize() : platform::Size{};
+    return at.x >= 0 && at.y >= 0 && at.x < size.w && at.y < size.h;
+}
+
 BITMAP* PictureControl::Buffer(platform::Size size, const char* owner) {
     if (!vBitmap) vBitmap = MakeBitmap(std::max(size.w, 1), std::max(size.h, 1));
     if (!vBitmap) Fatal("Unable to create the bitmap of a picture control", owner, __LINE__);

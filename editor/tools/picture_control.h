@@ -20,6 +20,8 @@ public:
     }
 
 protected:
+    /// Whether a window point lies in the window: a button may be let go beside it.
+    bool Holds(platform::Point at) const;
     /// The bitmap, made now if there is none; null after a report when that fails. A size of 0
     /// counts as 1.
     BITMAP* Buffer(platform::Size size, const char* owner);

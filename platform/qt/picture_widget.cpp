@@ -62,7 +62,7 @@ PictureWidget::PictureWidget(QWidget* parent, platform::WindowEvents* listener)
 
 void PictureWidget::BePartOfForm() {
     inForm = true;
-    if (events && events->TakesKeys()) setFocusPolicy(Qt::TabFocus);
+    if (events && events->TakesKeys()) setFocusPolicy(Qt::StrongFocus);
 }
 
 // --- places ------------------------------------------------------------------------------------
@@ -216,7 +216,7 @@ void PictureWidget::wheelEvent(QWheelEvent* event) {
 // --- keyboard ----------------------------------------------------------------------------------
 
 bool PictureWidget::focusNextPrevChild(bool next) {
-    return focusPolicy() != Qt::StrongFocus && QWidget::focusNextPrevChild(next);
+    return inForm && QWidget::focusNextPrevChild(next);
 }
 
 void PictureWidget::keyPressEvent(QKeyEvent* event) {

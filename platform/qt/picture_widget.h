@@ -19,7 +19,7 @@ class PictureWidget : public QWidget, public platform::Window {
 public:
     /// `listener` may be null: an empty area. It outlives the widget.
     PictureWidget(QWidget* parent, platform::WindowEvents* listener);
-    /// A form's picture: Tab stops at it if the listener takes keys.
+    /// A form's picture: Tab and a click give it the keyboard if the listener takes keys.
     void BePartOfForm();
 
     // platform::Window

@@ -150,7 +150,7 @@ void QtForm::Click(int id) {
 
 QWidget* QtForm::MakeButton(const Control& control) {
     auto* button = new QPushButton(FromUtf8(control.text), this);
-    button->setAutoDefault(false);
+    // In a dialog Enter presses the button that has the focus.
     button->setDefault(control.kind == ControlKind::DefaultButton);
     const int id = control.id;
     connect(button, &QPushButton::clicked, this, [this, id] { Click(id); });
@@ -349,6 +349,14 @@ void QtForm::Invalidate() {
 
 void QtForm::EndDialog(int result) {
     if (onEnd) onEnd(result);
+}
+
+void QtForm::GiveUp(const QList<QKeySequence>& mnemonics) {
+    for (auto& [id, widget] : widgets) {
+        auto* button = qobject_cast<QAbstractButton*>(widget);
+        if (button && mnemonics.contains(QKeySequence::mnemonic(button->text())))
+            button->setText(button->text().remove(QLatin1Char('&')));
+    }
 }
 
 // --- events ------------------------------------------------------------------------------------

@@ -4,6 +4,8 @@
 #include "platform/form.h"
 
 #include <QButtonGroup>
+#include <QKeySequence>
+#include <QList>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -22,6 +24,8 @@ public:
     void SetEnd(std::function<void(int)> end) { onEnd = std::move(end); }
     /// Clicks on what takes no text give this widget the keyboard: for panels.
     void SetHome(std::function<void()> focusHome) { onHome = std::move(focusHome); }
+    /// These Alt keys belong to others: the buttons that have them as well lose them.
+    void GiveUp(const QList<QKeySequence>& mnemonics);
     /// The first control that takes the keyboard, with its text selected, unless one has it.
     void FocusFirst();
 

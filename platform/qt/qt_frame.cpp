@@ -5,6 +5,7 @@
 #include "platform/qt/qt_menu.h"
 #include "platform/qt/qt_text.h"
 
+#include <xcb/xcb.h>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -14,6 +15,8 @@
 #include <QStatusBar>
 #include <QWindow>
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 
 using platform::Pane;
 using platform::Size;
@@ -27,6 +30,19 @@ constexpr QSize kTitleBar(0, 40);
 // Bits of the native key state on X11 and Wayland; elsewhere the indicators stay dark.
 constexpr quint32 kCapsBit = 0x2;
 constexpr quint32 kNumBit = 0x10;
+
+// The bits as they are now; 0 where the window system does not tell without a key event.
+quint32 LockState() {
+    // The platform that draws off screen has the interface too, with nothing behind it.
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) return 0;
+    const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11) return 0;
+    xcb_connection_t* server = x11->connection();
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+    const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> reply(
+        xcb_query_pointer_reply(server, xcb_query_pointer(server, root), nullptr), &std::free);
+    return reply ? reply->mask : 0;
+}
 
 std::size_t IndexOf(Pane pane) { return static_cast<std::size_t>(pane); }
 
@@ -80,6 +96,22 @@ void QtFrame::SetMenuBar(const platform::Menu& menu) {
     for (const platform::MenuItem& item : menu)
         FillMenu(*menuBar()->addMenu(FromUtf8(item.text)), item.items,
                  [this](int command) { events.OnCommand(command); });
+    KeepMnemonics();
+}
+
+void QtFrame::KeepMnemonics() {
+    if (!form) return;
+    QList<QKeySequence> taken;
+    for (const QAction* top : menuBar()->actions()) taken << QKeySequence::mnemonic(top->text());
+    form->GiveUp(taken);
+}
+
+bool QtFrame::IsMenuKey(const QKeyEvent& event) const {
+    const QKeySequence pressed(event.keyCombination());
+    for (const QAction* top : menuBar()->actions())
+        for (const QAction* action : top->menu()->actions())
+            if (action->shortcut() == pressed) return true;
+    return false;
 }
 
 void QtFrame::CheckMenuItem(int command, bool checked) {
@@ -116,6 +148,17 @@ void QtFrame::ShowLocks(const QKeyEvent& event) {
     if (pressed && event.key() == Qt::Key_ScrollLock) locks[2]->setEnabled(!locks[2]->isEnabled());
 }
 
+void QtFrame::AskLocks() {
+    const quint32 state = LockState();
+    locks[0]->setEnabled(state & kCapsBit);
+    locks[1]->setEnabled(state & kNumBit);
+}
+
+void QtFrame::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) AskLocks();
+}
+
 bool QtFrame::eventFilter(QObject* watched, QEvent* event) {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     // Once for each event, on its way to the window.
@@ -123,6 +166,14 @@ bool QtFrame::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease &&
         std::find(panes.begin(), panes.end(), watched) != panes.end())
         FocusHome();
+    // A text field would keep some of the menu bar's keys to itself.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget && widget->window() == this && IsMenuKey(*static_cast<QKeyEvent*>(event))) {
+            event->ignore();
+            return true;
+        }
+    }
     return QMainWindow::eventFilter(watched, event);
 }
 
@@ -164,6 +215,7 @@ platform::FormWindow* QtFrame::CreateFormPane(Pane pane, const platform::Form& t
     form = new QtForm(nullptr, table, listener);
     form->setObjectName(QStringLiteral("panel"));
     form->SetHome([this] { FocusHome(); });
+    KeepMnemonics();
     Place(pane, new PanelArea(nullptr, form));
     return form;
 }
@@ -226,6 +278,7 @@ void QtFrame::Show() {
     QApplication::sendPostedEvents();
     ApplySizes();
     if (home) home->setFocus();
+    AskLocks();
 }
 
 void QtFrame::Post(int command) {

@@ -41,6 +41,7 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -48,6 +49,11 @@ private:
     void Place(platform::Pane pane, QWidget* content);
     void FocusHome();
     void ShowLocks(const QKeyEvent& event);
+    /// Takes the lights from the window system; before the first key nothing else tells.
+    void AskLocks();
+    /// The menu bar's Alt keys are its own, whatever the panel's buttons are called.
+    void KeepMnemonics();
+    bool IsMenuKey(const QKeyEvent& event) const;
     void ApplySizes();
 
     platform::FrameEvents& events;

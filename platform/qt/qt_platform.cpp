@@ -1,6 +1,6 @@
 #include "platform/qt/qt_platform.h"
 
-#include "platform/qt/dark_outlines.h"
+#include "platform/qt/desktop_style.h"
 #include "platform/qt/picture_widget.h"
 #include "platform/qt/qt_form.h"
 #include "platform/qt/qt_frame.h"
@@ -8,10 +8,13 @@
 #include "platform/qt/qt_text.h"
 
 #include <QFontDatabase>
+#include <QGridLayout>
 #include <QIcon>
 #include <QMessageBox>
 #include <QProcess>
+#include <QScreen>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -36,6 +39,18 @@ QMessageBox::Icon BoxIcon(Icon icon) {
     }
 }
 
+// A box is as wide as its text needs; this makes it as wide as its title needs, with the frame's
+// buttons beside it, as far as the screen allows.
+void FitTitle(QMessageBox& box) {
+    constexpr int kFrameButtons = 140;
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (!grid) return;
+    const int wanted = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kFrameButtons;
+    const int most = box.screen()->availableSize().width() * 3 / 4;
+    grid->addItem(new QSpacerItem(std::min(wanted, most), 0), grid->rowCount(), 0, 1,
+                  grid->columnCount());
+}
+
 }  // namespace
 
 QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
@@ -46,7 +61,7 @@ QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
     // The numbers in texts and files are written with a point everywhere.
     QLocale::setDefault(QLocale::c());
     std::setlocale(LC_NUMERIC, "C");
-    QApplication::setStyle(new DarkOutlines);
+    QApplication::setStyle(new DesktopStyle);
     vPlatform = this;
 }
 
@@ -72,6 +87,7 @@ bool QtPlatform::MessageBox(const std::string& text, const std::string& caption,
     box.setTextFormat(Qt::PlainText);
     if (buttons == Buttons::OkCancel) box.addButton(QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Ok);
+    FitTitle(box);
     return box.exec() == QMessageBox::Ok;
 }
 

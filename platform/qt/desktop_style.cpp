@@ -1,4 +1,4 @@
-#include "platform/qt/dark_outlines.h"
+#include "platform/qt/desktop_style.h"
 
 #include <QPainter>
 #include <QStyleOption>
@@ -23,7 +23,7 @@ bool IsOutlined(QStyle::PrimitiveElement element) {
 
 }  // namespace
 
-void DarkOutlines::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+void DesktopStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                  QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     const bool dark = option->palette.color(QPalette::Window).lightness() < kDark;
@@ -40,4 +40,10 @@ void DarkOutlines::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     else
         painter->drawRoundedRect(inside, 2, 2);
     painter->restore();
+}
+
+int DesktopStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* data) const {
+    if (hint == SH_Menu_Scrollable) return 1;
+    return QProxyStyle::styleHint(hint, option, widget, data);
 }
