@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 using platform::Pane;
 using platform::Size;
@@ -31,17 +32,18 @@ constexpr QSize kTitleBar(0, 40);
 constexpr quint32 kCapsBit = 0x2;
 constexpr quint32 kNumBit = 0x10;
 
-// The bits as they are now; 0 where the window system does not tell without a key event.
-quint32 LockState() {
+// The bits as they are now; nothing where the window system tells them with key events alone.
+std::optional<quint32> LockState() {
     // The platform that draws off screen has the interface too, with nothing behind it.
-    if (QGuiApplication::platformName() != QLatin1String("xcb")) return 0;
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) return {};
     const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11) return 0;
+    if (!x11) return {};
     xcb_connection_t* server = x11->connection();
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
     const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> reply(
         xcb_query_pointer_reply(server, xcb_query_pointer(server, root), nullptr), &std::free);
-    return reply ? reply->mask : 0;
+    if (!reply) return {};
+    return reply->mask;
 }
 
 std::size_t IndexOf(Pane pane) { return static_cast<std::size_t>(pane); }
@@ -149,9 +151,10 @@ void QtFrame::ShowLocks(const QKeyEvent& event) {
 }
 
 void QtFrame::AskLocks() {
-    const quint32 state = LockState();
-    locks[0]->setEnabled(state & kCapsBit);
-    locks[1]->setEnabled(state & kNumBit);
+    const auto state = LockState();
+    if (!state) return;
+    locks[0]->setEnabled(*state & kCapsBit);
+    locks[1]->setEnabled(*state & kNumBit);
 }
 
 void QtFrame::changeEvent(QEvent* event) {
