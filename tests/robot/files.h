@@ -1,52 +1,39 @@
-// The robot's own folder, and the names that it gives to file dialogs.
-//
-// Everything that a run writes lies in one fresh folder under the system's temporary one:
-// games, clipboards, settings and the program's own folder (a copy of the data files, and a
-// player that does nothing).
+// The files of a run, and the names that the robot gives to file dialogs.
 #pragma once
 
-#include "tests/robot/chance.h"
+#include "tests/support/temp_folder.h"
 
+#include <QFileDialog>
+#include <random>
 #include <string>
 
-class QFileDialog;
-
-class Files {
+// Numbers are drawn by remainder, so that a seed gives the same run with every standard library.
+class Chance {
 public:
-    /// Makes the folder with good and bad files of every kind. Needs Allegro; `chance` decides
-    /// what is in them. `programFolder` holds Library.
-    Files(const std::string& programFolder, Chance& chance);
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
+    explicit Chance(std::uint64_t seed) : engine(seed) {}
 
-    /// To be called when all is well: after a finding the folder stays.
-    void Remove();
-
-    std::string operator/(const std::string& name) const { return folder + "/" + name; }
-    /// Where the robot's copy of the program lies.
-    std::string ProgramFolder() const { return *this / "program"; }
-    /// A text with the folder's name, which differs from run to run, taken out.
-    std::string Shown(std::string text) const;
-
-    /// Copies a game into the folder and gives the copy's path.
-    std::string TakeIn(const std::string& game) const;
-
-    struct Answer {
-        std::string name;
-        bool mayFail = false;  ///< the program may report what is wrong with it
-    };
-    /// Something to type into a file dialog of the program.
-    Answer AnswerFor(const QFileDialog& dialog, Chance& chance) const;
-    /// A game for the command line, or nothing.
-    Answer FirstGame(Chance& chance) const;
-
-    /// Whether a report names a file that is no good one.
-    static bool NamesBadFile(const std::string& text);
+    /// 0 to n - 1; n is at least 1.
+    int Below(int n) { return static_cast<int>(engine() % static_cast<std::uint64_t>(n)); }
+    /// low to high, both included.
+    int Roll(int low, int high) { return low + Below(high - low + 1); }
+    bool OneIn(int n) { return Below(n) == 0; }
+    /// An element of an array or vector that is not empty.
+    template <typename List>
+    auto Pick(const List& list) {
+        return list[static_cast<std::size_t>(Below(static_cast<int>(std::size(list))))];
+    }
 
 private:
-    void MakeGoodFiles(Chance& chance);
-    void MakeClips();
-    void MakeBadFiles();
-
-    std::string folder;
+    std::mt19937_64 engine;
 };
+
+/// Fills the folder with good and bad files of every kind, and a program folder: a copy of the
+/// data files, and a player that does nothing. Needs Allegro. `programFolder` holds Library.
+void MakeFiles(const TempFolder& folder, const std::string& programFolder, Chance& chance);
+
+struct FileName {
+    std::string name;      ///< in the folder
+    bool mayFail = false;  ///< the program may report what is wrong with it
+};
+/// Something to type into a file dialog.
+FileName NameFor(const QFileDialog& dialog, Chance& chance);

@@ -1,126 +1,75 @@
 #include "tests/robot/watch.h"
 
-#include "editor/view/brush.h"
 #include "editor/view/object_clip.h"
 #include "engine/dinterface.h"
+#include "tests/support/random_world.h"
 
-#include <cstring>
 #include <set>
 
 namespace {
 
-std::string Named(const Dobject& node, const char* what) {
-    return "\"" + node.name + "\" (" + std::to_string(node.id) + ") " + what;
-}
-
 std::string TreeFault(const Dobject& node, std::set<std::int32_t>& ids) {
-    if (!ids.insert(node.id).second) return Named(node, "has the id of another node");
+    const std::string named = "\"" + node.name + "\" (" + std::to_string(node.id) + ") ";
+    if (!ids.insert(node.id).second) return named + "has the id of another node";
+    const BITMAP* shown = node.vSurf.get();
     // The root has the size of the view, and no cells.
-    if (node.parent) {
-        const auto cells =
-            static_cast<std::size_t>(node.width) * static_cast<std::size_t>(node.height);
-        if (node.tiles.size() != cells) return Named(node, "has more or fewer cells than its size");
-        // A node that was read and not shown since has none yet.
-        if (node.vSurf &&
-            (node.vSurf->w != node.width * kTileSize || node.vSurf->h != node.height * kTileSize))
-            return Named(node, "has a surface of another size");
-    }
+    if (node.parent && node.tiles.size() != static_cast<std::size_t>(node.width * node.height))
+        return named + "has more or fewer cells than its size";
+    if (shown && (shown->w != node.width * kTileSize || shown->h != node.height * kTileSize))
+        return named + "has a surface of another size";
     for (const auto& child : node.children) {
-        if (child->parent != &node) return Named(*child, "has another parent");
+        if (child->parent != &node) return named + "has a child with another parent";
         std::string below = TreeFault(*child, ids);
         if (!below.empty()) return below;
     }
     return {};
 }
 
-std::string HandleFault() {
-    for (Handle h = kRootHandle + 1; h < kMaxHandles; ++h)
-        if (const Dobject* node = vWorld->Node(h))
-            return "handle " + std::to_string(h) + " is still held, of id " +
-                   std::to_string(vWorld->GetId(h)) + (node == vObjectClip.get() ? " (clip)" : "");
-    return {};
+std::uint64_t Digest(std::uint64_t before, std::string_view bytes) {
+    return before * 31 + std::hash<std::string_view>{}(bytes);
 }
 
-bool ShowsTiles(const Dobject& node) {
-    if (!node.vSurf) return true;
-    Dobject fresh;
-    fresh.Create("fresh", node.width, node.height);
-    fresh.tiles = node.tiles;
-    fresh.RedrawTiles();
-    const auto bytes = static_cast<std::size_t>(node.width * kTileSize);
-    for (int y = 0; y < node.height * kTileSize; ++y)
-        if (std::memcmp(node.vSurf->line[y], fresh.vSurf->line[y], bytes) != 0) return false;
-    return true;
+std::uint64_t SurfaceDigest(const Dobject& node) {
+    std::uint64_t value = static_cast<std::uint64_t>(node.id);
+    for (int y = 0; node.vSurf && y < node.vSurf->h; ++y)
+        value = Digest(value, {reinterpret_cast<const char*>(node.vSurf->line[y]),
+                               static_cast<std::size_t>(node.vSurf->w)});
+    for (const auto& child : node.children) value = value * 31 + SurfaceDigest(*child);
+    return value;
 }
 
-std::string SurfaceFaultOf(const Dobject& node) {
-    if (node.parent && !ShowsTiles(node)) return Named(node, "does not show its tiles");
-    for (const auto& child : node.children) {
-        std::string below = SurfaceFaultOf(*child);
-        if (!below.empty()) return below;
-    }
-    return {};
+// A node counts as much as two thousand cells.
+std::size_t Weight(const Dobject& node) {
+    std::size_t weight = 2000 + node.tiles.size();
+    for (const auto& child : node.children) weight += Weight(*child);
+    return weight;
 }
-
-void Measure(const Dobject& node, WorldSize& size) {
-    ++size.nodes;
-    size.cells += static_cast<std::int64_t>(node.tiles.size());
-    for (const auto& child : node.children) Measure(*child, size);
-}
-
-// FNV-1a.
-struct Digest {
-    std::uint64_t value = 14695981039346656037u;
-
-    void Bytes(const void* data, std::size_t count) {
-        const auto* bytes = static_cast<const unsigned char*>(data);
-        for (std::size_t i = 0; i < count; ++i) value = (value ^ bytes[i]) * 1099511628211u;
-    }
-    void Number(std::int32_t n) { Bytes(&n, sizeof n); }
-
-    void Node(const Dobject& node) {
-        Bytes(node.name.data(), node.name.size());
-        Bytes(node.script.data(), node.script.size());
-        for (std::int32_t n :
-             {node.posx, node.posy, node.posz, node.width, node.height, node.viewx, node.viewy,
-              node.vieww, node.viewh, node.evieww, node.id, node.hidden})
-            Number(n);
-        Bytes(node.tiles.data(), node.tiles.size() * sizeof(Dtile));
-        for (const auto& child : node.children) Node(*child);
-    }
-};
 
 }  // namespace
 
 std::string WorldFault() {
-    std::string fault = HandleFault();
+    for (Handle h = kRootHandle + 1; h < kMaxHandles; ++h)
+        if (vWorld->Node(h)) return "handle " + std::to_string(h) + " is still held";
+    if (vWorld->FindFreeHandleList() != 0) return "a list of handles is still open";
     std::set<std::int32_t> ids;
-    if (fault.empty()) fault = TreeFault(vWorld->Root(), ids);
-    if (!fault.empty()) return fault;
+    std::string fault = TreeFault(vWorld->Root(), ids);
     // A world without boards has nothing to select.
-    const bool selected = ids.contains(vWorld->currentObject);
-    if (!selected && !vWorld->Root().children.empty())
-        return "the selected id " + std::to_string(vWorld->currentObject) + " is no node's";
-    return {};
+    if (fault.empty() && !ids.contains(vWorld->currentObject) && !vWorld->Root().children.empty())
+        fault = "the selected id " + std::to_string(vWorld->currentObject) + " is no node's";
+    return fault;
 }
 
-std::string SurfaceFault() { return SurfaceFaultOf(vWorld->Root()); }
+std::string SurfaceFault() {
+    const std::uint64_t before = SurfaceDigest(vWorld->Root());
+    vWorld->Root().RedrawTiles();
+    return SurfaceDigest(vWorld->Root()) == before ? "" : "a surface does not show its tiles";
+}
 
-WorldSize MeasureWorld() {
-    WorldSize size;
-    Measure(vWorld->Root(), size);
-    if (vObjectClip) Measure(*vObjectClip, size);
-    return size;
+bool IsTooLarge() {
+    constexpr std::size_t kMost = 1'500'000;
+    return Weight(vWorld->Root()) + (vObjectClip ? Weight(*vObjectClip) : 0) > kMost;
 }
 
 std::uint64_t WorldDigest() {
-    Digest digest;
-    digest.Node(vWorld->Root());
-    const BITMAP* sheet = vWorld->GetFont()->Sheet();
-    for (int y = 0; y < sheet->h; ++y)
-        digest.Bytes(sheet->line[y], static_cast<std::size_t>(sheet->w));
-    for (std::int32_t n : {vWorld->currentObject, vWorld->currentBoard, vWorld->videoMode,
-                           vBrush.chr, vBrush.fg, vBrush.bg, vBrush.attrib, vBrushMode})
-        digest.Number(n);
-    return digest.value;
+    return Digest(static_cast<std::uint64_t>(vWorld->currentObject), Account(*vWorld));
 }

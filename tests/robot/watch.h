@@ -4,18 +4,14 @@
 #include <cstdint>
 #include <string>
 
-/// Selection, handles and the make of the tree: what is wrong with them, or nothing.
+/// Selection, handles, lists and the make of the tree: what is wrong with them, or nothing.
 std::string WorldFault();
 
-/// The first node whose surface does not show its tiles, or nothing. Draws every tile.
+/// The same of the surfaces, which must show the tiles. Draws every tile.
 std::string SurfaceFault();
 
-/// Nodes and cells of the world and of the object clipboard.
-struct WorldSize {
-    std::int64_t nodes = 0;
-    std::int64_t cells = 0;
-};
-WorldSize MeasureWorld();
+/// Whether the world has grown so large that a new one is to take its place.
+bool IsTooLarge();
 
 /// A number that is the same for two worlds that are the same in all that a file keeps and in
 /// the selection.

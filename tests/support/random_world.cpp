@@ -1,5 +1,7 @@
 #include "tests/support/random_world.h"
 
+#include "engine/text_scanner.h"
+
 #include <algorithm>
 #include <sstream>
 
@@ -85,15 +87,43 @@ void WritePlain(const Dobject& node, std::ostream& out) {
     out << "~oe\n";
 }
 
-void AddAccount(const Dobject& node, int depth, std::ostream& out) {
-    out << std::string(static_cast<std::size_t>(depth), ' ') << node.name;
-    for (int n : {node.posz, node.posx, node.posy, node.width, node.height, node.viewx, node.viewy,
-                  node.vieww, node.viewh, node.evieww, node.eviewh})
-        out << ' ' << n;
-    for (const Dtile& tile : node.tiles)
-        out << ' ' << tile.chr << ',' << tile.fg << ',' << tile.bg << ',' << tile.attrib;
-    out << " [" << node.script << "]\n";
-    for (const auto& child : node.children) AddAccount(*child, depth + 1, out);
+std::string KeptName(std::string name) {
+    if (name.empty()) return "_";
+    std::replace_if(
+        name.begin(), name.end(),
+        [](char c) { return TextScanner::IsSpace(static_cast<unsigned char>(c)); }, '_');
+    return name;
+}
+
+void AddAccounts(const Dobject& parent, Kept kept, std::size_t depth, std::ostream& out) {
+    const bool inFile = kept == Kept::InFile;
+    std::vector<const Dobject*> children;
+    for (const auto& child : parent.children) children.push_back(child.get());
+    if (inFile) {
+        const int way = parent.name == kRootName ? 1 : -1;
+        std::stable_sort(children.begin(), children.end(), [way](const auto* a, const auto* b) {
+            return way * std::int64_t{a->posz} < way * std::int64_t{b->posz};
+        });
+    }
+    for (const Dobject* node : children) {
+        const bool collapses = inFile && node->evieww != 0;
+        out << std::string(depth, ' ') << (inFile ? KeptName(node->name) : node->name);
+        for (int n : {node->posz, node->posx, node->posy, node->width, node->height, node->viewx,
+                      node->viewy, collapses ? node->evieww : node->vieww,
+                      collapses ? node->eviewh : node->viewh, inFile ? 0 : node->evieww,
+                      inFile ? 0 : node->eviewh})
+            out << ' ' << n;
+        for (const Dtile& tile : node->tiles) {
+            char before = ' ';
+            for (std::uint16_t field : {tile.chr, tile.fg, tile.bg, tile.attrib}) {
+                out << before << (inFile && field == UINT16_MAX ? 0 : field);
+                before = ',';
+            }
+        }
+        const bool endsEmpty = inFile && node->script.ends_with('\n');
+        out << " [" << node->script.substr(0, node->script.size() - endsEmpty) << "]\n";
+        AddAccounts(*node, kept, depth + 1, out);
+    }
 }
 
 }  // namespace
@@ -104,10 +134,29 @@ void PlantRandomWorld(Dinterface& world, std::mt19937& random) {
     for (int boards = roller.Roll(1, 4); boards > 0; --boards) roller.Plant(world.Root(), true, 1);
 }
 
-std::string Account(const Dobject& node) {
+std::string Account(const Dobject& node, Kept kept) {
     std::ostringstream out;
-    for (const auto& child : node.children) AddAccount(*child, 0, out);
+    AddAccounts(node, kept, 0, out);
     return out.str();
+}
+
+std::string Account(Dinterface& world, Kept kept) {
+    std::string account = "video " + std::to_string(world.videoMode) + " windowed " +
+                          std::to_string(world.windowed) + " sheet ";
+    const BITMAP* sheet = world.GetFont()->Sheet();
+    for (int y = 0; y < sheet->h; ++y)
+        for (int x = 0; x < sheet->w; ++x) account += std::to_string(sheet->line[y][x]) + " ";
+    return account + "\n" + Account(world.Root(), kept);
+}
+
+std::string Difference(const std::string& wanted, const std::string& found) {
+    if (wanted == found) return {};
+    const auto [a, b] = std::mismatch(wanted.begin(), wanted.end(), found.begin(), found.end());
+    const auto at = static_cast<std::size_t>(a - wanted.begin());
+    constexpr std::size_t kAround = 60;
+    const std::size_t from = at - std::min(at, kAround);
+    return "wanted ..." + wanted.substr(from, 2 * kAround) + "... but found ..." +
+           found.substr(from, 2 * kAround) + "...";
 }
 
 std::string PlainText(const Dobject& root) {

@@ -1,5 +1,5 @@
 // Worlds of all kinds for round trips, and two plain accounts of one: all that a file keeps of
-// it, and its text by a writer that is as slow and simple as can be.
+// it, by which worlds are compared, and its text by a writer that is as slow and simple as can be.
 #pragma once
 
 #include "engine/dinterface.h"
@@ -11,8 +11,18 @@
 /// and viewports, runs of cells and single ones, scripts with odd lines.
 void PlantRandomWorld(Dinterface& world, std::mt19937& random);
 
+/// What of a world an account tells: all, or what a file gives back of it. A file does not keep
+/// everything: expanded nodes come back collapsed, siblings in the order of their z, names without
+/// blanks, a field of 65535 as 0, a script without its last line feed.
+enum class Kept { All, InFile };
+
 /// Every node with every field that a file holds, one a line, children indented.
-std::string Account(const Dobject& node);
+std::string Account(const Dobject& node, Kept kept = Kept::All);
+/// The same of the whole world, with its font's sheet and the video settings.
+std::string Account(Dinterface& world, Kept kept = Kept::All);
+
+/// Where the second account first differs from the first; empty when nowhere.
+std::string Difference(const std::string& wanted, const std::string& found);
 
 /// The text entry of the world, with line feeds.
 std::string PlainText(const Dobject& root);

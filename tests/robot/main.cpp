@@ -5,19 +5,16 @@
 #include "engine/program_folder.h"
 #include "engine/report.h"
 #include "platform/qt/qt_platform.h"
-#include "tests/robot/alarm.h"
 #include "tests/robot/robot.h"
 
+#include <unistd.h>
 #include <QApplication>
 #include <QHashSeed>
 
 #include <cerrno>
 #include <charconv>
 #include <cinttypes>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
 #include <string_view>
 
 namespace {
@@ -42,46 +39,30 @@ CommandLine Parse(int argc, char** argv) {
     CommandLine line;
     for (int i = 1; i < argc && line.good; ++i) {
         const std::string_view word = argv[i];
-        const std::string_view value = i + 1 < argc ? argv[i + 1] : "";
         if (!word.starts_with("--")) {
             line.good = line.game.empty();
             line.game = std::filesystem::absolute(word).string();
             continue;
         }
-        ++i;
-        if (word == "--seed")
-            line.good = Read(value, line.options.seed);
-        else if (word == "--steps")
-            line.good = Read(value, line.options.steps);
-        else if (word == "--seconds")
-            line.good = Read(value, line.options.seconds);
-        else if (word == "--log" && !value.empty())
-            line.log = std::filesystem::absolute(value).string();
-        else
-            line.good = false;
+        const std::string_view value = i + 1 < argc ? argv[++i] : "";
+        if (word == "--log") line.log = std::filesystem::absolute(value).string();
+        line.good = !value.empty() &&
+                    (word == "--log" || (word == "--seed" && Read(value, line.options.seed)) ||
+                     (word == "--steps" && Read(value, line.options.steps)) ||
+                     (word == "--seconds" && Read(value, line.options.seconds)));
     }
     if (line.options.steps == 0 && line.options.seconds == 0) line.options.steps = kUsualSteps;
     return line;
 }
 
-int Usage() {
-    std::fputs(
-        "usage: quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] [GAME.zqlt]\n"
-        "\n"
-        "Uses the editor at random, off screen. The same seed takes the same steps.\n",
-        stderr);
-    return kBadCall;
-}
-
 // Nothing of the user's is read or written, and nothing differs from run to run. Every other seed
 // has a screen of another scale.
-void SetEnvironment(const Files& files, std::uint64_t seed) {
+void SetEnvironment(const TempFolder& folder, std::uint64_t seed) {
     constexpr const char* kScales[] = {"1.5", "1", "2", "1"};
     setenv("QT_SCALE_FACTOR", kScales[seed % std::size(kScales)], 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    setenv("HOME", (files / "home").c_str(), 1);
-    for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
-        setenv(name, (files / "settings").c_str(), 1);
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+        setenv(name, (folder / "settings").c_str(), 1);
     setenv("LC_ALL", "C.UTF-8", 1);
     unsetenv("QUILT_TRACE");
     QHashSeed::setDeterministicGlobalSeed();
@@ -93,48 +74,35 @@ Robot* vRobot = nullptr;
 void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     const bool isOffscreen = text.startsWith(QLatin1String("This plugin does not support"));
     if (type == QtDebugMsg || type == QtInfoMsg || isOffscreen) return;
-    vRobot->Finding("Qt says: " + text.toStdString());
-}
-
-// One life of the program after the other: File, Exit ends one.
-void Run(Robot& robot, QtPlatform& qt, const Files& files, std::string game) {
-    robot.Start();
-    while (!robot.IsDone()) {
-        CQuiltApp app;
-        const std::string first = robot.FirstGame(game);
-        // File dialogs begin here.
-        std::filesystem::current_path(files / "folder");
-        if (app.InitInstance(files.ProgramFolder(), first)) qt.Run();
-        game.clear();
-    }
-    StopAlarm();
+    vRobot->Finding(QLatin1String("Qt says: ") + text);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const CommandLine line = Parse(argc, argv);
-    if (!line.good) return Usage();
-    std::printf("seed %" PRIu64 "\n", line.options.seed);
-    std::fflush(stdout);
+    CommandLine line = Parse(argc, argv);
+    if (!line.good) {
+        std::fputs(
+            "usage: quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] [GAME.zqlt]\n\n"
+            "Uses the editor at random, off screen. The same seed takes the same steps.\n",
+            stderr);
+        return kBadCall;
+    }
     install_allegro(SYSTEM_NONE, &errno, nullptr);
     set_color_depth(8);
     StartTrace(nullptr);
 
     Chance chance(line.options.seed);
-    Files files(ProgramFolder(), chance);
-    SetEnvironment(files, line.options.seed);
-    const std::string log = line.log.empty() ? files / "robot.log" : line.log;
-    std::FILE* lines = std::fopen(log.c_str(), "w");
-    if (!lines) {
-        std::fprintf(stderr, "%s cannot be written\n", log.c_str());
-        files.Remove();
-        return kBadCall;
-    }
-    StartAlarm(line.options.seed, log.c_str());
-    Robot robot(line.options, files, chance, lines, log);
-    // Of the game a copy is used: the robot saves over what it has opened.
-    const std::string game = line.game.empty() ? line.game : files.TakeIn(line.game);
+    const TempFolder folder;
+    MakeFiles(folder, ProgramFolder(), chance);
+    SetEnvironment(folder, line.options.seed);
+    if (line.log.empty()) line.log = folder / "robot.log";
+    std::FILE* lines = std::fopen(line.log.c_str(), "w");
+    if (!lines) return std::fprintf(stderr, "%s cannot be written\n", line.log.c_str()), kBadCall;
+    // However the process ends, the last line of the log is the step that did it.
+    std::printf("seed %" PRIu64 ", log %s\n", line.options.seed, line.log.c_str());
+    std::fflush(stdout);
+    Robot robot(line.options, folder, chance, lines);
     vRobot = &robot;
     qInstallMessageHandler(OnQtMessage);
     {
@@ -142,10 +110,24 @@ int main(int argc, char** argv) {
         QApplication::setCursorFlashTime(0);
         // The text control would tell double clicks by the time between two clicks.
         QApplication::setDoubleClickInterval(0);
-        Run(robot, qt, files, game);
+        robot.Start();
+        // Of the game a copy is used: the robot saves over what it has opened.
+        std::string game =
+            line.game.empty() ? "" : PutFile(folder / "first.zqlt", FileBytes(line.game));
+        // One life of the program after the other: File, Exit ends one.
+        while (!robot.IsDone()) {
+            CQuiltApp app;
+            const std::string first = robot.FirstGame(game);
+            // File dialogs begin here.
+            std::filesystem::current_path(folder / "folder");
+            if (app.InitInstance(folder / "program", first)) qt.Run();
+            game.clear();
+        }
+        alarm(0);
     }
     std::fclose(lines);
-    files.Remove();
+    std::filesystem::current_path("/");
+    std::filesystem::permissions(folder / "locked", std::filesystem::perms::owner_all);
     std::printf("%ld steps without a finding\n", robot.Steps());
     return EXIT_SUCCESS;
 }
