@@ -1,14 +1,13 @@
 // The main function of the tests on the real window system, off screen and with settings of
 // their own.
 
-#include "engine/allegro_api.h"
+#include "engine/bitmap.h"
 #include "engine/report.h"
 #include "platform/qt/qt_platform.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <cstdlib>
 
 int main(int argc, char** argv) {
@@ -19,8 +18,7 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     unsetenv("QUILT_TRACE");
     // The tests of single parts make worlds without the application.
-    install_allegro(SYSTEM_NONE, &errno, nullptr);
-    set_color_depth(8);
+    StartAllegro();
     StartTrace(nullptr);
     QtPlatform qt(argc, argv);
     return RUN_ALL_TESTS();

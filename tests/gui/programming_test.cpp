@@ -16,7 +16,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QtTest>
-#include <cerrno>
 #include <random>
 
 namespace {
@@ -93,8 +92,7 @@ public:
 class Programming : public WorldTest {
 protected:
     static void SetUpTestSuite() {
-        install_allegro(SYSTEM_NONE, &errno, nullptr);
-        set_color_depth(8);
+        StartAllegro();
         StartTrace(nullptr);
     }
     Programming() {

@@ -1,7 +1,7 @@
 // quilt-robot: uses the editor at random until something breaks or the time is up.
 
 #include "editor/shell/quilt_app.h"
-#include "engine/allegro_api.h"
+#include "engine/bitmap.h"
 #include "engine/program_folder.h"
 #include "engine/report.h"
 #include "platform/qt/qt_platform.h"
@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QHashSeed>
 
-#include <cerrno>
 #include <charconv>
 #include <cinttypes>
 #include <cstdlib>
@@ -88,8 +87,7 @@ int main(int argc, char** argv) {
             stderr);
         return kBadCall;
     }
-    install_allegro(SYSTEM_NONE, &errno, nullptr);
-    set_color_depth(8);
+    StartAllegro();
     StartTrace(nullptr);
 
     Chance chance(line.options.seed);
