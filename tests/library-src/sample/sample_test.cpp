@@ -32,40 +32,7 @@ protected:
         world->SetViewSize(80, 60);
         EXPECT_TRUE(world->Load(kSample));
     }
-
-    Dobject& Board(const std::string& name) { return Child(world->Root(), name); }
-    static Dobject& Child(const Dobject& parent, const std::string& name) {
-        for (const auto& child : parent.children)
-            if (child->name == name) return *child;
-        ADD_FAILURE() << "no " << name << " on " << parent.name;
-        return *parent.children.front();
-    }
-    static std::vector<std::string> NamesOn(const Dobject& parent) {
-        std::vector<std::string> names;
-        for (const auto& child : parent.children) names.push_back(child->name);
-        return names;
-    }
-
-    // The pixels of a board as the edit view shows it.
-    std::string Picture(const Dobject& board) {
-        world->ShowBoard(board.id);
-        const Bitmap target = MakeBitmap(640, 480);
-        clear_bitmap(target.get());
-        world->DrawWorld(target.get(), 0, 0);
-        std::string pixels;
-        for (int y = 0; y < 480; ++y)
-            pixels.append(reinterpret_cast<const char*>(target->line[y]), 640);
-        return pixels;
-    }
 };
-
-TEST_F(Sample, HasFourBoardsOfTheScreensSize) {
-    EXPECT_THAT(NamesOn(world->Root()), ElementsAre("Title", "Harbour", "Lamp_room", "Cave"));
-    for (const auto& board : world->Root().children) {
-        EXPECT_EQ(board->vieww, 80) << board->name;
-        EXPECT_EQ(board->viewh, 60) << board->name;
-    }
-}
 
 TEST_F(Sample, ToolFindsNothingToSay) {
     EXPECT_EQ(std::system(QUILT_TOOL " check --strict Library/samples/lamplight.zqlt"), 0);
@@ -100,26 +67,6 @@ TEST_F(Sample, AnotherBuildGivesTheSame) {
     EXPECT_THAT(sums,
                 ElementsAre(2259387709, 1934311140, 941387669, 515011117, 2259387709, 1124133209,
                             3335432231, 515011117, 3738411917, 122388522, 4075724475, 2679779047));
-}
-
-// Holes: what lies behind the window is a part of the picture, and so is what stands before it.
-TEST_F(Sample, WindowLetsTheViewThrough) {
-    const Dobject& room = Board("Lamp_room");
-    const std::string shown = Picture(room);
-    for (const char* name : {"view", "window", "curtains", "cat"}) {
-        Child(room, name).hidden = 1;
-        EXPECT_NE(Picture(room), shown) << name;
-        Child(room, name).hidden = 0;
-    }
-    // And depth decides who is in front.
-    for (auto [name, other] : {std::pair{"view", 6}, {"curtains", 4}}) {
-        Dobject& node = Child(room, name);
-        const int z = node.posz;
-        world->SetProperty(HandleOf(node), kPosZ, other);
-        EXPECT_NE(Picture(room), shown) << name;
-        world->SetProperty(HandleOf(node), kPosZ, z);
-    }
-    EXPECT_EQ(Picture(room), shown);
 }
 
 // Every command is one of the program's, and what a command names is there.
