@@ -1,4 +1,4 @@
-#include "tests/robot/files.h"
+#include "tests/robot/run.h"
 
 #include "editor/tools/tile_clip_files.h"
 #include "editor/view/tile_clip.h"
@@ -6,21 +6,8 @@
 #include "engine/picture_file.h"
 #include "tests/support/random_world.h"
 
-#include <QApplication>
-
-namespace {
-
-// A sheet's picture and a clipboard's are of the same form but not of the same use: what a
-// clipboard has saved may be too large for a font.
-bool IsFontEditOpen() {
-    for (const QWidget* window : QApplication::topLevelWidgets())
-        if (window->isVisible() && window->windowTitle() == QLatin1String("Font Edit")) return true;
-    return false;
-}
-
-}  // namespace
-
-void MakeFiles(const TempFolder& folder, const std::string& programFolder, Chance& chance) {
+void MakeFiles(Run& run, const std::string& programFolder) {
+    const TempFolder& folder = run.folder;
     namespace fs = std::filesystem;
     for (const char* name : {"program", "settings", "folder", "locked"})
         fs::create_directory(folder / name);
@@ -29,7 +16,7 @@ void MakeFiles(const TempFolder& folder, const std::string& programFolder, Chanc
     fs::create_symlink("/bin/true", folder / "program/QUILT! Runner");
     fs::current_path(folder / "program");
 
-    std::mt19937 random(static_cast<std::uint32_t>(chance.Below(INT32_MAX)));
+    std::mt19937 random(static_cast<std::uint32_t>(run.chance.Below(INT32_MAX)));
     Dinterface world;
     PlantRandomWorld(world, random);
     world.Export(HandleGuard(world.AddHandle(world.Root().children.front().get())),
@@ -61,23 +48,4 @@ void MakeFiles(const TempFolder& folder, const std::string& programFolder, Chanc
         PutFile(folder / ("bad-empty" + kind), "");
     }
     fs::permissions(folder / "locked", fs::perms::owner_read | fs::perms::owner_exec);
-}
-
-FileName NameFor(const QFileDialog& dialog, Chance& chance) {
-    constexpr const char* kBad[] = {"bad-half", "bad-other", "bad-text", "bad-empty", "bad saved",
-                                    "folder",   "missing",   "locked/a", "missing/a", ""};
-    const std::string filters = dialog.nameFilters().join(QLatin1Char(' ')).toStdString();
-    std::vector<std::string> kinds;
-    for (const char* kind : {".zqlt", ".zobj", ".qcf", ".chr", ".bmp", ".att", ".txt"})
-        if (filters.find(kind) != filters.npos) kinds.emplace_back(kind);
-    const std::string kind = kinds.empty() ? "" : chance.Pick(kinds);
-    if (chance.OneIn(3)) {
-        const std::string stem = chance.Pick(kBad);
-        return {stem + (stem.empty() || stem == "folder" ? "" : kind), true};
-    }
-    const std::string stem = IsFontEditOpen() ? "font-" : "";
-    const std::string saved = stem + "saved" + std::to_string(chance.Below(3));
-    // The program puts the ending behind a name that it saves under.
-    if (dialog.acceptMode() == QFileDialog::AcceptSave) return {saved};
-    return {(chance.OneIn(2) ? stem + "good" : saved) + kind};
 }

@@ -1,8 +1,7 @@
-#include "tests/robot/watch.h"
+#include "tests/robot/run.h"
 
 #include "editor/view/object_clip.h"
 #include "engine/dinterface.h"
-#include "tests/support/random_world.h"
 
 #include <set>
 
@@ -25,15 +24,12 @@ std::string TreeFault(const Dobject& node, std::set<std::int32_t>& ids) {
     return {};
 }
 
-std::uint64_t Digest(std::uint64_t before, std::string_view bytes) {
-    return before * 31 + std::hash<std::string_view>{}(bytes);
-}
-
 std::uint64_t SurfaceDigest(const Dobject& node) {
     std::uint64_t value = static_cast<std::uint64_t>(node.id);
     for (int y = 0; node.vSurf && y < node.vSurf->h; ++y)
-        value = Digest(value, {reinterpret_cast<const char*>(node.vSurf->line[y]),
-                               static_cast<std::size_t>(node.vSurf->w)});
+        value = value * 31 +
+                std::hash<std::string_view>{}({reinterpret_cast<const char*>(node.vSurf->line[y]),
+                                               static_cast<std::size_t>(node.vSurf->w)});
     for (const auto& child : node.children) value = value * 31 + SurfaceDigest(*child);
     return value;
 }
@@ -47,7 +43,7 @@ std::size_t Weight(const Dobject& node) {
 
 }  // namespace
 
-std::string WorldFault() {
+std::string WorldFault(bool surfaces) {
     for (Handle h = kRootHandle + 1; h < kMaxHandles; ++h)
         if (vWorld->Node(h)) return "handle " + std::to_string(h) + " is still held";
     if (vWorld->FindFreeHandleList() != 0) return "a list of handles is still open";
@@ -56,10 +52,7 @@ std::string WorldFault() {
     // A world without boards has nothing to select.
     if (fault.empty() && !ids.contains(vWorld->currentObject) && !vWorld->Root().children.empty())
         fault = "the selected id " + std::to_string(vWorld->currentObject) + " is no node's";
-    return fault;
-}
-
-std::string SurfaceFault() {
+    if (!fault.empty() || !surfaces) return fault;
     const std::uint64_t before = SurfaceDigest(vWorld->Root());
     vWorld->Root().RedrawTiles();
     return SurfaceDigest(vWorld->Root()) == before ? "" : "a surface does not show its tiles";
@@ -68,8 +61,4 @@ std::string SurfaceFault() {
 bool IsTooLarge() {
     constexpr std::size_t kMost = 1'500'000;
     return Weight(vWorld->Root()) + (vObjectClip ? Weight(*vObjectClip) : 0) > kMost;
-}
-
-std::uint64_t WorldDigest() {
-    return Digest(static_cast<std::uint64_t>(vWorld->currentObject), Account(*vWorld));
 }
