@@ -27,7 +27,6 @@
 #include <QThread>
 #include <QTimer>
 
-#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 
