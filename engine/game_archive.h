@@ -41,3 +41,7 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
 /// it cannot be made or could not be read again.
 std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
                         std::string& why);
+
+/// The bytes of the object file of a node, to be saved at that path, whose name its entry has.
+/// Otherwise as ComposeGame.
+std::string ComposeObject(Dobject& node, const std::string& path, std::string& why);

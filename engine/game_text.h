@@ -67,6 +67,9 @@ public:
 
     /// After one of the above gave false.
     const std::string& Reason() const { return reason; }
+    /// The node whose numbers, grid or script the text did not hold all of, or null: all others
+    /// that were read are whole but for what may have followed below them, and not sorted.
+    Dobject* CutNode() const { return cut; }
     int Line() const { return faultLine; }
 
 private:
@@ -96,6 +99,7 @@ private:
     TextRemarks* remarks = nullptr;
     std::string reason;
     int faultLine = 0;
+    Dobject* cut = nullptr;
     int depth = 0;
     int missingStarts = 0;
     std::int64_t worldCells = 0;
@@ -112,11 +116,16 @@ std::int64_t SurfaceBytes(const Dobject& node);
 bool ReadObject(Dobject& parent, std::istream& in, const IdSource& ids);
 
 /// One block for a node, with its children nested in it. Collapses every node that is expanded,
-/// in memory too, and does so even when the stream fails.
-void WriteObject(Dobject& node, std::ostream& out);
+/// in memory too, and does so even when the stream fails. With `rows` the runs of equal cells end
+/// with each row of the grid, and each stands on a line, with an empty line between rows: more
+/// text, in which one changed cell is one changed line. It reads the same.
+void WriteObject(Dobject& node, std::ostream& out, bool rows = false);
 
 /// The whole text: the header, and a block for each child of the root.
-void WriteWorld(Dobject& root, std::ostream& out);
+void WriteWorld(Dobject& root, std::ostream& out, bool rows = false);
+
+/// The order in which siblings stand, after any change of z; equals keep theirs.
+void SortByZ(Dobject& parent);
 
 /// A name cut to what a message can hold, in quotation marks.
 std::string Quoted(const std::string& name);

@@ -22,15 +22,6 @@ bool StartsWith(const std::string& line, const char* start) { return line.rfind(
 
 bool IsRoot(const Dobject& node) { return node.name == kRootName; }
 
-// The order that Spawn and Spawn_Back keep, made once for all siblings instead of by a search
-// for each.
-void SortChildren(Dobject& node) {
-    if (IsRoot(node))
-        node.children.sort([](const auto& a, const auto& b) { return a->posz < b->posz; });
-    else
-        node.children.sort([](const auto& a, const auto& b) { return a->posz > b->posz; });
-}
-
 std::uint16_t StoredField(std::int32_t field) {
     // A fresh cell holds 0, and -1 leaves it.
     return field == -1 ? std::uint16_t{0} : static_cast<std::uint16_t>(field);
@@ -41,6 +32,15 @@ std::uint16_t StoredField(std::int32_t field) {
 std::string Quoted(const std::string& name) {
     if (name.size() <= kShownName) return "'" + name + "'";
     return "'" + name.substr(0, kShownName) + "...'";
+}
+
+// The order that Spawn and Spawn_Back keep, made once for all siblings instead of by a search
+// for each.
+void SortByZ(Dobject& node) {
+    if (IsRoot(node))
+        node.children.sort([](const auto& a, const auto& b) { return a->posz < b->posz; });
+    else
+        node.children.sort([](const auto& a, const auto& b) { return a->posz > b->posz; });
 }
 
 bool GameTextReader::Fail(const std::string& why) {
@@ -239,7 +239,7 @@ bool GameTextReader::ReadChildren(Dobject& node) {
     }
     if (word != "~oe")
         Remark(scanner.LineNumber(), Quoted(word) + " ends " + Quoted(node.name) + ", not '~oe'");
-    SortChildren(node);
+    SortByZ(node);
     return true;
 }
 
@@ -256,8 +256,10 @@ bool GameTextReader::ReadBlock(Dobject& node, const Dobject* spawnedBy) {
         return Fail("objects are nested more than " + std::to_string(kMaxNesting) + " deep");
     if (remarks) remarks->lines[&node] = scanner.LineNumber();
     ++depth;
-    const bool read = ReadHead(node, spawnedBy) && ReadGrid(node) && ReadScriptStart(node) &&
-                      ReadScript(node) && ReadChildren(node);
+    const bool own =
+        ReadHead(node, spawnedBy) && ReadGrid(node) && ReadScriptStart(node) && ReadScript(node);
+    if (!own) cut = &node;
+    const bool read = own && ReadChildren(node);
     --depth;
     return read;
 }
@@ -268,7 +270,7 @@ bool GameTextReader::ReadBoards(Dobject& root) {
     while (TakeObjectWord())
         if (!ReadChild(root)) return false;
     if (!word.empty()) Remark(scanner.LineNumber(), "nothing is read from " + Quoted(word) + " on");
-    SortChildren(root);
+    SortByZ(root);
     return true;
 }
 
@@ -296,7 +298,7 @@ Dobject* GameTextReader::ReadObject(Dobject& parent) {
     const bool read = Guarded([&] { return ReadChild(parent); });
     Dobject* child = read ? parent.children.back().get() : nullptr;
     if (!read) parent.children.resize(before);
-    SortChildren(parent);
+    SortByZ(parent);
     return child;
 }
 

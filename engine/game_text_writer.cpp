@@ -50,14 +50,18 @@ void WriteRun(LineWriter& line, const Dtile& tile, std::int64_t length, char las
 }
 
 // A grid without cells has no line at all: a reader takes none for it.
-void WriteGrid(const Dobject& node, std::ostream& out) {
+void WriteGrid(const Dobject& node, std::ostream& out, bool rows) {
     LineWriter line(out);
     const Dtile* cell = node.tiles.data();
-    const Dtile* end = cell + node.tiles.size();
+    const Dtile* const end = cell + node.tiles.size();
     while (cell != end) {
-        const Dtile* run = cell;
-        while (cell != end && *cell == *run) ++cell;
-        WriteRun(line, *run, cell - run, cell == end ? '\n' : ' ');
+        const Dtile* const stop = rows ? cell + node.width : end;
+        while (cell != stop) {
+            const Dtile* run = cell;
+            while (cell != stop && *cell == *run) ++cell;
+            WriteRun(line, *run, cell - run, rows || cell == end ? '\n' : ' ');
+        }
+        if (cell != end) line.Char('\n').Flush();
     }
 }
 
@@ -76,20 +80,20 @@ void Collapse(Dobject& node) {
 
 }  // namespace
 
-void WriteObject(Dobject& node, std::ostream& out) {
+void WriteObject(Dobject& node, std::ostream& out, bool rows) {
     Collapse(node);
     if (out) {
         out << "~ob " << WrittenName(node) << ' ' << node.posz << '\n';
         WriteFour(out, node.posx, node.posy, node.width, node.height);
         WriteFour(out, node.viewx, node.viewy, node.vieww, node.viewh);
-        WriteGrid(node, out);
+        WriteGrid(node, out, rows);
         WriteScript(node.script, out);
     }
-    for (const auto& child : node.children) WriteObject(*child, out);
+    for (const auto& child : node.children) WriteObject(*child, out, rows);
     out << "~oe\n";
 }
 
-void WriteWorld(Dobject& root, std::ostream& out) {
+void WriteWorld(Dobject& root, std::ostream& out, bool rows) {
     out << "~endvars\n~endimports\n";
-    for (const auto& board : root.children) WriteObject(*board, out);
+    for (const auto& board : root.children) WriteObject(*board, out, rows);
 }

@@ -2,6 +2,7 @@
 
 #include "engine/dinterface.h"
 #include "engine/file_layer.h"
+#include "engine/game_archive.h"
 #include "engine/game_limits.h"
 #include "engine/game_text.h"
 #include "engine/open_archive.h"
@@ -14,15 +15,6 @@ namespace {
 
 std::string EntryOf(const std::string& path) {
     return std::filesystem::path(path).filename().replace_extension(".obj").string();
-}
-
-std::string Compose(Dobject& node, const std::string& entry) {
-    ZipWriter archive;
-    ZipEntryOutStream out;
-    out.open(archive, entry);
-    WriteObject(node, out);
-    const bool written = out.good() && out.close();
-    return archive.Close() && written ? archive.TakeBytes() : std::string();
 }
 
 // Everything of the file's node, read and checked; false with the reason.
@@ -76,11 +68,22 @@ void Replace(Dobject& node, Dobject& fresh) {
 
 }  // namespace
 
+std::string ComposeObject(Dobject& node, const std::string& path, std::string& why) {
+    ZipWriter archive;
+    ZipEntryOutStream out;
+    out.open(archive, EntryOf(path));
+    WriteObject(node, out);
+    const bool written = out.good() && out.close();
+    const bool closed = archive.Close();
+    why = WhyUnreadable(node, 1);
+    return written && closed && why.empty() ? archive.TakeBytes() : std::string();
+}
+
 bool Dinterface::Export(Handle h, const std::string& path) {
     Dobject* node = Node(h);
     if (!node) return false;
-    const std::string bytes = Compose(*node, EntryOf(path));
-    std::string why = WhyUnreadable(*node, 1);
+    std::string why;
+    const std::string bytes = ComposeObject(*node, path, why);
     if (!why.empty()) {
         Fatal(why.c_str(), path.c_str(), 0);
         return false;
