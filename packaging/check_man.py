@@ -17,7 +17,7 @@ def help_of(*command):
 
 def subcommands(text):
     listed = re.search(r"^Subcommands:\n((?:  .*\n)+)", text, re.M)
-    return re.findall(r"^  (\w+)", listed[1], re.M) if listed else []
+    return re.findall(r"^  ([\w-]+)", listed[1], re.M) if listed else []
 
 
 def main():

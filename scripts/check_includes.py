@@ -31,7 +31,8 @@ LAYERS = {
         False,
     ),
     "editor/shell/main": (ENGINE | PLATFORM | {"platform/qt", "editor/shell"}, False),
-    "tool": (ENGINE | {"tool"}, False),
+    "tool": (ENGINE | {"tool", "tool/compare"}, False),
+    "tool/compare": (ENGINE | {"tool/compare"}, False),
     "library-src": (ENGINE | {"library-src", "tool"}, False),
     "library-src/sample": (
         ENGINE | PLATFORM

@@ -17,9 +17,37 @@ struct RenderOptions {
     int scale = 1;
 };
 
+inline constexpr int kAlike = 0;  ///< of diff and merge
+inline constexpr int kDifferent = 1;
+inline constexpr int kTrouble = 2;
+
+struct DiffOptions {
+    std::vector<std::string> files;  ///< two, or what git hands to a program that compares
+    bool git = false;
+    bool quiet = false;
+    bool stat = false;
+    bool json = false;
+    std::string picture;  ///< empty: none
+    std::string board;    ///< empty: all
+};
+
+struct MergeOptions {
+    std::string base;
+    std::string ours;
+    std::string theirs;
+    std::string out;
+    std::string name;  ///< of the file that the others are versions of, if they have other names
+    bool favorTheirs = false;
+    bool marks = false;
+};
+
+int Diff(const DiffOptions& options);
+int Merge(const MergeOptions& options);
+int Repair(const std::string& broken, const std::string& out);
+int GitSetup(bool print);
 int Info(const std::string& game, bool json);
 int Render(const RenderOptions& options);
-int Cat(const std::string& game);
+int Cat(const std::string& game, bool rows);
 int Repack(const std::string& from, const std::string& to);
 int Check(const std::vector<std::string>& games, bool strict);
 
@@ -29,6 +57,21 @@ int Complain(const std::string& file, const std::string& what);
 /// Reads a game whole, with the ids counted from 1. False, with a complaint, when it cannot be
 /// read or holds no world. What the engine reports meanwhile is a complaint, too.
 bool ReadWhole(const std::string& path, Game& game, TextRemarks* remarks = nullptr);
+
+/// Reads a game, or an object file as a world with one board and no sheet. `name` is what the
+/// file is called where it belongs; /dev/null, and an empty file when `maybeEmpty`, are a world
+/// without boards.
+bool ReadEither(const std::string& path, const std::string& name, bool maybeEmpty, Game& game,
+                bool& object);
+
+/// Writes a game, or the first board as an object file. False, with a complaint.
+bool WriteEither(const std::string& path, Game& game, bool object);
+
+/// A sheet for a game that has lost its own: the default one. Null when that cannot be read.
+Bitmap UsualSheet();
+
+/// All of a file; false, with a complaint.
+bool ReadBytes(const std::string& path, std::string& bytes);
 
 /// A text that a terminal can be shown: bytes that are no printable character of UTF-8, and
 /// the backslash, as \xNN. Line feeds and tabs stay when `lines` is true.

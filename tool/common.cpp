@@ -1,7 +1,18 @@
+#include "engine/dinterface.h"
+#include "engine/open_archive.h"
+#include "engine/program_folder.h"
+#include "engine/replace_file.h"
 #include "engine/report.h"
 #include "tool/commands.h"
+#include "tool/compare/diff.h"
+#include "tool/compare/salvage.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -77,4 +88,66 @@ bool ReadWhole(const std::string& path, Game& game, TextRemarks* remarks) {
     }
     if (!read) Complain(path, fault.text);
     return read;
+}
+
+bool ReadBytes(const std::string& path, std::string& bytes) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        Complain(path, "there is no such file");
+        return false;
+    }
+    std::ifstream in(path, std::ios::binary);
+    bytes.assign(std::istreambuf_iterator<char>(in), {});
+    if (in && !in.bad()) return true;
+    Complain(path, std::string("it cannot be read: ") + std::strerror(errno));
+    return false;
+}
+
+bool ReadEither(const std::string& path, const std::string& name, bool maybeEmpty, Game& game,
+                bool& object) {
+    object = false;
+    std::error_code error;
+    game.root.name = kRootName;
+    if (path == "/dev/null") return true;
+    if (maybeEmpty && std::filesystem::file_size(path, error) == 0 && !error) return true;
+    vFile = path;
+    vMessageHook = ComplainOfEngine;
+    GameFault fault;
+    const std::unique_ptr<ZipReader> archive = OpenArchive(path, fault.text);
+    const auto ids = [last = std::int32_t{0}]() mutable { return ++last; };
+    const std::string file = std::filesystem::path(name).filename().string();
+    bool read = archive && ReadGame(*archive, file, ids, game, fault);
+    if (read && !game.hasText) {
+        std::string bytes;
+        if (!ReadBytes(path, bytes)) return false;
+        read = object = ReadObjectArchive(bytes, game, fault.text);
+    }
+    if (!read) Complain(path, fault.text);
+    return read;
+}
+
+bool WriteEither(const std::string& path, Game& game, bool object) {
+    std::string why;
+    std::string bytes;
+    if (!object) {
+        bytes = ComposeGame(game.sheet.get(), game.root, game.videoMode.value_or(kUsualSetting),
+                            game.windowed.value_or(kUsualSetting), why);
+    } else if (game.root.children.size() == 1) {
+        bytes = ComposeObject(*game.root.children.front(), path, why);
+    } else {
+        why = "an object file has one object, not " + std::to_string(game.root.children.size());
+    }
+    const bool saved = !bytes.empty() && ReplaceFile(path, bytes, why);
+    if (!why.empty()) Complain(path, why);
+    return saved;
+}
+
+Bitmap UsualSheet() {
+    Game game;
+    GameFault fault;
+    const std::string path = ProgramFolder() + "/Library/default.zqlt";
+    if (!ReadGame(
+            path, [] { return 1; }, game, fault))
+        Complain(path, fault.text);
+    return std::move(game.sheet);
 }

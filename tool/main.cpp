@@ -15,6 +15,10 @@ struct Call {
     std::string to;
     std::vector<std::string> games;
     RenderOptions render;
+    DiffOptions diff;
+    MergeOptions merge;
+    bool rows = false;
+    bool print = false;
     bool json = false;
     bool strict = false;
 };
@@ -35,12 +39,46 @@ void DescribeRender(CLI::App& app, Call& call) {
         ->check(CLI::Range(1, kMaxScale));
 }
 
+void DescribeDiff(CLI::App& app, Call& call) {
+    CLI::App* diff = app.add_subcommand("diff", "Tells what differs between two games or objects");
+    diff->add_option("FILES", call.diff.files, "The earlier file and the later one")
+        ->required()
+        ->expected(2, 9);
+    diff->add_flag("--stat", call.diff.stat, "One line for each board or object");
+    diff->add_flag("--quiet", call.diff.quiet, "Only by the exit status");
+    diff->add_flag("--json", call.diff.json, "As one JSON object");
+    diff->add_option("--picture", call.diff.picture,
+                     "A PNG file, or a folder for a file a board: before, after, and what changed");
+    diff->add_option("--board", call.diff.board, "Only this board, in text and picture");
+    diff->add_flag("--git", call.diff.git, "The arguments are those that git gives, status 0");
+}
+
+void DescribeMerge(CLI::App& app, Call& call) {
+    CLI::App* merge = app.add_subcommand("merge", "Joins what two sides made of one game");
+    merge->add_option("BASE", call.merge.base, "What both began with")->required();
+    merge->add_option("OURS", call.merge.ours, "What one side made of it")->required();
+    merge->add_option("THEIRS", call.merge.theirs, "What the other side made of it")->required();
+    merge->add_option("-o,--out", call.merge.out, "Where the joined game is saved")->required();
+    CLI::Option* theirs = merge->add_flag("--theirs", call.merge.favorTheirs,
+                                          "What both changed unlike is theirs, not ours");
+    merge->add_flag("--marks", call.merge.marks, "Script lines that clash stay both, with marks")
+        ->excludes(theirs);
+    merge->add_option("--name", call.merge.name, "What the file is called, for git");
+}
+
 void DescribeRest(CLI::App& app, Call& call) {
     CLI::App* cat = app.add_subcommand("cat", "Writes the text of the world to standard output");
-    cat->add_option("GAME", call.game, "The game archive")->required();
+    cat->add_option("GAME", call.game, "The game archive, or an object file")->required();
+    cat->add_flag("--rows", call.rows, "A line for each run of equal cells in a row of a grid");
     CLI::App* repack = app.add_subcommand("repack", "Loads a game and saves it in its plain form");
     repack->add_option("IN", call.game, "The game archive")->required();
     repack->add_option("OUT", call.to, "Where it is saved; may be IN")->required();
+    CLI::App* repair = app.add_subcommand("repair", "Saves what can be read of a damaged archive");
+    repair->add_option("BROKEN", call.game, "The damaged archive")->required();
+    repair->add_option("OUT", call.to, "Where the rest is saved")->required();
+    CLI::App* setup = app.add_subcommand(
+        "git-setup", "Teaches the git repository here to compare and join games");
+    setup->add_flag("--print", call.print, "Only tell what would be written");
     CLI::App* check =
         app.add_subcommand("check", "Checks games, and tells what is suspect in them");
     check->add_option("GAME", call.games, "The game archives")->required();
@@ -50,7 +88,11 @@ void DescribeRest(CLI::App& app, Call& call) {
 int Run(const CLI::App& app, const Call& call) {
     if (app.got_subcommand("info")) return Info(call.game, call.json);
     if (app.got_subcommand("render")) return Render(call.render);
-    if (app.got_subcommand("cat")) return Cat(call.game);
+    if (app.got_subcommand("cat")) return Cat(call.game, call.rows);
+    if (app.got_subcommand("diff")) return Diff(call.diff);
+    if (app.got_subcommand("merge")) return Merge(call.merge);
+    if (app.got_subcommand("repair")) return Repair(call.game, call.to);
+    if (app.got_subcommand("git-setup")) return GitSetup(call.print);
     if (app.got_subcommand("repack")) return Repack(call.game, call.to);
     return Check(call.games, call.strict);
 }
@@ -67,6 +109,8 @@ int main(int argc, char** argv) {
     Call call;
     DescribeInfo(app, call);
     DescribeRender(app, call);
+    DescribeDiff(app, call);
+    DescribeMerge(app, call);
     DescribeRest(app, call);
     try {
         app.parse(argc, argv);

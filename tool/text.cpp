@@ -8,16 +8,17 @@
 #include <iostream>
 #include <sstream>
 
-int Cat(const std::string& path) {
+int Cat(const std::string& path, bool rows) {
     Game game;
-    if (!ReadWhole(path, game)) return kBadFile;
+    bool object = false;
+    if (!ReadEither(path, path, false, game, object)) return kBadFile;
     std::ios::sync_with_stdio(false);
     if (isatty(STDOUT_FILENO)) {
         std::ostringstream text;
-        WriteWorld(game.root, text);
+        WriteWorld(game.root, text, rows);
         std::cout << Printable(text.str(), true);
     } else {
-        WriteWorld(game.root, std::cout);
+        WriteWorld(game.root, std::cout, rows);
     }
     return std::cout.flush() ? kGood : Complain("standard output", "it cannot be written");
 }

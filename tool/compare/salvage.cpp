@@ -1,0 +1,301 @@
+#include "tool/compare/salvage.h"
+
+#include "engine/dfont.h"
+#include "engine/dinterface.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <streambuf>
+
+namespace {
+
+constexpr std::size_t kHeaderSize = 30;
+constexpr std::string_view kSignature = "PK\3\4";
+constexpr int kStored = 0;
+constexpr int kDeflated = 8;
+constexpr unsigned kSizesFollow = 8;
+
+struct Entry {
+    std::string name;  ///< in small letters
+    int method = 0;
+    bool sizesFollow = false;
+    std::uint32_t checksum = 0;
+    std::string_view data;  ///< to the archive's end, or as long as a stored one says
+};
+
+std::uint32_t NumberAt(std::string_view bytes, std::size_t at, int size) {
+    std::uint32_t number = 0;
+    while (size-- > 0)
+        number =
+            number << 8 | static_cast<unsigned char>(bytes[at + static_cast<std::size_t>(size)]);
+    return number;
+}
+
+bool IsKnown(const std::string& name) {
+    return name == "font.hdr" || name == "font.raw" || name == "res.dat" ||
+           name.ends_with(".qlt") || name.ends_with(".obj");
+}
+
+std::vector<Entry> FindEntries(std::string_view archive) {
+    std::vector<Entry> entries;
+    for (std::size_t at = archive.find(kSignature);
+         at != archive.npos && at + kHeaderSize <= archive.size();
+         at = archive.find(kSignature, at + kSignature.size())) {
+        const std::size_t name = NumberAt(archive, at + 26, 2);
+        const std::size_t start = at + kHeaderSize + name + NumberAt(archive, at + 28, 2);
+        if (start > archive.size()) continue;
+        Entry entry;
+        for (const char c : archive.substr(at + kHeaderSize, name))
+            entry.name += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        entry.sizesFollow = (NumberAt(archive, at + 6, 2) & kSizesFollow) != 0;
+        entry.method = static_cast<int>(NumberAt(archive, at + 8, 2));
+        entry.checksum = NumberAt(archive, at + 14, 4);
+        entry.data = archive.substr(start);
+        if (entry.method == kStored)
+            entry.data = entry.sizesFollow ? entry.data.substr(0, entry.data.find("PK"))
+                                           : entry.data.substr(0, NumberAt(archive, at + 18, 4));
+        if (IsKnown(entry.name)) entries.push_back(entry);
+    }
+    return entries;
+}
+
+// The unpacked bytes of an entry as a text, up to where unpacking fails.
+class EntryText : public std::streambuf {
+public:
+    explicit EntryText(const Entry& of) : entry(of) {
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(entry.data.data()));
+        stream.avail_in = static_cast<uInt>(std::min<std::size_t>(entry.data.size(), UINT32_MAX));
+        ready = entry.method == kStored ||
+                (entry.method == kDeflated && inflateInit2(&stream, -MAX_WBITS) == Z_OK);
+        opened = ready && entry.method == kDeflated;
+    }
+    EntryText(const EntryText&) = delete;
+    EntryText& operator=(const EntryText&) = delete;
+    ~EntryText() override {
+        if (opened) inflateEnd(&stream);
+    }
+
+    /// After reading to the end: everything was there, and as its checksum says.
+    bool Whole() {
+        while (sbumpc() != traits_type::eof()) {
+        }
+        return ended && (entry.sizesFollow || checksum == entry.checksum);
+    }
+
+protected:
+    int_type underflow() override {
+        std::size_t kept = 0;
+        while (kept == 0) {
+            const std::size_t got = Unpack();
+            if (got == 0 && !heldReturn) return traits_type::eof();
+            if (heldReturn && (got == 0 || piece[0] != '\n')) text[kept++] = '\r';
+            heldReturn = got > 0 && piece[got - 1] == '\r';
+            for (std::size_t i = 0; i < got; ++i)
+                if (piece[i] != '\r' || (i + 1 < got && piece[i + 1] != '\n'))
+                    text[kept++] = piece[i];
+        }
+        setg(text, text, text + kept);
+        return traits_type::to_int_type(*gptr());
+    }
+
+private:
+    std::size_t Unpack() {
+        if (!ready || ended) return 0;
+        std::size_t got = 0;
+        if (entry.method == kStored) {
+            got = std::min<std::size_t>(stream.avail_in, sizeof piece);
+            std::copy_n(stream.next_in, got, piece);
+            stream.next_in += got;
+            stream.avail_in -= static_cast<uInt>(got);
+            ended = stream.avail_in == 0;
+        } else {
+            stream.next_out = reinterpret_cast<Bytef*>(piece);
+            stream.avail_out = sizeof piece;
+            const int result = inflate(&stream, Z_SYNC_FLUSH);
+            got = sizeof piece - stream.avail_out;
+            ended = result == Z_STREAM_END;
+            ready = result == Z_OK;
+        }
+        checksum = crc32(checksum, reinterpret_cast<const Bytef*>(piece), static_cast<uInt>(got));
+        return got;
+    }
+
+    const Entry& entry;
+    z_stream stream = {};
+    char piece[1 << 16];
+    char text[sizeof piece + 1];  ///< the same with line feeds alone
+    bool heldReturn = false;
+    uLong checksum = 0;
+    bool ready = false;
+    bool opened = false;
+    bool ended = false;
+};
+
+IdSource CountedIds() {
+    return [last = std::int32_t{0}]() mutable { return ++last; };
+}
+
+void SortAll(Dobject& node) {
+    SortByZ(node);
+    for (const auto& child : node.children) SortAll(*child);
+}
+
+class Salvager {
+public:
+    Salvager(std::string_view archive, Salvage& to) : entries(FindEntries(archive)), result(to) {
+        Game& game = result.game;
+        game.root.name = kRootName;
+        const Entry* object = Find(".obj");
+        const Entry* text = Find(".qlt");
+        result.object = object && !text && !Find("font.hdr");
+        result.empty = entries.empty();
+        if (result.empty) return;
+        if (!result.object) {
+            Sheet();
+            Settings();
+        }
+        if (const Entry* world = result.object ? object : text)
+            World(*world);
+        else
+            Miss("the world: there is no entry of it");
+    }
+
+private:
+    void Miss(const std::string& what) { result.missing.push_back(what); }
+
+    // By the end of its name; the first with a known way of packing, when there are several.
+    const Entry* Find(std::string_view name) const {
+        const auto found = std::find_if(entries.begin(), entries.end(), [name](const Entry& entry) {
+            return entry.name.ends_with(name);
+        });
+        return found == entries.end() ? nullptr : &*found;
+    }
+
+    void Sheet() {
+        const Entry* header = Find("font.hdr");
+        const Entry* pixels = Find("font.raw");
+        std::int32_t size[3] = {};
+        bool good = header != nullptr;
+        if (header) {
+            EntryText text(*header);
+            TextScanner scanner(text);
+            for (std::int32_t& number : size)
+                good = good && scanner.Number(number) == TextScanner::Status::kGood;
+            good = good && IsSheetSize(size[0], size[1]);
+        }
+        if (!good) return Miss("the sheet: its size is not there");
+        Bitmap& sheet = result.game.sheet;
+        sheet = MakeBitmap(size[0], size[1]);
+        if (!sheet) return Miss("the sheet: there is not enough memory");
+        clear_bitmap(sheet.get());
+        result.game.sheetFormat = size[2];
+        if (!pixels) return Miss("the sheet's pixels: there is no entry of them");
+        EntryText text(*pixels);
+        int read = 0;
+        const int all = size[0] * size[1];
+        constexpr int kNumbers = 2;
+        while (read < all &&
+               Pixel(text, size[2] == kNumbers, sheet->line[read / size[0]][read % size[0]]))
+            ++read;
+        if (read < all)
+            Miss("the sheet: " + std::to_string(all - read) + " of its " + std::to_string(all) +
+                 " pixels");
+        else if (!text.Whole())
+            Miss("the sheet: its data are damaged");
+    }
+
+    static bool Pixel(std::streambuf& text, bool number, unsigned char& pixel) {
+        std::int32_t value = -1;
+        if (number) {
+            if (TextScanner(text).Number(value) != TextScanner::Status::kGood) return false;
+        } else {
+            do value = text.sbumpc();
+            while (TextScanner::IsSpace(value));
+        }
+        pixel = static_cast<unsigned char>(value);
+        return value >= 0 && value <= UINT8_MAX;
+    }
+
+    void Settings() {
+        const Entry* entry = Find("res.dat");
+        if (!entry) return Miss("the video settings");
+        EntryText text(*entry);
+        TextScanner scanner(text);
+        std::int32_t mode = 0;
+        std::int32_t windowed = 0;
+        if (scanner.Number(mode) != TextScanner::Status::kGood ||
+            scanner.Number(windowed) != TextScanner::Status::kGood || !text.Whole())
+            return Miss("the video settings");
+        result.game.videoMode = mode;
+        result.game.windowed = windowed;
+    }
+
+    void World(const Entry& entry) {
+        EntryText text(entry);
+        GameTextReader reader(text, CountedIds());
+        TextRemarks remarks;
+        reader.SetRemarks(&remarks);
+        Dobject& root = result.game.root;
+        result.game.hasText = true;
+        result.game.textEntry = entry.name;
+        bool read = false;
+        if (result.object)
+            read = reader.TakeObjectWord() && ReadOne(reader, root);
+        else
+            read = reader.ReadWorld(root);
+        if (!read) {
+            const std::string why = reader.Reason().empty() ? "no object begins" : reader.Reason();
+            Miss(entry.name + " from line " + std::to_string(reader.Line()) + " on: " + why);
+            if (reader.CutNode()) Mend(*reader.CutNode());
+        }
+        if (!text.Whole() && read) Miss(entry.name + ": its data are damaged");
+        SortAll(root);
+    }
+
+    // As a child that stays when it is cut off.
+    static bool ReadOne(GameTextReader& reader, Dobject& root) {
+        root.children.push_back(std::make_unique<Dobject>());
+        root.children.back()->parent = &root;
+        root.children.back()->id = 1;
+        return reader.ReadInto(*root.children.back());
+    }
+
+    // The node that the text ends in: blank where its grid is not known, gone when nothing is.
+    void Mend(Dobject& node) {
+        const std::size_t have = node.tiles.size();
+        if (have == 0) {
+            Miss(Quoted(node.name) + " with all in it");
+            node.parent->children.pop_back();
+            return;
+        }
+        const auto cells = static_cast<std::size_t>(std::int64_t{node.width} * node.height);
+        if (have < cells)
+            Miss("the last " + std::to_string(cells - have) + " of " + std::to_string(cells) +
+                 " cells of " + Quoted(node.name) + ", and its script");
+        else
+            Miss("the end of the script of " + Quoted(node.name));
+        node.tiles.resize(cells, kBlankTile);
+    }
+
+    std::vector<Entry> entries;
+    Salvage& result;
+};
+
+}  // namespace
+
+void SalvageGame(std::string_view archive, Salvage& to) { Salvager(archive, to); }
+
+bool ReadObjectArchive(std::string_view archive, Game& game, std::string& why) {
+    Salvage salvage;
+    SalvageGame(archive, salvage);
+    if (!salvage.object)
+        why = "there is no world in this archive";
+    else if (!salvage.missing.empty())
+        why = salvage.missing.front();
+    else
+        game.root.children.swap(salvage.game.root.children);
+    for (const auto& child : game.root.children) child->parent = &game.root;
+    game.root.name = kRootName;
+    return why.empty();
+}
