@@ -209,6 +209,34 @@ void DeflatePicture(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(Deflate(pixels, piece, MAX_WBITS));
 }
 
+// Two games of 1,000 boards, the second with a tile changed on each tenth board, by a command in
+// which A and B are the two.
+void RunOnTwo(benchmark::State& state, std::string command) {
+    const GameFile game(kBoards);
+    const std::string other = game.path + ".other.zqlt";
+    InChild([&] {
+        BenchWorld().Load(game.path);
+        int number = 0;
+        for (const auto& board : BenchWorld().Root().children)
+            if (number++ % 10 == 0) board->tiles[100].chr ^= 1;
+        BenchWorld().Save(other);
+    });
+    for (const auto& [letter, path] : {std::pair{" A", game.path}, std::pair{" B", other}})
+        for (std::size_t at; (at = command.find(letter)) != command.npos;)
+            command.replace(at, 2, " " + path);
+    for (auto _ : state)
+        if (std::system(("./quilt-tool " + command).c_str()) < 0)
+            state.SkipWithError("quilt-tool does not start");
+    unlink(other.c_str());
+    unlink("files-bench-joined.zqlt");
+}
+
+void LoadTwo(benchmark::State& state) {
+    RunOnTwo(state, "info A >/dev/null; ./quilt-tool info B >/dev/null");
+}
+void Diff(benchmark::State& state) { RunOnTwo(state, "diff A B >/dev/null"); }
+void Merge(benchmark::State& state) { RunOnTwo(state, "merge A A B -o files-bench-joined.zqlt"); }
+
 // First, while the process is small.
 BENCHMARK(LoadMemory)->Iterations(1);
 BENCHMARK(InflateEntries)->Unit(benchmark::kMillisecond);
@@ -216,6 +244,9 @@ BENCHMARK(DeflateEntries)->Unit(benchmark::kMillisecond);
 BENCHMARK(Load)->Arg(kFewBoards)->Arg(kBoards)->Unit(benchmark::kMillisecond);
 BENCHMARK(Save)->Arg(kFewBoards)->Arg(kBoards)->Unit(benchmark::kMillisecond);
 BENCHMARK(RenderBoard)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(LoadTwo)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Diff)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Merge)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(DeflatePicture)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -84,6 +84,10 @@ TABLE = {
          "Save/1000", None, "100 * Save/10", 1.2),
         ("quilt-tool render, 1,000 by 1,000 / deflating the picture",
          "RenderBoard", None, "DeflatePicture", 1.5),
+        ("quilt-tool diff of two games of 1,000 boards / loading both",
+         "Diff", None, "LoadTwo", 2.5),
+        ("quilt-tool merge of such games, less the save / loading both",
+         "Merge", "Save/1000", "LoadTwo", 4.0),
     ],
 }
 

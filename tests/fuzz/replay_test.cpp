@@ -58,12 +58,11 @@ TEST_P(Replay, SeedsAndPastCrashes) {
     EXPECT_GE(seeds, 5) << "the seeds are gone";
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, Replay,
-                         testing::Values(Target{"archive", FuzzArchive},
-                                         Target{"text", FuzzText, true},
-                                         Target{"selector", FuzzSelector},
-                                         Target{"qcf", FuzzQcf, true}, Target{"chr", FuzzChr, true},
-                                         Target{"txt", FuzzTxt, true}, Target{"att", FuzzAtt, true},
-                                         Target{"bmp", FuzzBmp, true},
-                                         Target{"zobj", FuzzZobj, true}),
-                         [](const auto& test) { return std::string(test.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Targets, Replay,
+    testing::Values(Target{"archive", FuzzArchive}, Target{"text", FuzzText, true},
+                    Target{"selector", FuzzSelector}, Target{"qcf", FuzzQcf, true},
+                    Target{"chr", FuzzChr, true}, Target{"txt", FuzzTxt, true},
+                    Target{"att", FuzzAtt, true}, Target{"bmp", FuzzBmp, true},
+                    Target{"zobj", FuzzZobj, true}, Target{"repair", FuzzRepair, true}),
+    [](const auto& test) { return std::string(test.param.name); });

@@ -4,6 +4,7 @@
 #include "engine/dinterface.h"
 #include "engine/game_archive.h"
 #include "engine/report.h"
+#include "tool/compare/salvage.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -148,4 +149,22 @@ void FuzzSelector(const std::uint8_t* data, std::size_t size) {
     vWorld->ReleaseHandle(h);
     for (Handle free = 1; free < kMaxHandles; ++free)
         Require(!vWorld->Node(free), "released handles are free");
+}
+
+void FuzzRepair(const std::uint8_t* data, std::size_t size) {
+    Salvage salvage;
+    SalvageGame(Chars(data, size), salvage);
+    Game& game = salvage.game;
+    if (salvage.empty || SurfaceBytes(game.root) > kWrittenBytes) return;
+    const Bitmap usual = MakeBitmap(8, 8);
+    clear_bitmap(usual.get());
+    std::string why;
+    const std::string bytes =
+        ComposeGame(game.sheet ? game.sheet.get() : usual.get(), game.root, 1, 1, why);
+    // Nodes that were read with marks missing can be such as no file holds.
+    if (bytes.empty()) return Require(!why.empty(), "what cannot be saved has a reason");
+    Game again;
+    GameFault fault;
+    Require(ReadGame(*ZipReader::InMemory(bytes), "fuzz.zqlt", Ids(), again, fault),
+            "what was saved can be read");
 }

@@ -25,5 +25,8 @@ void FuzzBmp(const std::uint8_t* data, std::size_t size);
 /// The bytes as an object file "fuzz.zobj": imported, exported and imported again.
 void FuzzZobj(const std::uint8_t* data, std::size_t size);
 
+/// The bytes as a damaged archive: what is saved of them can be composed and read.
+void FuzzRepair(const std::uint8_t* data, std::size_t size);
+
 /// What every target checks by: aborts with the text when it does not hold.
 void Require(bool holds, const char* what);
