@@ -1,10 +1,10 @@
 #include "docs/screens/camera.h"
 
 #include "platform/qt/qt_text.h"
+#include "tests/support/hands/hands.h"
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QTimer>
@@ -83,14 +83,6 @@ QPixmap WithMenus(QWidget& over, const std::vector<QMenu*>& menus) {
     return picture;
 }
 
-void Click(QWidget& widget, QEvent::Type type, QPoint at, Qt::KeyboardModifiers with) {
-    const Qt::MouseButton changed = type == QEvent::MouseMove ? Qt::NoButton : Qt::RightButton;
-    const Qt::MouseButtons held =
-        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::RightButton;
-    QMouseEvent event(type, at, widget.mapToGlobal(at), changed, held, with);
-    QApplication::sendEvent(&widget, &event);
-}
-
 }  // namespace
 
 void Settle() {
@@ -140,8 +132,6 @@ void Camera::TakeMenu(const std::string& name, QWidget& over, QPoint from, QPoin
         Save(WithMenus(*over.window(), open), name);
         first->close();
     });
-    Click(over, QEvent::MouseButtonPress, from, with);
-    if (to != from) Click(over, QEvent::MouseMove, to, with);
-    Click(over, QEvent::MouseButtonRelease, to, with);
+    Drag(over, to == from ? std::vector{from} : std::vector{from, to}, Qt::RightButton, with);
     Settle();
 }

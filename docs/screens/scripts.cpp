@@ -1,9 +1,7 @@
 #include "docs/screens/album.h"
 
 #include "editor/script/do_programming.h"
-
-#include <QApplication>
-#include <QKeyEvent>
+#include "tests/support/hands/hands.h"
 
 namespace {
 
@@ -37,12 +35,6 @@ constexpr Scene kScenes[] = {
     {"script-tip.png", kShort, "#walk "},
 };
 
-void Press(QWidget& widget, int key, const QString& text,
-           Qt::KeyboardModifiers with = Qt::NoModifier) {
-    QKeyEvent down(QEvent::KeyPress, key, with, text);
-    QApplication::sendEvent(&widget, &down);
-}
-
 }  // namespace
 
 void TakeScripts(Studio& studio) {
@@ -54,8 +46,8 @@ void TakeScripts(Studio& studio) {
             scene.file, [] { DoProgramming().Run(); },
             [&](QDialog& dialog) {
                 auto* code = dialog.findChild<QWidget*>(QString::number(kScriptText));
-                Press(*code, Qt::Key_End, {}, Qt::ControlModifier);
-                for (const QChar c : QString::fromUtf8(scene.typed)) Press(*code, 0, QString(c));
+                Press(*code, Qt::Key_End, Qt::ControlModifier);
+                Type(*code, QString::fromUtf8(scene.typed));
             });
     }
 }

@@ -64,7 +64,7 @@ TEST_F(MainWindow, AClickGivesAPickerTheArrowKeys) {
     ClickOnPanel(kBrushPreview);
     EXPECT_EQ(vBrush, (Brush{66, 20, 1, 0}));
     // Unforeseen, a dialog would fail the test.
-    Person::Drag(Control(kBrushPreview), {{5, 8}, {5, -200}}, Qt::LeftButton);
+    Drag(Control(kBrushPreview), {{5, 8}, {5, -200}}, Qt::LeftButton);
     Settle();
 }
 
@@ -118,7 +118,7 @@ TEST_F(MainWindow, AMenuHigherThanTheScreenScrolls) {
         EXPECT_TRUE(open->rect().contains(open->actionGeometry(open->activeAction())));
         menu.close();
     });
-    Person::Click(*list, {30, 25}, Qt::RightButton);
+    Click(*list, {30, 25}, Qt::RightButton);
 }
 
 TEST_F(MainWindow, ABoxIsAsWideAsItsTitle) {

@@ -47,7 +47,7 @@ protected:
         return In<Widget>(*window, id);
     }
     void ClickOnPanel(int id) {
-        Person::Click(Control(id), {5, 8});
+        Click(Control(id), {5, 8});
         Settle();
     }
 
@@ -63,13 +63,9 @@ protected:
         Settle();
     }
 
-    void Keys(std::initializer_list<Qt::Key> keys) {
-        for (Qt::Key code : keys) Person::Press(*edit, code);
-    }
     /// A key to whatever has the focus of the dialog.
     static void Key(QDialog& dialog, Qt::Key code) {
-        QWidget* focus = dialog.focusWidget();
-        QTest::keyClick(focus ? focus : &dialog, code);
+        Press(dialog.focusWidget() ? *dialog.focusWidget() : dialog, code);
     }
     static void Fill(QDialog& dialog, int id, const QString& text) {
         auto& field = In<QLineEdit>(dialog, id);

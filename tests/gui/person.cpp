@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 #include <QAction>
 #include <QApplication>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QtTest>
 #include <algorithm>
 
 namespace {
@@ -72,7 +70,7 @@ void Person::ChooseInMenu(const std::vector<std::string>& path) {
             QAction* entry = EntryOf(*open, text);
             if (!entry) return menu.close(), void();
             open->setActiveAction(entry);
-            QTest::keyClick(open, entry->menu() ? Qt::Key_Right : Qt::Key_Return);
+            Press(*open, entry->menu() ? Qt::Key_Right : Qt::Key_Return);
             open = entry->menu();
         }
     });
@@ -89,39 +87,12 @@ void Person::AnswerBox(const std::string& text, bool ok) {
 }
 
 void Person::AnswerFileDialog(const std::string& path) {
-    OnDialog([path](QDialog& dialog) {
-        auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        ASSERT_NE(name, nullptr);
-        name->setText(QString::fromStdString(path));
-        QTest::keyClick(name, Qt::Key_Return);
-    });
+    OnDialog([path](QDialog& dialog) { AnswerWith(dialog, path); });
 }
 
-void Person::Press(QWidget& widget, Qt::Key code, Qt::KeyboardModifiers with) {
-    QTest::keyClick(&widget, code, with);
-}
-
-void Person::Type(QWidget& widget, const QString& text) {
-    for (const QChar c : text) {
-        QKeyEvent down(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
-        QApplication::sendEvent(&widget, &down);
-    }
-}
-
-void Person::Click(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with) {
-    Drag(widget, {at}, button, with);
-}
-
-void Person::Drag(QWidget& widget, const std::vector<QPoint>& path, Qt::MouseButton button,
-                  Qt::KeyboardModifiers with) {
-    const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton changed) {
-        const Qt::MouseButtons held =
-            type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::MouseButtons(button);
-        QMouseEvent event(type, at, widget.mapToGlobal(at), changed, held, with);
-        QApplication::sendEvent(&widget, &event);
-    };
-    send(QEvent::MouseButtonPress, path.front(), button);
-    for (std::size_t i = 1; i < path.size(); ++i) send(QEvent::MouseMove, path[i], Qt::NoButton);
-    send(QEvent::MouseButtonRelease, path.back(), button);
-    QApplication::processEvents();
+void Person::AnswerWith(QDialog& dialog, const std::string& path) {
+    auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    ASSERT_NE(name, nullptr);
+    name->setText(QString::fromStdString(path));
+    Press(*name, Qt::Key_Return);
 }

@@ -1,5 +1,7 @@
-// What a person does with the program: keys, mouse, menus and dialogs of the real widgets.
+// What a person does with the menus and dialogs that open, by hand.
 #pragma once
+
+#include "tests/support/hands/hands.h"
 
 #include <QDialog>
 #include <QMenu>
@@ -28,13 +30,8 @@ public:
     void AnswerBox(const std::string& text, bool ok = true);
     void AnswerFileDialog(const std::string& path);
 
-    static void Press(QWidget& widget, Qt::Key code, Qt::KeyboardModifiers with = Qt::NoModifier);
-    static void Type(QWidget& widget, const QString& text);
-    static void Click(QWidget& widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
-                      Qt::KeyboardModifiers with = Qt::NoModifier);
-    /// Press at the first point, move over the others, release at the last.
-    static void Drag(QWidget& widget, const std::vector<QPoint>& path, Qt::MouseButton button,
-                     Qt::KeyboardModifiers with = Qt::NoModifier);
+    /// Types a path into an open file dialog.
+    static void AnswerWith(QDialog& dialog, const std::string& path);
 
     /// The entry of a menu with that text, mnemonics included, or null with a failure.
     static QAction* EntryOf(const QMenu& menu, const std::string& text);

@@ -35,6 +35,7 @@
 #include <QScrollBar>
 #include <QtTest>
 #include <filesystem>
+#include <map>
 
 namespace {
 
@@ -95,15 +96,13 @@ void CheckLayout(QWidget& form, const char* name) {
     EXPECT_NEAR(used.left(), form.width() - 1 - used.right(), 3) << name;
 }
 
-int Brightness(QRgb color) { return qGray(color); }
-
 // The largest difference in brightness between a place on the form and the pixels of an area.
 int Contrast(const QImage& image, QRect area, QRgb ground) {
     int most = 0;
     area &= image.rect();
     for (int y = area.top(); y <= area.bottom(); ++y)
         for (int x = area.left(); x <= area.right(); ++x)
-            most = std::max(most, std::abs(Brightness(image.pixel(x, y)) - Brightness(ground)));
+            most = std::max(most, std::abs(qGray(image.pixel(x, y)) - qGray(ground)));
     return most;
 }
 
@@ -141,6 +140,7 @@ protected:
     }
 
     static void Settle() { QTest::qWait(20); }
+    QWidget& Edit() { return *window->findChild<QWidget*>(QStringLiteral("edit")); }
     QtForm& Panel() { return *window->findChild<QtForm*>(QStringLiteral("panel")); }
     void ShowPanel(int mode) {
         vPanelMode = mode;
@@ -176,7 +176,7 @@ protected:
 
 TEST_F(Screens, EveryTextHasRoom) { ForEachForm(CheckLayout); }
 
-TEST_F(Screens, TheSmallestWindowCutsNoPanel) {
+TEST_F(Screens, TheSmallestWindowCutsNoPanelAndALargeOneGivesItsRoomToTheEditView) {
     window->resize(800, 600);
     Settle();
     for (const int mode : {kPanelPaint, kPanelProperties}) {
@@ -189,21 +189,40 @@ TEST_F(Screens, TheSmallestWindowCutsNoPanel) {
         EXPECT_FALSE(area->horizontalScrollBar()->isVisible());
         EXPECT_FALSE(area->verticalScrollBar()->isVisible());
     }
-}
-
-TEST_F(Screens, ALargeWindowGivesItsRoomToTheEditView) {
     window->resize(3840, 2160);
     Settle();
-    const platform::Size list = window->PaneSize(platform::Pane::Left);
-    const platform::Size edit = window->PaneSize(platform::Pane::Upper);
-    EXPECT_EQ(list.w, 200);
+    EXPECT_EQ(window->PaneSize(platform::Pane::Left).w, 200);
     EXPECT_EQ(window->PaneSize(platform::Pane::Lower).h, 135);
-    EXPECT_GT(edit.w, 3600);
-    EXPECT_GT(edit.h, 1900);
-    // The board's last tile is where it belongs, and past it nothing is left over.
-    auto* view = window->findChild<QWidget*>(QStringLiteral("edit"));
-    const QImage shown = view->grab().toImage();
+    EXPECT_GT(window->PaneSize(platform::Pane::Upper).w, 3600);
+    EXPECT_GT(window->PaneSize(platform::Pane::Upper).h, 1900);
+    // Past the board nothing is left over.
+    const QImage shown = Edit().grab().toImage();
     EXPECT_EQ(shown.pixel(shown.width() - 1, shown.height() - 1) & 0xffffff, 0u);
+}
+
+// Upright stripes, a tile wide each: tiles keep whole device pixels.
+TEST_F(Screens, TilesKeepWholeDevicePixels) {
+    Dobject& board = *vWorld->Root().children.front();
+    board.EraseAll();
+    for (int i = 0; i < board.width * board.height; ++i)
+        board.PutTile(i % board.width, i / board.width, 219, i % 2 ? 47 : 63, 47, 0);
+    app.Frame().RedrawAll();
+    Settle();
+    const QImage image = window->grab().toImage();
+    const QPoint origin = Edit().mapTo(window, QPoint(0, 0)) * image.devicePixelRatio();
+    std::map<int, int> runs;  // length -> how often
+    const int y = origin.y() + image.height() / 3;
+    for (int x = origin.x(), start = x; x + 1 < image.width(); ++x) {
+        const QRgb here = image.pixel(x, y);
+        if (here == image.pixel(x + 1, y)) continue;
+        for (const std::size_t stripe : {47, 63})
+            if (here == (vScreenColors[stripe] | 0xff000000)) ++runs[x + 1 - start];
+        start = x + 1;
+    }
+    const int tile = 8 * static_cast<int>(image.devicePixelRatio());
+    EXPECT_GT(runs[tile], 20);
+    // The first tile has the cursor over it, the last is cut by the window's edge.
+    for (const auto& [length, count] : runs) EXPECT_TRUE(length == tile || count <= 2) << length;
 }
 
 TEST_F(Screens, NothingIsLostOnADarkDesktop) {
@@ -239,7 +258,7 @@ TEST_F(Screens, PickersChooseWhatIsShown) {
                         (shown.pixel(x + 4, y + 4) | 0xff000000) == wanted)
                         at = {x + 2, y + 2};
             ASSERT_GE(at.x(), 0) << color;
-            Person::Click(colors, (QPointF(at) / ratio).toPoint());
+            Click(colors, (QPointF(at) / ratio).toPoint());
             EXPECT_EQ(vBrush.fg, color);
         }
         // The full block is the one glyph without a clear pixel.
@@ -253,7 +272,7 @@ TEST_F(Screens, PickersChooseWhatIsShown) {
                     full = qGray(sheet.pixel(x + i % side, y + i / side)) > 250;
                 if (!full) continue;
                 const QPointF middle(x + side / 2.0, y + side / 2.0);
-                Person::Click(glyphs, (middle / ratio).toPoint());
+                Click(glyphs, (middle / ratio).toPoint());
                 EXPECT_EQ(vBrush.chr, 219);
                 y = sheet.height();
                 break;

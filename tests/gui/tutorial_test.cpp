@@ -32,16 +32,16 @@ protected:
     }
 
     // Opens the menu by a drag and goes down the texts in it, to what may be a dialog.
-    void Drag(QPoint from, QPoint to, const std::vector<std::string>& path,
-              Qt::KeyboardModifiers with = Qt::NoModifier,
-              std::function<void(QDialog&)> inDialog = {}) {
+    void DragFor(QPoint from, QPoint to, const std::vector<std::string>& path,
+                 Qt::KeyboardModifiers with = Qt::NoModifier,
+                 std::function<void(QDialog&)> inDialog = {}) {
         person.ChooseInMenu(path);
         if (inDialog) person.OnDialog(std::move(inDialog));
-        Person::Drag(*edit, {from, to}, Qt::RightButton, with);
+        Drag(*edit, {from, to}, Qt::RightButton, with);
         Settle();
     }
     static void ClickColor(QWidget& dialog, int id, int color) {
-        Person::Click(In(dialog, id), {color % 16 * 11 + 5, color / 16 * 10 + 5});
+        Click(In(dialog, id), {color % 16 * 11 + 5, color / 16 * 10 + 5});
     }
     static void PressOk(QDialog& dialog) { In<QPushButton>(dialog, platform::kIdOk).click(); }
 
@@ -69,7 +69,7 @@ TEST_F(Tutorial, KeepsItsPromises) {
     Says(
         "Click a tile inside the frame with the right button: the area tools open. Choose "
         "\"Flood\", \"Fade\", \"Normal\". In the dialog the button \"Set\" offers \"Grass\"; OK");
-    Drag(At(10, 10), At(10, 10), {"F&lood", "Fa&de", "&Normal"}, {}, [this](QDialog& dialog) {
+    DragFor(At(10, 10), At(10, 10), {"F&lood", "Fa&de", "&Normal"}, {}, [this](QDialog& dialog) {
         person.ChooseInMenu({"Grass"});
         In<QPushButton>(dialog, kFadeSetButton).click();
         PressOk(dialog);
@@ -79,59 +79,56 @@ TEST_F(Tutorial, KeepsItsPromises) {
         "Choose the full block, glyph 219, and a dark brown as foreground, then OK. Drag a box "
         "over the middle of the meadow with the right button and choose \"Fill\"");
     person.OnDialog([](QDialog& dialog) {
-        Person::Click(In(dialog, kBrushChar), {11 * 16 + 8, 13 * 16 + 8});
+        Click(In(dialog, kBrushChar), {11 * 16 + 8, 13 * 16 + 8});
         ClickColor(dialog, kBrushFg, 124);
         PressOk(dialog);
     });
     ClickOnPanel(kBrushPreview);
-    Drag(At(30, 25), At(42, 31), {"&Fill"});
+    DragFor(At(30, 25), At(42, 31), {"&Fill"});
 
     Says(
         "Click the middle tile of the house's lowest row. Press Home four times, which darkens "
         "the brush, then Space, Up, Space, Up, Space: a door.");
-    Person::Click(*edit, At(36, 31));
-    Keys({Qt::Key_Home, Qt::Key_Home, Qt::Key_Home, Qt::Key_Home});
-    Keys({Qt::Key_Space, Qt::Key_Up, Qt::Key_Space, Qt::Key_Up, Qt::Key_Space});
+    Click(*edit, At(36, 31));
+    for (Qt::Key code : {Qt::Key_Home, Qt::Key_Home, Qt::Key_Home, Qt::Key_Home, Qt::Key_Space,
+                         Qt::Key_Up, Qt::Key_Space, Qt::Key_Up, Qt::Key_Space})
+        Press(*edit, code);
 
     Says(
         "Hold Ctrl and drag with the right button from above the house's left corner to a point "
         "higher up in the middle; choose \"Line\", \"Fill\". Do the same from there to the right "
         "corner: a roof.");
-    Drag(At(30, 24), At(36, 18), {"&Line", "&Fill"}, Qt::ControlModifier);
-    Drag(At(36, 18), At(42, 24), {"&Line", "&Fill"}, Qt::ControlModifier);
+    DragFor(At(30, 24), At(36, 18), {"&Line", "&Fill"}, Qt::ControlModifier);
+    DragFor(At(36, 18), At(42, 24), {"&Line", "&Fill"}, Qt::ControlModifier);
 
     Says(
         "Press End eight times, choose \"Add Text\" on the panel, click a tile of the wall and "
         "type INN. Choose \"Brush\" on the panel again.");
-    for (int i = 0; i < 8; ++i) Keys({Qt::Key_End});
+    for (int i = 0; i < 8; ++i) Press(*edit, Qt::Key_End);
     ClickOnPanel(kRadioText);
-    Person::Click(*edit, At(35, 26));
-    Person::Type(*edit, QStringLiteral("INN"));
+    Click(*edit, At(35, 26));
+    Type(*edit, QStringLiteral("INN"));
     ClickOnPanel(kRadioBrush);
 
     Says(
         "Drag a box around house and roof with the right button, choose \"Make Object\", type inn "
         "and press Enter. The new object stands at the top left of the board.");
-    Drag(At(30, 18), At(42, 31), {"&Make Object"}, {}, [](QDialog& dialog) {
+    DragFor(At(30, 18), At(42, 31), {"&Make Object"}, {}, [](QDialog& dialog) {
         QTest::keyClicks(dialog.focusWidget(), QStringLiteral("inn"));
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
 
     Says("Press \"PROPERTIES\" on the panel, then drag with the right button: the object follows.");
     ClickOnPanel(kToProperties);
-    Person::Drag(*edit, {At(2, 2), At(20, 20), At(55, 40)}, Qt::RightButton);
+    Drag(*edit, {At(2, 2), At(20, 20), At(55, 40)}, Qt::RightButton);
 
     Says(
         "Press \"Programming\" and type this, then OK. Enter ends the line; while a word is only "
         "begun, it takes the one that is offered. @inn #end :touch The inn opens at dusk. #end");
     person.OnDialog([](QDialog& dialog) {
         QWidget& code = In(dialog, kScriptText);
-        const auto type = [&](const char* text) { Person::Type(code, QString::fromLatin1(text)); };
-        const auto enter = [&] { Person::Press(code, Qt::Key_Return); };
-        for (const char* line : {"@inn", "#end", ":touch", "The inn opens at dusk.", "#end"}) {
-            type(line);
-            enter();
-        }
+        for (const char* line : {"@inn", "#end", ":touch", "The inn opens at dusk.", "#end"})
+            Type(code, QString::fromLatin1(line) + QLatin1Char('\n'));
         PressOk(dialog);
     });
     ClickOnPanel(kNodeProgramming);

@@ -7,18 +7,6 @@
 
 namespace {
 
-void TypeKeys(QDialog& dialog, const std::string& text) {
-    QWidget& code = *dialog.findChild<QWidget*>(QString::number(kScriptText));
-    for (const QChar c : QString::fromStdString(text)) {
-        if (c == QLatin1Char('\n'))
-            Person::Press(code, Qt::Key_Return);
-        else if (c == QLatin1Char('\t'))
-            Person::Press(code, Qt::Key_Tab);
-        else
-            Person::Type(code, QString(c));
-    }
-}
-
 void CollectScripts(const Dobject& node, std::vector<std::string>& scripts) {
     if (!node.script.empty()) scripts.push_back(node.script);
     for (const auto& child : node.children) CollectScripts(*child, scripts);
@@ -36,7 +24,7 @@ TEST_F(MainWindow, ScriptsComeOutAsTheyAreTyped) {
     for (const std::string& script : scripts) {
         Board().script.clear();
         person.OnDialog([&](QDialog& dialog) {
-            TypeKeys(dialog, script);
+            Type(In(dialog, kScriptText), QString::fromStdString(script));
             In<QAbstractButton>(dialog, platform::kIdOk).click();
         });
         DoProgramming().Run();

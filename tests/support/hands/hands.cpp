@@ -24,6 +24,12 @@ void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with) {
 void Type(QWidget& widget, const QString& text) {
     const QPointer<QWidget> alive(&widget);
     for (const char32_t c : text.toUcs4()) {
+        const Qt::Key key = c == '\n'   ? Qt::Key_Return
+                            : c == '\t' ? Qt::Key_Tab
+                            : c == 27   ? Qt::Key_Escape
+                                        : Qt::Key(0);
+        if (key && alive) Press(widget, key);
+        if (key) continue;
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
             if (!alive) return;
             QKeyEvent event(type, 0, Qt::NoModifier, QString::fromUcs4(&c, 1));

@@ -10,7 +10,8 @@
 
 /// A key down and up, accelerators and mnemonics included.
 void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with = {});
-/// Each character as one key press, whatever keyboard could have typed it.
+/// Each character as one key press, whatever keyboard could have typed it; line ends, tabs and
+/// escapes by their keys.
 void Type(QWidget& widget, const QString& text);
 /// A text that an input method has composed.
 void Compose(QWidget& widget, const QString& text);
