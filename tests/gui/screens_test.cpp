@@ -202,6 +202,7 @@ TEST_F(Screens, TheSmallestWindowCutsNoPanelAndALargeOneGivesItsRoomToTheEditVie
 
 // Upright stripes, a tile wide each: tiles keep whole device pixels.
 TEST_F(Screens, TilesKeepWholeDevicePixels) {
+    window->resize(1000, 700);
     Dobject& board = *vWorld->Root().children.front();
     board.EraseAll();
     for (int i = 0; i < board.width * board.height; ++i)
