@@ -1,5 +1,7 @@
 #include "tests/support/scripted_platform.h"
 
+#include "engine/dinterface.h"
+
 using platform::Pane;
 using platform::Size;
 
@@ -19,20 +21,54 @@ int ScriptedWindow::TrackPopupMenu(const platform::Menu& menu, platform::Point s
 
 void ScriptedWindow::Paint() {
     invalidated = 0;
-    if (events) events->OnDraw(*this);
+    if (events) script.Do([this] { events->OnDraw(*this); });
+}
+
+void ScriptedWindow::Drag(platform::Point from, platform::Point to, bool ctrl) {
+    using platform::WindowEvents;
+    Send(&WindowEvents::OnLButtonDown, ctrl, from);
+    if (!(from == to)) Send(&WindowEvents::OnMouseMove, ctrl, to);
+    Send(&WindowEvents::OnLButtonUp, ctrl, to);
 }
 
 // --- forms -------------------------------------------------------------------------------------
 
+namespace {
+
+using platform::Control;
+using platform::ControlKind;
+
+// What a form's table must be, whatever form it is: each control lies inside and over no other,
+// has a name, and says what it is for if anything can be done with it.
+void CheckLayout(const platform::Form& form) {
+    const auto meet = [](int a, int aw, int b, int bw) { return a < b + bw && b < a + aw; };
+    for (const Control& c : form.controls) {
+        SCOPED_TRACE(std::string(form.caption) + ": " + c.text);
+        EXPECT_STRNE(c.text, "");
+        EXPECT_TRUE(c.x > 0 && c.y > 0 && c.x + c.w < form.w && c.y + c.h < form.h);
+        if (c.kind == ControlKind::Group) continue;
+        const bool still = c.kind == ControlKind::Label || c.kind == ControlKind::Code;
+        EXPECT_EQ(std::string(c.tip).empty(), still);
+        for (const Control& o : form.controls)
+            EXPECT_TRUE(&o == &c || (o.id != c.id && (o.kind == ControlKind::Group ||
+                                                      !meet(o.x, o.w, c.x, c.w) ||
+                                                      !meet(o.y, o.h, c.y, c.h))))
+                << o.text;
+    }
+}
+
+}  // namespace
+
 ScriptedForm::ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
                            platform::FormEvents& listener)
     : layout(form), events(listener), script(owner), bar(listener.FormMenu()) {
-    for (const platform::Control& control : form.controls) {
+    CheckLayout(form);
+    for (const Control& control : form.controls) {
         controls[control.id] = {&control, control.text, false, control.enabled, control.low};
-        if (control.kind == platform::ControlKind::Picture)
+        if (control.kind == ControlKind::Picture)
             pictures[control.id] = std::make_unique<ScriptedWindow>(
                 owner, listener.PictureEvents(control.id), Size{control.w, control.h});
-        if (control.kind == platform::ControlKind::Code) codes[control.id];
+        if (control.kind == ControlKind::Code) codes[control.id];
     }
     events.OnInit(*this);
     events.OnFormPaint(*this);
@@ -49,6 +85,40 @@ ScriptedForm::State* ScriptedForm::Usable(int id) {
     if (state.control && state.enabled) return &state;
     ADD_FAILURE() << "control " << id << (state.control ? " is disabled" : " does not exist");
     return nullptr;
+}
+
+std::string ScriptedForm::Look() const {
+    std::string look;
+    for (const Control& control : layout.controls) {
+        const State& state = controls.at(control.id);
+        std::string held;
+        switch (control.kind) {
+            case ControlKind::Edit:
+            case ControlKind::NumberEdit:
+            case ControlKind::ReadOnlyEdit:
+                held = "'" + state.text + "'";
+                break;
+            case ControlKind::CheckBox:
+            case ControlKind::Radio:
+                held = state.checked ? "[x]" : "[ ]";
+                break;
+            case ControlKind::Slider:
+            case ControlKind::VSlider:
+                held = "=" + std::to_string(state.value);
+                break;
+            default:
+                break;
+        }
+        if (!state.enabled) held = "!" + held;
+        if (!held.empty()) look += (look.empty() ? "" : " ") + held;
+    }
+    return look;
+}
+
+bool ScriptedForm::Press(int code) {
+    bool taken = false;
+    script.Do([&] { taken = events.OnFormKey(*this, code); });
+    return taken;
 }
 
 platform::Window* ScriptedForm::Picture(int id) {
@@ -79,34 +149,33 @@ bool CanChoose(const platform::Menu& menu, int command) {
 }  // namespace
 
 void ScriptedForm::Choose(int command) {
-    if (CanChoose(bar, command)) events.OnCommand(*this, command);
+    if (CanChoose(bar, command)) script.Do([&] { events.OnCommand(*this, command); });
 }
 
 void ScriptedForm::Click(int id) {
     State* state = Usable(id);
     if (!state) return;
-    using platform::ControlKind;
     if (state->control->kind == ControlKind::CheckBox) state->checked = !state->checked;
     if (state->control->kind == ControlKind::Radio) {
         for (auto& [other, own] : controls)
             if (own.control->kind == ControlKind::Radio) own.checked = other == id;
     }
-    events.OnControl(*this, id);
+    script.Do([&] { events.OnControl(*this, id); });
 }
 
 void ScriptedForm::Type(int id, const std::string& text) {
     if (State* state = Usable(id)) {
-        const bool limited = state->control->kind == platform::ControlKind::Edit;
+        const bool limited = state->control->kind == ControlKind::Edit;
         const auto most = static_cast<std::size_t>(limited ? state->control->high : 0);
         state->text = most > 0 ? text.substr(0, most) : text;
-        events.OnChange(*this, id);
+        script.Do([&] { events.OnChange(*this, id); });
     }
 }
 
 void ScriptedForm::Slide(int id, int value) {
     if (State* state = Usable(id)) {
         state->value = value;
-        events.OnChange(*this, id);
+        script.Do([&] { events.OnChange(*this, id); });
     }
 }
 
@@ -146,7 +215,7 @@ void ScriptedFrame::InvalidateAll() {
 }
 
 void ScriptedFrame::Choose(int command) {
-    if (CanChoose(bar, command)) events.OnCommand(command);
+    if (CanChoose(bar, command)) script.Do([&] { events.OnCommand(command); });
 }
 
 // --- the platform ------------------------------------------------------------------------------
@@ -180,6 +249,12 @@ void ScriptedPlatform::ExpectDialog(const std::string& caption,
 
 std::optional<ScriptedPlatform::Step> ScriptedPlatform::Take(const std::string& kind,
                                                              const std::string& what) {
+    if (answersAll && (steps.empty() || steps.front().kind != kind)) {
+        asked.push_back(kind + " " + what);
+        return Step{.kind = kind,
+                    .text = what,
+                    .person = [](ScriptedForm& form) { form.Click(platform::kIdOk); }};
+    }
     if (steps.empty() || steps.front().kind != kind) {
         ADD_FAILURE() << "unexpected " << kind << " \"" << what << "\"";
         return std::nullopt;
@@ -193,8 +268,22 @@ void ScriptedPlatform::Pump() {
     while (!posted.empty()) {
         const int command = posted.front();
         posted.pop_front();
-        frame->events.OnCommand(command);
+        Do([&] { frame->events.OnCommand(command); });
     }
+}
+
+// What is open is a place that a probe does not get. The first slot is the root's for good.
+void ScriptedPlatform::ExpectNothingOpen() {
+    if (!vWorld) return;
+    constexpr int kProbes = 64;
+    static Dobject probes[kProbes];
+    for (int i = 0; i < kProbes; ++i) probes[i].id = -1000 - i;
+    int last = 0;
+    for (Dobject& probe : probes) last = vWorld->AddHandle(&probe);
+    EXPECT_EQ(last, kProbes) << "handles are open";
+    for (Handle h = 1; h <= last; ++h)
+        if (vWorld->GetId(h) <= -1000) vWorld->ReleaseHandle(h);
+    EXPECT_EQ(vWorld->FindFreeHandleList(), 0) << "lists are open";
 }
 
 bool ScriptedPlatform::MessageBox(const std::string& text, const std::string& caption,

@@ -38,6 +38,15 @@ public:
 
     /// Repaints at once and keeps what is shown.
     void Paint();
+    /// One event of a person, such as Send(&WindowEvents::OnKeyDown, kKeyTab).
+    template <typename... Told, typename... Given>
+    void Send(void (platform::WindowEvents::*event)(Told...), Given... given);
+    void Keys(std::initializer_list<int> codes) {
+        for (int code : codes) Send(&platform::WindowEvents::OnKeyDown, code);
+    }
+    /// The left button down at one place, up at another.
+    void Drag(platform::Point from, platform::Point to, bool ctrl = false);
+    void Click(platform::Point at, bool ctrl = false) { Drag(at, at, ctrl); }
     int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
 
     static constexpr int kScreenOffset = 1000;
@@ -91,12 +100,17 @@ public:
     void Invalidate() override { events.OnFormPaint(*this); }
     void EndDialog(int value) override { result = value; }
 
+    ScriptedWindow& Shown(int id) { return *pictures.at(id); }
+    /// What every control that holds something holds, in tab order: a text in quotes, a tick as
+    /// [x] or [ ], a slider as =3; "!" before what is disabled.
+    std::string Look() const;
+
     /// What a person does. On a control that is disabled or not there it fails the test.
     void Click(int id);
     void Type(int id, const std::string& text);
     void Slide(int id, int value);
     /// A key pressed; true when the form took it before its controls.
-    bool Press(int code) { return events.OnFormKey(*this, code); }
+    bool Press(int code);
     /// Chooses an entry of the form's menu bar.
     void Choose(int command);
 
@@ -176,8 +190,20 @@ public:
     void ExpectMenu(std::vector<std::string> texts, int choice);
     void ExpectDialog(const std::string& caption, std::function<void(ScriptedForm&)> person);
 
+    /// From now on nothing is unexpected: what the script does not name is answered by OK, a
+    /// menu or a choice of a file by Cancel, and written down here.
+    bool answersAll = false;
+    std::vector<std::string> asked;
+
     /// Carries out what was posted.
     void Pump();
+    /// One event of a person. After it, dialogs and all, no handle and no list may be open.
+    template <typename Act>
+    void Do(Act act) {
+        ++depth;
+        act();
+        if (--depth == 0) ExpectNothingOpen();
+    }
 
     // --- platform::Platform ---
     bool MessageBox(const std::string& text, const std::string& caption, platform::Buttons buttons,
@@ -225,8 +251,16 @@ private:
         std::function<void(ScriptedForm&)> person{};
     };
     std::optional<Step> Take(const std::string& kind, const std::string& what);
+    static void ExpectNothingOpen();
+
+    int depth = 0;
 
     std::deque<Step> steps;
     std::deque<int> posted;
     std::map<std::pair<std::string, std::string>, std::string> settings;
 };
+
+template <typename... Told, typename... Given>
+void ScriptedWindow::Send(void (platform::WindowEvents::*event)(Told...), Given... given) {
+    script.Do([&] { (events->*event)(given...); });
+}
