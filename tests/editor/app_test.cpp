@@ -1,12 +1,9 @@
-// The application on the scripted backend: start, document commands, panels, list and Run.
+// The application on the scripted backend: start, document commands and Run.
 
 #include "editor/commands.h"
 #include "editor/shell/do_save_notification.h"
-#include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
 #include "editor/shell/recent_files.h"
-#include "editor/view/brush.h"
-#include "platform/keys.h"
 #include "tests/support/plain_zip.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/temp_folder.h"
@@ -30,19 +27,9 @@ protected:
         ASSERT_TRUE(app->InitInstance(programFolder, game));
     }
     ScriptedFrame& Frame() { return *script.frame; }
-    ScriptedForm& Panel() { return *Frame().panel; }
     CQuiltDoc& Doc() { return app->Document(); }
     void Choose(int command) { Frame().Choose(command); }
-    void SwapPanel(int button) {
-        Panel().Click(button);
-        script.Pump();
-    }
     Dobject& FirstBoard() { return *vWorld->Root().children.front(); }
-    Dobject& AddObject(Dobject& parent, const std::string& name) {
-        Dobject* node = parent.Spawn(vWorld->TakeId(), 0);
-        node->Create(name, 1, 1);
-        return *node;
-    }
 
     const std::string programFolder = std::filesystem::current_path().string();
     TempFolder temp;
@@ -59,8 +46,17 @@ TEST_F(App, StartsOnANewGame) {
     EXPECT_EQ(Frame().caption, "Untitled - Tessel Works's QUILT!");
     EXPECT_TRUE(Frame().shown);
     EXPECT_EQ(Frame().home, &Frame().Edit());
+    EXPECT_EQ(Frame().leftWidth, 200);
+    EXPECT_EQ(Frame().lowerHeight, 135);
+    EXPECT_EQ(Frame().idle,
+              "Use arrow keys to move cursor.  Ctrl + Left mouse button drags the view.");
+    EXPECT_EQ(Frame().Edit().name + Frame().List().name, "Edit viewBoard / Object List");
+    EXPECT_TRUE(Frame().statusBar);
     EXPECT_EQ(vWorld->currentBoard, FirstBoard().id);
     EXPECT_EQ(FirstBoard().width, 80);
+    Frame().lowerHeight = 0;
+    app->Frame().OnSize({});
+    EXPECT_EQ(Frame().lowerHeight, 135);
     EXPECT_EQ(script.palette[15], 0xffffffu);
 }
 
@@ -150,105 +146,6 @@ TEST_F(App, SixRecentFilesAreKept) {
     std::vector<std::string> shown;
     for (const char* name : {"f5", "f8", "f7", "f6", "f4", "f3"}) shown.push_back(NormalPath(name));
     EXPECT_EQ(RecentFiles(), shown);
-}
-
-// --- the frame ---------------------------------------------------------------------------------
-
-TEST_F(App, ThePaintPanelWritesAtOnce) {
-    Start();
-    const auto type = [&](int code) { Frame().Edit().events->OnKeyDown(code); };
-    type(kKeyTab);
-    EXPECT_EQ(Panel().GetText(kBrushName), "Brush - TAB");
-    EXPECT_TRUE(Panel().IsChecked(kRadioBrush));
-    for (const auto& [radio, mode] :
-         {std::pair(kRadioBlender, kBrushBlender), std::pair(kRadioText, kBrushText),
-          std::pair(kRadioBrush, kBrushNormal)}) {
-        Panel().Click(radio);
-        EXPECT_EQ(vBrushMode, mode);
-        EXPECT_EQ(Panel().GetText(kBrushName), BrushModeName(mode));
-    }
-
-    vBrush = {65, -2, 1, 3};
-    Panel().Slide(kSlotSlider, 3);
-    EXPECT_EQ(vBrush, (Brush{0, 0, 0, 0}));
-    Panel().Slide(kSlotSlider, 0);
-    EXPECT_EQ(vBrush, (Brush{65, -2, 1, 3}));
-
-    FirstBoard().PutTile(5, 5, 1, 1, 1, 1);
-    Panel().Click(kSaveBackup);
-    FirstBoard().PutTile(5, 5, 2, 2, 2, 2);
-    Panel().Click(kRestoreBackup);
-    EXPECT_EQ(*FirstBoard().GetTile(5, 5), (Dtile{1, 1, 1, 1}));
-
-    vWorld->SetProperty(HandleGuard(vWorld->GetCurrentObject()), kViewW, 70);
-    Panel().Type(kStepX, "7");
-    Panel().Type(kStepY, "");
-    Panel().Click(kScrollForward);
-    EXPECT_EQ(FirstBoard().viewx, 7);
-    Panel().Click(kScrollForward);
-    EXPECT_EQ(FirstBoard().viewx, 10) << "not past the end";
-    Panel().Click(kScrollBack);
-    EXPECT_EQ(FirstBoard().viewx, 3);
-    script.ExpectMessage("integer between 0 and 100");
-    Panel().Type(kStepY, "101");
-    EXPECT_EQ(vStepY, 0);
-    EXPECT_EQ(Panel().focus, kStepY);
-    EXPECT_EQ(vStepX, 7);
-}
-
-TEST_F(App, PanelsSwapAndForgetTheAttributeTick) {
-    Start();
-    Panel().Click(kShowAttrib);
-    EXPECT_TRUE(vShowAttrib);
-    vBrushSlot = 4;
-    SwapPanel(kToProperties);
-    EXPECT_EQ(vPanelMode, kPanelProperties);
-    EXPECT_FALSE(vShowAttrib);
-    Panel().Click(kFocusMode);
-    Panel().Click(kHideObjs);
-    EXPECT_EQ(vViewMode, 3);
-    Panel().Click(kFocusMode);
-    EXPECT_EQ(vViewMode, 1);
-    vWorld->SetProperty(HandleGuard(vWorld->GetCurrentObject()), kViewW, 20);
-    Panel().Click(kShowAll);
-    EXPECT_EQ(FirstBoard().vieww, 80);
-    Panel().Click(kShowAll);
-    EXPECT_EQ(FirstBoard().vieww, 20);
-    EXPECT_EQ(FirstBoard().evieww, 0) << "nothing is kept aside any more";
-    SwapPanel(kToPaint);
-    EXPECT_EQ(vPanelMode, kPanelPaint);
-    EXPECT_FALSE(Panel().IsChecked(kShowAttrib));
-    EXPECT_EQ(Panel().GetValue(kSlotSlider), 4);
-}
-
-// --- the list ----------------------------------------------------------------------------------
-
-TEST_F(App, TheListSelectsScrollsAndSwaps) {
-    Start();
-    WindowEvents& list = *Frame().List().events;
-    Dobject& object = AddObject(FirstBoard(), "object");
-    const std::int32_t second = vWorld->NewBoard();
-    list.OnLButtonDown(false, {20, 15});
-    EXPECT_EQ(vWorld->currentObject, FirstBoard().id);
-    EXPECT_EQ(vWorld->Root().children.back()->posy, 480) << "the other board is parked";
-    list.OnMouseMove(false, {20, 37});
-    EXPECT_EQ(vWorld->currentBoard, second) << "a drag runs through the rows";
-    list.OnLButtonUp(false, {20, 37});
-
-    list.OnLButtonDown(true, {50, 50});
-    list.OnMouseMove(true, {50, 31});
-    list.OnLButtonUp(true, {50, 31});
-    list.OnLButtonDown(false, {20, 17});
-    EXPECT_EQ(vWorld->currentObject, object.id) << "19 pixels scroll one row";
-    list.OnMouseWheel(-120);
-    list.OnLButtonDown(false, {20, 15});
-    EXPECT_EQ(vWorld->currentObject, FirstBoard().id);
-    list.OnLButtonUp(false, {20, 15});
-
-    list.OnLButtonDblClk(true, {20, 15});
-    script.Pump();
-    EXPECT_EQ(vPanelMode, kPanelProperties);
-    EXPECT_TRUE(Panel().Picture(kPropViewer) != nullptr);
 }
 
 // --- Run ---------------------------------------------------------------------------------------

@@ -1,247 +1,520 @@
-// Selections, primitives and the plain actions.
+// Every entry of the two area menus beside a plain reading of its own path: what it selects and
+// what it does with that. And the library from which the fades take their glyphs.
 
 #include "editor/tools/fade_fills.h"
-#include "editor/view/fills.h"
-#include "editor/view/make_object.h"
-#include "tests/editor/area_world.h"
+#include "editor/view/area_commands.h"
+#include "editor/view/brush.h"
+#include "editor/view/quilt_view.h"
+#include "editor/view/selection.h"
+#include "editor/view/tile_clip.h"
+#include "editor/view/tool_menus.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <list>
+#include <map>
+#include <random>
+
+using platform::Menu;
+using platform::MenuItem;
 using platform::Point;
 using testing::ElementsAre;
 
-// --- selections --------------------------------------------------------------------------------
+namespace {
 
-TEST_F(AreaTest, ARectangleIsClampedCornerByCorner) {
-    const struct {
-        Point cursor, anchor;
-        std::vector<int> box;
-    } cases[] = {{{3, 2}, {3, 2}, {3, 2, 1, 1}},    {{5, 4}, {2, 1}, {2, 1, 4, 4}},
-                 {{2, 4}, {5, 1}, {2, 1, 4, 4}},    {{-3, -2}, {1, 1}, {0, 0, 2, 2}},
-                 {{-9, 1}, {-5, 3}, {0, 1, 1, 3}},  {{20, 30}, {25, 40}, {7, 5, 1, 1}},
-                 {{-1, -1}, {99, 99}, {0, 0, 8, 6}}};
-    for (const auto& c : cases) {
-        SelectRect(handle, c.cursor, c.anchor);
-        EXPECT_EQ(Box(), c.box);
-        EXPECT_EQ(std::count(vMask.begin(), vMask.begin() + 48, kSelected), c.box[2] * c.box[3]);
+// The first and the last are beyond a byte.
+constexpr FadeTiles kSet{256, 1, 2, 3, 300};
+constexpr Dtile kHole{65535, 65535, 65535, 65535};
+
+struct Entry {
+    std::string path;  // such as "Flood Fade Distance", without "&"
+    int command;
+};
+
+void AddEntries(const Menu& menu, const std::string& above, std::vector<Entry>& entries) {
+    for (const MenuItem& item : menu) {
+        std::string text = item.text;
+        std::erase(text, '&');
+        if (item.kind == MenuItem::Kind::Entry) entries.push_back({above + text, item.command});
+        AddEntries(item.items, above + text + " ", entries);
     }
-    board->posx = 2;
-    board->viewx = 3;
-    SelectRect(handle, {4, 1}, {4, 1});
-    EXPECT_THAT(Box(), ElementsAre(5, 1, 1, 1)) << "the place in a scrolled grid";
 }
 
-TEST_F(AreaTest, FloodsAreThoseOfThePlainWalk) {
-    std::mt19937 random(3);
-    for (int run = 0; run < 40; ++run) {
-        MakeBoard(1 + static_cast<int>(random() % 20), 1 + static_cast<int>(random() % 20));
-        Scatter(random, 2);
-        for (std::uint16_t Dtile::*field : {&Dtile::fg, &Dtile::bg, &Dtile::attrib})
-            board->tiles[random() % board->tiles.size()].*field = 9;
-        const Point seed{static_cast<int>(random()) % board->width,
-                         static_cast<int>(random()) % board->height};
-        const Dtile like = board->GetTile(seed.x, seed.y) ? At(seed.x, seed.y) : Dtile{};
-        std::vector<std::int32_t> plain(board->tiles.size());
-        std::vector<Point> list{seed};
-        Point low = seed, high = seed;
-        while (!list.empty()) {
+class Areas : public WorldTest, public ViewHost {
+protected:
+    Areas() {
+        ResetBrushes();
+        ClearTileClip();
+        AddEntries(MakeToolMenu(), "", entries);
+        AddEntries(MakePrimMenu(), "Prim ", entries);
+    }
+    int Roll(int low, int high) {
+        return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
+    }
+    void MakeBoard(int w, int h) {
+        world->ReleaseHandle(handle);
+        world->Root().EraseAll();
+        board = &AddNode(world->Root(), "board", w, h);
+        world->currentObject = board->id;
+        handle = HandleOf(*board);
+        board->posx = Roll(-2, 2);
+        board->viewy = Roll(0, 2);
+        for (Dtile& tile : board->tiles) {
+            tile = {static_cast<std::uint16_t>(Roll(0, 1)), 1, 2, 3};
+            std::uint16_t* fields[] = {&tile.fg, &tile.bg, &tile.attrib};
+            if (Roll(0, 9) == 0) *fields[Roll(0, 2)] = static_cast<std::uint16_t>(Roll(-1, 1));
+        }
+        board->RedrawTiles();
+    }
+    Point Local(Point at) const { return {at.x - board->posx, at.y + board->viewy}; }
+    bool Has(int x, int y) const {
+        return x >= box[0] && y >= box[1] && x < box[0] + box[2] && y < box[1] + box[3] &&
+               board->GetTile(x, y) && mask[Index(x, y)];
+    }
+    std::size_t Index(int x, int y) const { return static_cast<std::size_t>(y * board->width + x); }
+    template <typename Use>
+    void Each(Use use) {
+        for (int y = box[1]; y < box[1] + box[3]; ++y)
+            for (int x = box[0]; x < box[0] + box[2]; ++x)
+                if (Has(x, y)) use(x, y);
+    }
+    void Write(int x, int y, int chr, int fg, int bg, int attrib) {
+        Dtile& tile = tiles[Index(x, y)];
+        done[Index(x, y)] = true;
+        if (chr != -1) tile.chr = static_cast<std::uint16_t>(chr);
+        if (fg != -1) tile.fg = static_cast<std::uint16_t>(fg);
+        if (bg != -1) tile.bg = static_cast<std::uint16_t>(bg);
+        if (attrib != -1) tile.attrib = static_cast<std::uint16_t>(attrib);
+    }
+    void Write(int x, int y, int chr) { Write(x, y, chr, brush.fg, brush.bg, brush.attrib); }
+
+    // --- plain readings, drawing from the generator in the same order ---
+    void Select(const std::string& path, Point cursor, Point anchor);
+    void Act(const std::string& path, Point cursor, Point anchor);
+    void Distance();
+    void Normal();
+    void Slime();
+    void Speckle();
+    void Blend(Point cursor, Point anchor);
+
+    // --- ViewHost ---
+    void RedrawTree() override {}
+    void RedrawPropViewer() override {}
+    void RedrawBrushPreview() override { told += "p"; }
+    void ShowBrushMode() override {}
+    bool EditBrush() override { return false; }
+    void EditName() override { told += "n"; }
+    void RedrawAll() override { told += "r"; }
+    bool RunAreaDialog(AreaDialog dialog) override {
+        if (dialog == AreaDialog::Filter) vBrush = Filtered(vBrush);
+        if (dialog == AreaDialog::Fade) NormalFade(handle, cells, reach, kSet);
+        if (dialog == AreaDialog::Distance) DistanceFade(handle, px, py, reach, kSet);
+        if (dialog == AreaDialog::Slime) SlimeFade(handle, reach, kSet);
+        if (dialog == AreaDialog::Speckle) SpeckleFill(handle, part);
+        return dialog != AreaDialog::Filter || accepts;
+    }
+    Brush Filtered(Brush from) const {
+        std::int32_t* fields[] = {&from.chr, &from.fg, &from.bg, &from.attrib};
+        for (int i = 0; i < 4; ++i)
+            if (filter >> i & 1) *fields[i] = -1;
+        return from;
+    }
+
+    std::mt19937 random{3};
+    std::vector<Entry> entries;
+    Dobject* board = nullptr;
+    Handle handle = kNoHandle;
+    // What the dialogs choose.
+    FadeCells cells{};
+    int reach = 0, px = 0, py = 0, part = 0, filter = 0;
+    bool accepts = true;
+    std::string told;
+    // What the plain readings select and make.
+    std::vector<int> mask;
+    int box[4] = {};
+    Point centre;
+    Brush brush;
+    std::vector<Dtile> tiles, undo, clip;
+    int clipW = 0, clipH = 0;
+    std::vector<bool> done;
+    std::string tells;
+};
+
+void Areas::Select(const std::string& path, Point cursor, Point anchor) {
+    const Point c = Local(cursor), a = Local(anchor);
+    mask.assign(board->tiles.size(), 0);
+    const auto has = [&](const char* word) { return path.find(word) != path.npos; };
+    centre = c;
+    if (path.starts_with("Prim") && !has("Blend")) {
+        // The shapes have a table of their own.
+        (has("Line")   ? SelectLine
+         : has("Rect") ? SelectRectOutline
+                       : SelectEllipse)(handle, cursor, anchor);
+        std::copy_n(vMask.begin(), mask.size(), mask.begin());
+        std::copy_n(std::array{vRegionX, vRegionY, vRegionW, vRegionH}.begin(), 4, box);
+        centre = {box[0] + box[2] / 2, box[1] + box[3] / 2};
+    } else if (has("Flood") || has("SameAs")) {
+        const Dtile* like = board->GetTile(c.x, c.y);
+        const auto alike = [&](int x, int y) {
+            const Dtile* tile = board->GetTile(x, y);
+            return tile && like && *tile == *like;
+        };
+        int low[2] = {c.x, c.y}, high[2] = {c.x, c.y};
+        std::vector<Point> list{c};
+        for (; has("Flood") && !list.empty();) {
             const Point at = list.back();
             list.pop_back();
-            const Dtile* tile = board->GetTile(at.x, at.y);
-            const auto i = static_cast<std::size_t>(at.y * board->width + at.x);
-            if (!tile || *tile != like || plain[i]) continue;
-            plain[i] = 1;
-            low = {std::min(low.x, at.x), std::min(low.y, at.y)};
-            high = {std::max(high.x, at.x), std::max(high.y, at.y)};
-            for (Point step : {Point{1, 0}, {-1, 0}, {0, 1}, {0, -1}})
-                list.push_back({at.x + step.x, at.y + step.y});
+            if (!alike(at.x, at.y) || mask[Index(at.x, at.y)]) continue;
+            mask[Index(at.x, at.y)] = 1;
+            low[0] = std::min(low[0], at.x), low[1] = std::min(low[1], at.y);
+            high[0] = std::max(high[0], at.x), high[1] = std::max(high[1], at.y);
+            for (Point to : {Point{1, 0}, {-1, 0}, {0, 1}, {0, -1}})
+                list.push_back({at.x + to.x, at.y + to.y});
         }
-        SelectFlood(handle, seed);
-        ASSERT_TRUE(std::equal(plain.begin(), plain.end(), vMask.begin())) << run << "\n" << Mask();
-        EXPECT_THAT(Box(), ElementsAre(low.x, low.y, high.x - low.x + 1, high.y - low.y + 1));
+        for (int i = 0; i < 4; ++i) box[i] = i < 2 ? low[i] : high[i - 2] - low[i - 2] + 1;
+        if (has("Flood")) return;
+        box[0] = box[1] = 0, box[2] = board->width, box[3] = board->height;
+        for (int y = 0; y < board->height; ++y)
+            for (int x = 0; x < board->width; ++x) mask[Index(x, y)] = alike(x, y);
+    } else {
+        const auto cut = [](int at, int size) { return std::clamp(at, 0, size - 1); };
+        const int x[] = {cut(c.x, board->width), cut(a.x, board->width)};
+        const int y[] = {cut(c.y, board->height), cut(a.y, board->height)};
+        box[0] = std::min(x[0], x[1]), box[1] = std::min(y[0], y[1]);
+        box[2] = std::abs(x[0] - x[1]) + 1, box[3] = std::abs(y[0] - y[1]) + 1;
+        std::fill(mask.begin(), mask.end(), 1);
+        centre = {box[0] + box[2] / 2, box[1] + box[3] / 2};
     }
 }
 
-TEST_F(AreaTest, SameAsTakesAllLikeTilesOfTheGrid) {
-    Draw("01000001/00000000/11000000/00000000/00000000/00010000");
-    At(7, 0).attrib = 1;
-    EXPECT_EQ(SelectSameAs(handle, {1, 0}), (Point{1, 0}));
-    EXPECT_EQ(Mask(), ".x....../......../xx....../......../......../...x....");
-    EXPECT_THAT(Box(), ElementsAre(0, 0, 8, 6));
-    SelectSameAs(handle, {-1, 0});
-    EXPECT_EQ(Mask().find('x'), std::string::npos);
+void Areas::Distance() {
+    const volatile float xm = static_cast<float>(px * 0.01), ym = static_cast<float>(py * 0.01);
+    Each([&](int x, int y) {
+        const double ax = std::floor(std::abs(centre.x - x) * static_cast<double>(xm));
+        const double ay = std::floor(std::abs(centre.y - y) * static_cast<double>(ym));
+        const int r = std::rand() % (reach + 1);
+        const int i = (r + static_cast<int>(std::floor(std::hypot(ax, ay) + 1e-9))) % 8;
+        Write(x, y, kSet[static_cast<std::size_t>(i <= 4 ? i : 8 - i)]);
+    });
 }
 
-TEST_F(AreaTest, ShapesAreOutlinesCutAtTheBox) {
-    using Select = void (*)(Handle, Point, Point);
-    struct Case {
-        Select select;
+void Areas::Normal() {
+    std::map<std::pair<int, int>, int> area;
+    for (int v = 0; v < box[3]; ++v)
+        for (int u = 0; u < box[2]; ++u) {
+            const int cell =
+                cells[static_cast<std::size_t>(v * 10 / box[3] * 10 + u * 10 / box[2])];
+            area[{v, u}] = kSet[static_cast<std::size_t>(cell)] & 255;
+        }
+    auto shaken = area;
+    for (const auto& [place, glyph] : area) {
+        if (reach == 0) continue;
+        int by[2];
+        for (int& axis : by) {
+            const bool forward = std::rand() % 101 < 50;
+            axis = std::rand() % reach * (forward ? 1 : -1);
+        }
+        const auto target = shaken.find({place.first + by[1], place.second + by[0]});
+        if (target != shaken.end()) target->second = glyph;
+    }
+    Each([&](int x, int y) { Write(x, y, shaken[{y - box[1], x - box[0]}]); });
+}
+
+// The list as it is told: grown at its front while a sweep walks to its end.
+void Areas::Slime() {
+    const int positions[] = {1, 3, 3, 4, 3, 2, 1, 0, 1, 2, 3, 4, 3, 2, 1};
+    std::list<Point> list{centre};
+    int glyph = 0, phase = 3, count = 0, span = 3;
+    const auto open = [&](int x, int y) { return Has(x, y) && !done[Index(x, y)]; };
+    while (!list.empty()) {
+        for (auto node = list.begin(); node != list.end();) {
+            const int r = std::rand() % (reach + 1);
+            const int k = static_cast<int>(r * (static_cast<double>(count) / (span + 1)) + phase);
+            if (k <= 14) glyph = kSet[static_cast<std::size_t>(positions[k])];
+            const auto [x, y] = *node;
+            if (open(x, y)) {
+                Write(x, y, glyph);
+                for (Point p : {Point{x, y - 1}, {x, y + 1}, {x - 1, y}, {x + 1, y}})
+                    if (open(p.x, p.y)) list.push_front(p);
+            }
+            node = list.erase(node);
+            if (++count != span) continue;
+            span = 3 * static_cast<int>(list.size());
+            phase = (phase + 1) % 8;
+            count = 0;
+        }
+    }
+}
+
+void Areas::Speckle() {
+    Each([&](int x, int y) {
+        if (std::rand() % 101 <= part) Write(x, y, brush.chr);
+    });
+}
+
+// From the low colour at the cursor to the high one at the anchor, in whole tiles of the way.
+void Areas::Blend(Point cursor, Point anchor) {
+    const double dx = cursor.x - anchor.x, dy = cursor.y - anchor.y;
+    const int length = static_cast<int>(std::hypot(dx, dy) + 1e-9);
+    const auto [low, high] = std::minmax(brush.fg, brush.bg);
+    std::vector<float> ramp{static_cast<float>(low)};
+    for (int i = 1; i < length; ++i)
+        ramp.push_back(ramp.back() +
+                       static_cast<float>(high - low) / static_cast<float>(length - 1));
+    Each([&](int x, int y) {
+        if (length == 0) return;
+        const double theta = std::atan2(dy, dx);
+        const double way =
+            (Local(cursor).x - x) * std::cos(theta) + (Local(cursor).y - y) * std::sin(theta);
+        const int i = std::clamp(static_cast<int>(way), 0, length - 1);
+        Write(x, y, 219, static_cast<int>(ramp[static_cast<std::size_t>(i)]) & 255, 255,
+              brush.attrib);
+    });
+}
+
+void Areas::Act(const std::string& path, Point cursor, Point anchor) {
+    const auto has = [&](const char* word) { return path.find(word) != path.npos; };
+    tiles = board->tiles;
+    done.assign(tiles.size(), false);
+    if (has("Zoom") || has("Ruler") || has("Cancel")) return;
+    Select(path, cursor, anchor);
+    const Brush before = brush;
+    const bool filters = has("Replace") || has("Copy");
+    if (filters) brush = Filtered(brush);
+    const int* b = box;
+    if (has("Make Object")) {
+        tells = "rnr";
+    } else if (filters && !accepts) {
+    } else if (has("Copy")) {
+        clipW = b[2], clipH = b[3];
+        clip.assign(static_cast<std::size_t>(b[2] * b[3]), kHole);
+        Each([&](int x, int y) {
+            Dtile& to = clip[static_cast<std::size_t>((y - b[1]) * clipW + x - b[0])];
+            const Dtile& from = tiles[Index(x, y)];
+            to = {brush.chr == -1 ? to.chr : from.chr, brush.fg == -1 ? to.fg : from.fg,
+                  brush.bg == -1 ? to.bg : from.bg, brush.attrib == -1 ? to.attrib : from.attrib};
+            done[Index(x, y)] = true;
+        });
+    } else if (has("Sprite")) {
+        undo = tiles;
+        tells = "p";
+        Each([&](int x, int y) {
+            const int glyph = before.chr + (y - b[1]) * 16 + x - b[0];
+            done[Index(x, y)] = true;
+            if (glyph >= 256) return;
+            int holes = 0;
+            for (int i = 0; i < 64; ++i)
+                holes += world->GetFont()->GetGlyphPixel(glyph, i % 8, i / 8) == 0;
+            brush = {before.chr, -2, holes == 0, before.attrib};
+            Write(x, y, glyph);
+        });
+        return;
+    } else if (has("Paste")) {
+        if (clip.empty()) return;
+        undo = tiles;
+        Each([&](int x, int y) {
+            const int i = (y - b[1]) % clipH * clipW + (x - b[0]) % clipW;
+            const Dtile& cell = clip[static_cast<std::size_t>(i)];
+            done[Index(x, y)] = true;
+            if (vTileClipSkip && cell == Dtile{}) return;
+            Write(x, y, Signed(cell.chr), Signed(cell.fg), Signed(cell.bg), Signed(cell.attrib));
+        });
+    } else if (has("Blend")) {
+        undo = tiles;
+        Blend(cursor, anchor);
+    } else if (has("Distance")) {
+        Distance();
+    } else if (has("Normal")) {
+        Normal();
+    } else if (has("Slime")) {
+        Slime();
+    } else if (has("Speckle")) {
+        Speckle();
+    } else {
+        undo = tiles;
+        Each([&](int x, int y) { Write(x, y, brush.chr); });
+    }
+    brush = before;
+}
+
+}  // namespace
+
+TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
+    for (int i = 0; i < 64; ++i) world->GetFont()->PutGlyphPixel(255, i % 8, i / 8, 7);
+    for (int run = 0; run < 1500; ++run) {
+        const Entry& entry = entries[static_cast<std::size_t>(run) % entries.size()];
+        SCOPED_TRACE(std::to_string(run) + ": " + entry.path);
+        MakeBoard(Roll(1, 20), Roll(1, 20));
+        const auto place = [&] {
+            return Point{Roll(-1, board->width) + board->posx,
+                         Roll(-1, board->height) - board->viewy};
+        };
+        Point cursor = place();
+        const Point anchor = Roll(0, 9) ? place() : cursor;
+        for (auto& cell : cells) cell = Roll(0, 4);
+        reach = Roll(0, 15), px = Roll(10, 400), py = Roll(10, 400), part = Roll(0, 99);
+        filter = Roll(0, 15), accepts = Roll(0, 4) > 0;
+        vTileClipSkip = Roll(0, 1);
+        brush =
+            vBrush = {Roll(0, 1) ? Roll(0, 255) : 250, Roll(-2, 255), Roll(-1, 255), Roll(-1, 3)};
+        undo.clear();
+        told = tells = "";
+        // Paste finds what the last Copy left, or a clipboard with empty tiles, or none.
+        if (Roll(0, 3) == 0) {
+            clip = vTileClip = {Dtile{}, kHole, {5, 6, 7, 8}};
+            clipW = vTileClipW = 3, clipH = vTileClipH = 1;
+        } else if (Roll(0, 9) == 0) {
+            clip.clear(), clipW = clipH = 0;
+            ClearTileClip();
+        }
+        std::srand(static_cast<unsigned>(run));
+        Act(entry.path, cursor, anchor);
+        const int drawn = std::rand();
+        std::srand(static_cast<unsigned>(run));
+        const bool known = RunAreaCommand(entry.command, cursor, anchor, *this);
+        ASSERT_EQ(std::rand(), drawn) << "as many draws";
+        const auto has = [&](const char* word) { return entry.path.find(word) != entry.path.npos; };
+        ASSERT_EQ(known, !has("Zoom") && !has("Ruler") && !has("Cancel"));
+        ASSERT_EQ(board->tiles, tiles);
+        ASSERT_EQ(board->undoTiles, undo);
+        ASSERT_EQ(vBrush, brush);
+        ASSERT_EQ(vTileClip, clip);
+        ASSERT_EQ((Point{vTileClipW, vTileClipH}), (Point{clipW, clipH}));
+        ASSERT_EQ(told, tells);
+        const bool makes = entry.path == "Make Object";
+        for (std::size_t i = 0; i < done.size() && known && !makes; ++i)
+            ASSERT_EQ(vMask[i] == kDone, done[i]) << i;
+        ASSERT_EQ(board->children.size(), makes);
+        if (!makes) continue;
+        const Dobject& made = *board->children.front();
+        ASSERT_EQ(world->currentObject, made.id);
+        ASSERT_EQ((Point{made.width, made.height}), (Point{box[2], box[3]}));
+        for (int y = 0; y < box[3]; ++y)
+            for (int x = 0; x < box[2]; ++x)
+                ASSERT_EQ(made.tiles[static_cast<std::size_t>(y * box[2] + x)],
+                          tiles[Index(x + box[0], y + box[1])]);
+        ASSERT_EQ(getpixel(made.vSurf.get(), 0, 0),
+                  getpixel(board->vSurf.get(), 8 * box[0], 8 * box[1]));
+    }
+}
+
+TEST_F(Areas, ShapesAreOutlinesCutAtTheBox) {
+    using Shape = void (*)(Handle, Point, Point);
+    const Shape line = SelectLine, outline = SelectRectOutline, ellipse = SelectEllipse;
+    const struct {
+        Shape select;
         Point cursor, anchor;
         const char* mask;
+    } cases[] = {
+        {line, {2, 3}, {2, 3}, "......../......../......../..x...../......../......../"},
+        {line, {6, 1}, {9, 2}, "......../......xx/......../......../......../......../"},
+        {line, {-2, 0}, {5, 2}, "......../xxxx..../....xx../......../......../......../"},
+        {outline, {5, 1}, {1, 4}, "......../.xxxxx../.x...x../.x...x../.xxxxx../......../"},
+        {outline, {-3, -3}, {2, 2}, "..x...../..x...../xxx...../......../......../......../"},
+        {ellipse, {0, 0}, {3, 3}, "...x..../...x..../...x..../xxx...../......../......../"},
+        {ellipse, {5, 2}, {99, 99}, "......../......../.....x.x/.....x.x/.....x.x/......x./"},
+        {ellipse, {0, 0}, {6, 5}, ".x...x../x.....x./x.....x./x.....x./.x...x../..xxx.../"},
     };
-    const Select line = SelectLine, outline = SelectRectOutline, ellipse = SelectEllipse;
-    const Case cases[] = {
-        {line, {2, 3}, {2, 3}, "......../......../......../..x...../......../........"},
-        {line, {6, 1}, {9, 2}, "......../......xx/......../......../......../........"},
-        {line, {-2, 0}, {5, 2}, "......../xxxx..../....xx../......../......../........"},
-        {outline, {5, 1}, {1, 4}, "......../.xxxxx../.x...x../.x...x../.xxxxx../........"},
-        {outline, {4, 3}, {4, 3}, "......../......../......../....x.../......../........"},
-        {outline, {-3, -3}, {2, 2}, "..x...../..x...../xxx...../......../......../........"},
-        {ellipse, {0, 0}, {3, 3}, "...x..../...x..../...x..../xxx...../......../........"},
-        {ellipse, {5, 2}, {99, 99}, "......../......../.....x.x/.....x.x/.....x.x/......x."},
-        {ellipse, {0, 0}, {6, 5}, ".x...x../x.....x./x.....x./x.....x./.x...x../..xxx..."},
-    };
-    for (const Case& c : cases) {
+    MakeBoard(8, 6);
+    board->posx = board->viewy = 0;
+    for (const auto& c : cases) {
         c.select(handle, c.cursor, c.anchor);
-        EXPECT_EQ(Mask(), c.mask) << c.cursor.x << "," << c.cursor.y;
-    }
-    MaskPlot(nullptr, -1, 0, 0);
-    MaskPlot(nullptr, 4, 0, 0);
-}
-
-TEST_F(AreaTest, NodesWithoutCellsSelectNothing) {
-    Dobject& empty = AddNode(*board, "empty", 0, 0);
-    Dobject& narrow = AddNode(*board, "narrow", 0, 5);
-    for (Handle h : {HandleOf(empty), HandleOf(narrow), kRootHandle, kNoHandle}) {
-        SelectRect(h, {0, 0}, {3, 3});
-        FillRegion(h);
-        BlendRegion(h, {0, 0}, {3, 3});
-        CopyRegion(h);
-        PasteRegion(h);
-        PasteSpriteRegion(h);
-        DistanceFade(h, 10, 10, 3, {});
-        NormalFade(h, {}, 3, {});
-        SlimeFade(h, 3, {});
-        SpeckleFill(h, 50);
-        EXPECT_FALSE(MakeObject(h));
-        for (auto select : {SelectLine, SelectRectOutline, SelectEllipse})
-            select(h, {0, 0}, {3, 3});
-        for (auto select : {SelectFlood, SelectSameAs}) {
-            select(h, {0, 0});
-            EXPECT_GE(std::min(vRegionW, vRegionH), 1);
-            FillRegion(h);
+        std::string shown;
+        for (int i = 0; i < 48; ++i) {
+            shown += ".x"[vMask[static_cast<std::size_t>(i)]];
+            if (i % 8 == 7) shown += '/';
         }
+        EXPECT_EQ(shown, c.mask) << c.cursor.x << "," << c.cursor.y;
     }
-    EXPECT_EQ(world->currentObject, board->id);
     // A mask of a grid that has shrunk since: what is gone is left out.
     SelectRect(handle, {0, 0}, {7, 5});
     board->Resize(3, 2);
-    vBrush.chr = 5;
-    FillRegion(handle);
-    EXPECT_EQ(Glyphs(), "555/555");
+    RunAreaDialog(AreaDialog::Speckle);
+    EXPECT_EQ(board->tiles.size(), 6u);
 }
 
-// --- actions -----------------------------------------------------------------------------------
-
-TEST_F(AreaTest, BlendRunsFromTheLowColourAtTheCursor) {
-    vBrush = {1, 200, 100, 2};
-    SelectRect(handle, {0, 0}, {7, 5});
-    BlendRegion(handle, {1, 2}, {5, 2});
-    EXPECT_EQ(At(0, 0), (Dtile{219, 100, 255, 2})) << "beyond the cursor";
-    std::vector<int> colors;
-    for (int x = 0; x < 8; ++x) colors.push_back(At(x, 2).fg);
-    EXPECT_THAT(colors, ElementsAre(100, 100, 133, 166, 199, 199, 199, 199));
-    std::swap(vBrush.fg, vBrush.bg);
-    SelectRect(handle, {0, 0}, {7, 5});
-    const auto before = board->tiles;
-    BlendRegion(handle, {1, 2}, {5, 2});
-    EXPECT_EQ(board->tiles, before) << "whichever colour is the foreground";
-
-    SelectRect(handle, {0, 0}, {7, 5});
-    vBrush = {1, 50, 60, 0};
-    BlendRegion(handle, {3, 3}, {3, 3});
-    EXPECT_EQ(board->tiles, before) << "no ramp between a point and itself";
-    BlendRegion(handle, {3, 3}, {3, 2});
-    EXPECT_EQ(At(0, 0).fg, 50);
-    EXPECT_EQ(At(7, 5).fg, 50);
-}
-
-// --- copy and paste ----------------------------------------------------------------------------
-
-TEST_F(AreaTest, PasteRepeatsTheClipboardFromTheBoxCorner) {
-    Draw("12000000/34000000/56000000/00000000/00000000/00000000");
-    SelectRect(handle, {0, 0}, {1, 2});
-    CopyRegion(handle);
-    SelectRect(handle, {3, 1}, {7, 5});
-    PasteRegion(handle);
-    EXPECT_EQ(Glyphs(), "12000000/34012121/56034343/00056565/00012121/00034343");
-    SelectRect(handle, {0, 5}, {0, 5});
-    PasteRegion(handle);
-    EXPECT_EQ(At(0, 5).chr, 1) << "a small selection takes the top left";
-    ClearTileClip();
-    board->undoTiles.clear();
-    PasteRegion(handle);
-    EXPECT_TRUE(board->undoTiles.empty()) << "an empty clipboard does not even back up";
-}
-
-TEST_F(AreaTest, HolesAndFilteredFieldsLeaveTheTargetAsItIs) {
-    Draw("11000000/10000000/00000000/00000000/00000000/00000000");
-    At(0, 0).fg = At(1, 0).fg = At(0, 1).fg = 9;
-    SelectFlood(handle, {0, 0});
-    CopyRegion(handle);
-    EXPECT_EQ(vTileClip[3], (Dtile{65535, 65535, 65535, 65535}));
-    for (Dtile& tile : board->tiles) tile = {5, 6, 7, 8};
-    SelectRect(handle, {3, 3}, {4, 4});
-    PasteRegion(handle);
-    EXPECT_EQ(At(3, 3), (Dtile{1, 9, 0, 0}));
-    EXPECT_EQ(At(4, 4), (Dtile{5, 6, 7, 8}));
-    vBrush = {-1, 15, -1, -1};
-    SelectRect(handle, {3, 3}, {3, 3});
-    CopyRegion(handle);
-    SelectRect(handle, {6, 0}, {6, 0});
-    PasteRegion(handle);
-    EXPECT_EQ(At(6, 0), (Dtile{5, 9, 7, 8})) << "only the foreground was copied";
-
-    vTileClip = {Dtile{}, {65535, 65535, 65535, 65535}};
-    vTileClipW = 2;
-    vTileClipH = 1;
-    for (const Dtile& expected : {Dtile{5, 6, 7, 8}, Dtile{}}) {
-        vTileClipSkip = expected != Dtile{};
-        SelectRect(handle, {0, 0}, {1, 0});
-        PasteRegion(handle);
-        EXPECT_EQ(At(0, 0), expected);
-        EXPECT_EQ(At(1, 0), (Dtile{5, 6, 7, 8}));
-        EXPECT_EQ(Mask().substr(0, 3), "oo.");
+TEST_F(Areas, NodesWithoutCellsStayAsTheyAre) {
+    MakeBoard(3, 3);
+    const Dobject& empty = AddNode(*board, "empty", 0, 0);
+    const Dobject& narrow = AddNode(*board, "narrow", 0, 5);
+    for (const int id : {empty.id, narrow.id, 0, 99999}) {
+        world->currentObject = id;
+        const HandleGuard own(world->GetCurrentObject());
+        handle = own;
+        for (const Entry& entry : entries) {
+            RunAreaCommand(entry.command, {0, 0}, {3, 3}, *this);
+            ASSERT_EQ(world->currentObject, id) << entry.path;
+            ASSERT_GE(std::min(vRegionW, vRegionH), 1) << entry.path;
+        }
     }
-}
-
-TEST_F(AreaTest, SpritesLieAsOnTheSheet) {
-    vBrush = {0, 3, 3, 2};
-    world->GetFont()->PutGlyphPixel(18, 0, 0, 0);
-    SelectRect(handle, {0, 0}, {2, 1});
-    PasteSpriteRegion(handle);
-    for (int y = 0; y < 2; ++y)
-        for (int x = 0; x < 3; ++x) EXPECT_EQ(At(x, y).chr, y * 16 + x);
-    EXPECT_EQ(At(2, 1), (Dtile{18, kSpriteColor, 0, 2}));
-    EXPECT_EQ(vBrush, (Brush{0, -2, 0, 2}));
-
-    const int last = world->GetFont()->GlyphCount() - 1;
-    for (int y = 0; y < 8; ++y)
-        for (int x = 0; x < 8; ++x) world->GetFont()->PutGlyphPixel(last, x, y, 7);
-    vBrush.chr = last;
-    SelectRect(handle, {4, 4}, {5, 5});
-    PasteSpriteRegion(handle);
-    EXPECT_EQ(At(4, 4), (Dtile{static_cast<std::uint16_t>(last), kSpriteColor, 1, 2}));
-    EXPECT_EQ(At(5, 4), Dtile{}) << "past the last glyph the tile stays";
-    EXPECT_EQ(Mask().substr(4 * 9), "....oo../....oo..");
-}
-
-TEST_F(AreaTest, MakeObjectTakesACopyOfTheBox) {
-    Draw("00000000/01234000/05678000/00000000/00000000/00000000");
-    At(1, 1) = {65535, 1, 2, 3};
-    const auto before = board->tiles;
-    board->posx = 3;
-    SelectRect(handle, {4, 1}, {7, 2});
-    ASSERT_TRUE(MakeObject(handle));
-    const Dobject& made = *board->children.front();
-    EXPECT_EQ(world->currentObject, made.id);
-    EXPECT_EQ(std::pair(made.width, made.height), std::pair(4, 2));
-    EXPECT_EQ(made.tiles.front(), (Dtile{65535, 1, 2, 3}));
-    EXPECT_EQ(made.tiles.back(), Dtile({8, 0, 0, 0}));
-    EXPECT_EQ(made.vSurf->line[0][0], made.vSurf->line[7][7]);
-    EXPECT_EQ(board->tiles, before);
-    EXPECT_TRUE(board->undoTiles.empty());
-    SelectRect(handle, {-40, -40}, {-30, -30});
-    EXPECT_TRUE(MakeObject(handle)) << "from the clamped box";
     EXPECT_EQ(board->children.size(), 2u);
+    EXPECT_TRUE(empty.tiles.empty() && narrow.children.empty());
+}
+
+// --- the library -------------------------------------------------------------------------------
+
+namespace {
+
+class FadeLibrary : public WorldTest {
+protected:
+    FadeLibrary() {
+        std::filesystem::current_path(temp.Path());
+        std::filesystem::create_directory("Library");
+    }
+    ~FadeLibrary() override { std::filesystem::current_path(home); }
+    template <typename Record>
+    static std::vector<std::string> Names(const char* file, const std::string& text,
+                                          std::vector<Record> (*load)(const char*)) {
+        PutFile(file, text);
+        std::vector<std::string> names;
+        for (const Record& record : load("DoFade")) names.push_back(record.name);
+        return names;
+    }
+    static std::vector<std::string> Sets(const std::string& text) {
+        return Names("Library/FadeSets.txt", text, LoadFadeSets);
+    }
+    static std::vector<std::string> Blends(const std::string& text) {
+        return Names("Library/FadeBlends.txt", text, LoadFadeBlends);
+    }
+    static std::string Numbers(int count, const std::string& number = "1") {
+        std::string text;
+        for (int i = 0; i < count; ++i) text += number + (i % 10 == 9 ? "\n" : " ");
+        return text;
+    }
+
+    const std::filesystem::path home = std::filesystem::current_path();
+    TempFolder temp;
+};
+
+}  // namespace
+
+TEST_F(FadeLibrary, SetsAreWordsAndFiveNumbersAndBlendsALineAndAHundred) {
+    LoadFadeSets("DoFade");
+    LoadFadeBlends("DoFade");
+    EXPECT_EQ(reports.Texts(),
+              "Unable to load Library/FadeSets.txt\nUnable to load Library/FadeBlends.txt\n");
+    reports.Clear();
+    EXPECT_THAT(Sets("A 1 2 3 4 5\nB\n-1 +2 3\n4 5 C 1 2 3 4 5"), ElementsAre("A", "B", "C"));
+    EXPECT_EQ(LoadFadeSets("DoFade")[1].tiles, (FadeTiles{-1, 2, 3, 4, 5}));
+    EXPECT_THAT(Sets("A 1 2 3 4 5\r\n \n\n"), ElementsAre("A")) << "no set without a name";
+    EXPECT_THAT(Sets("A 1 2 3 4 5\nB 1 x 3 4 5\nC 1 2 3 4 5"), ElementsAre("A"));
+    EXPECT_THAT(Sets("A 1 2 3 4 99999999999 B 1 2 3 4 5"), ElementsAre());
+
+    const std::string one = "left to right\n" + Numbers(100);
+    const std::string longest(98, 'n');
+    EXPECT_THAT(Blends(one + "b\r\n" + Numbers(99) + "7 dropped\nc\n" + Numbers(100, "-3") +
+                       longest + "\n" + Numbers(100)),
+                ElementsAre("left to right", "b", "c", longest));
+    const auto blends = LoadFadeBlends("DoFade");
+    EXPECT_EQ(blends[1].cells[99], 4) << "beyond the set counts as its end";
+    EXPECT_EQ(blends[2].cells[0], 0);
+    for (const std::string& rest :
+         {longest + "n\n" + Numbers(100), "b\n" + Numbers(99),
+          "b\n" + Numbers(50) + "? " + Numbers(50), std::string("b"), std::string("\n\n")})
+        EXPECT_THAT(Blends(one + rest), ElementsAre("left to right")) << rest;
 }

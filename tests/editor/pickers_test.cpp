@@ -1,19 +1,34 @@
-// The picture controls of the tile tools, and the dialogs that are made of them.
+// The picture controls and the font editor: what they show, and random walks of what a person
+// does in them beside plain models.
 
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/tools/brush_preview.h"
 #include "editor/tools/char_edit.h"
 #include "editor/tools/char_select.h"
-#include "editor/tools/do_brush_settings.h"
-#include "editor/tools/do_color_select.h"
+#include "editor/tools/color_select.h"
+#include "editor/tools/do_font_edit.h"
+#include "editor/tools/do_tile_clip.h"
+#include "editor/view/brush.h"
+#include "editor/view/object_clip.h"
+#include "editor/view/tile_clip.h"
+#include "engine/picture_file.h"
 #include "platform/keys.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
-#include <string>
+#include <gmock/gmock.h>
+
+#include <random>
+#include <set>
 
 using namespace platform;
+using Events = WindowEvents;
 
 namespace {
+
+constexpr int kArrows[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown};
+constexpr Point kSteps[] = {{-1, 0}, {0, -1}, {1, 0}, {0, 1}};
 
 class Pickers : public WorldTest {
 protected:
@@ -21,7 +36,6 @@ protected:
         ResetBrushes();
         vCharScrollX = vCharScrollY = 0;
     }
-
     // A control in a window of that size, painted once.
     ScriptedWindow& Place(PictureControl& control, Size size) {
         windows.push_back(std::make_unique<ScriptedWindow>(script, &control, size));
@@ -29,338 +43,482 @@ protected:
         windows.back()->Paint();
         return *windows.back();
     }
-    static void Click(PictureControl& control, Point at, bool ctrl = false) {
-        control.OnLButtonDown(ctrl, at);
-        control.OnLButtonUp(ctrl, at);
-    }
     Dfont& Glyphs() { return *world->GetFont(); }
+    int Roll(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
+    // The picture as it is and as it shall be, cut at the smaller one.
+    static void ExpectPicture(const ScriptedWindow& window,
+                              const std::function<int(int, int)>& at) {
+        for (int p = 0; p < window.w * window.h; ++p)
+            ASSERT_EQ(window.PixelAt(p % window.w, p / window.w), at(p % window.w, p / window.w))
+                << p % window.w << ", " << p / window.w;
+    }
 
+    TempFolder temp;
     ScriptedPlatform script;
     std::vector<std::unique_ptr<ScriptedWindow>> windows;
+    std::mt19937 random{5};
 };
-
-constexpr Size kGridSize{176, 160};
 
 }  // namespace
 
-TEST_F(Pickers, AColorGridShowsEveryColorAndMarksOne) {
+TEST_F(Pickers, AColorGrid) {
     FgColorSelect grid;
-    vBrush.fg = 17;
-    const ScriptedWindow& window = Place(grid, {180, 165});
-    for (int color = 1; color < 256; ++color) {
-        const int x = color % 16 * 11;
-        const int y = color / 16 * 10;
-        const int edge = color == 17 ? color ^ 15 : color;
-        const int inner = color == 17 ? color ^ 32 : color;
-        EXPECT_EQ(window.PixelAt(x, y), edge) << color;
-        EXPECT_EQ(window.PixelAt(x + 10, y + 9), edge) << color;
-        EXPECT_EQ(window.PixelAt(x + 1, y + 1), inner) << color;
-        EXPECT_EQ(window.PixelAt(x + 9, y + 8), inner) << color;
-        EXPECT_EQ(window.PixelAt(x + 5, y + 5), color);
-    }
-    EXPECT_EQ(window.PixelAt(0, 0), 15) << "the cross over colour 0";
-    EXPECT_EQ(window.PixelAt(5, 0), 0);
-    EXPECT_EQ(window.PixelAt(176, 3), 115);
-    EXPECT_EQ(window.PixelAt(3, 160), 115);
-    EXPECT_EQ(window.shown, (Size{180, 165}));
-    EXPECT_EQ(window.description, "Colour 17");
-
-    vBrush.fg = -2;
-    windows.back()->Paint();
-    EXPECT_EQ(window.PixelAt(11, 10), 17) << "no mark for a sprite brush";
-    EXPECT_EQ(window.description, "No colour");
-    windows.back()->size = {300, 300};
-    windows.back()->Paint();
-    EXPECT_EQ(window.shown, (Size{180, 165})) << "the bitmap stays as it was made";
-}
-
-TEST_F(Pickers, AColorGridTakesWhatIsPressedOrSweptOver) {
-    FgColorSelect fg;
-    BgColorSelect bg;
     int told = 0;
-    bg.repaintPreview = [&] { ++told; };
-    Place(fg, kGridSize);
-    ScriptedWindow& window = Place(bg, {190, 170});
-    const struct {
-        Point at;
-        int color;
-    } cases[] = {{{11, 10}, 17}, {{10, 9}, 0},  {{175, 159}, 255}, {{176, 3}, 99},
-                 {{3, 160}, 99}, {{-1, 5}, 99}, {{5, -1}, 99}};
-    for (const auto& c : cases) {
-        vBrush.bg = 99;
-        Click(bg, c.at);
-        EXPECT_EQ(vBrush.bg, c.color) << c.at.x << ", " << c.at.y;
-        Click(fg, c.at);  // nobody to tell
+    grid.repaintPreview = [&] { ++told; };
+    ScriptedWindow& window = Place(grid, {180, 165});
+    int color = vBrush.fg, tells = 0;
+    bool pressed = false;
+    for (int step = 0; step < 3000; ++step) {
+        const int before = color;
+        const int wish = Roll(6);
+        const Point at{Roll(195) - 5, Roll(180) - 5};
+        const bool inside = at.x >= 0 && at.y >= 0 && at.x < 176 && at.y < 160;
+        bool chosen = false;
+        if (wish < 3) {
+            const int arrow = Roll(4);
+            window.Keys({step % 50 ? kArrows[arrow] : int{kKeyHome}});
+            const int from = std::clamp(color, 0, 255);
+            const Point to{from % 16 + kSteps[arrow].x, from / 16 + kSteps[arrow].y};
+            chosen = step % 50 && to.x >= 0 && to.y >= 0 && to.x < 16 && to.y < 16;
+            if (chosen) color = to.y * 16 + to.x;
+        } else if (wish == 3) {
+            window.Send(&Events::OnLButtonUp, false, at);
+            pressed = false;
+        } else {
+            const bool press = wish == 4;
+            window.Send(press ? &Events::OnLButtonDown : &Events::OnMouseMove, false, at);
+            pressed |= press;
+            chosen = pressed && inside;
+            if (chosen) color = at.y / 10 * 16 + at.x / 11;
+        }
+        tells += chosen;
+        ASSERT_EQ(vBrush.fg, color) << step << " from " << before << ", " << wish;
+        ASSERT_EQ(told, tells);
+        ASSERT_EQ(window.invalidated > 0, chosen);
+        if (step % 20 == 0) vBrush.fg = color = Roll(260) - 3;
+        if (step % 100) {
+            window.invalidated = 0;
+            continue;
+        }
+        window.Paint();
+        const bool real = color >= 0 && color < 256;
+        EXPECT_EQ(window.description, real ? "Colour " + std::to_string(color) : "No colour");
+        const Bitmap cross = MakeBitmap(11, 10);
+        clear_bitmap(cross.get());
+        line(cross.get(), 0, 0, 10, 9, 15);
+        line(cross.get(), 10, 0, 0, 9, 15);
+        ExpectPicture(window, [&](int x, int y) {
+            if (x >= 176 || y >= 160) return 115;
+            const int own = y / 10 * 16 + x / 11, u = x % 11, v = y % 10;
+            if (own == 0 && getpixel(cross.get(), u, v)) return 15;
+            const bool rim = u == 0 || v == 0 || u == 10 || v == 9;
+            const bool inner = !rim && (u == 1 || v == 1 || u == 9 || v == 8);
+            return own ^ (own == color ? rim * 15 + inner * 32 : 0);
+        });
     }
-    EXPECT_EQ(told, 3);
-    EXPECT_EQ(window.invalidated, 3);
-    bg.OnMouseMove(false, {0, 0});
-    EXPECT_EQ(vBrush.bg, 99) << "no button is held";
-    bg.OnLButtonDown(false, {0, 0});
-    bg.OnMouseMove(false, {12, 0});
-    EXPECT_EQ(vBrush.bg, 1);
-    EXPECT_FALSE(window.captured);
-    EXPECT_EQ(vBrush.fg, 255) << "the other field is another grid's";
+    EXPECT_EQ(window.shown, (Size{180, 165}));
 }
 
-TEST_F(Pickers, KeysGoOnFromWhatIsChosen) {
-    FgColorSelect grid;
+TEST_F(Pickers, TheGlyphBrowser) {
     CharSelect browser;
-    int previews = 0;
-    grid.repaintPreview = browser.repaintPreview = [&] { ++previews; };
-    Place(grid, kGridSize);
-    Place(browser, {64, 64});  // 4 by 4 tiles of the sheet's 16 by 16
-    struct Case {
-        WindowEvents& picker;
-        int code;
-        int from;
-        int to;
-    };
-    const Case cases[] = {
-        {grid, kKeyRight, 17, 18},   {grid, kKeyLeft, 17, 16},
-        {grid, kKeyDown, 17, 33},    {grid, kKeyUp, 17, 1},
-        {grid, kKeyRight, 31, 31},   {grid, kKeyLeft, 16, 16},
-        {grid, kKeyUp, 3, 3},        {grid, kKeyDown, 250, 250},
-        {grid, kKeyDown, -2, 16},    {grid, kKeyHome, 17, 17},
-        {browser, kKeyRight, 2, 3},  {browser, kKeyDelete, 3, 4},
-        {browser, kKeyLeft, 3, 2},   {browser, kKeyInsert, 2, 1},
-        {browser, kKeyDown, 1, 17},  {browser, kKeyPageDown, 17, 33},
-        {browser, kKeyUp, 17, 1},    {browser, kKeyPageUp, 33, 17},
-        {browser, kKeyLeft, 16, 16}, {browser, kKeyDown, 240, 240},
-    };
-    for (const Case& c : cases) {
-        const bool isGrid = &c.picker == &grid;
-        (isGrid ? vBrush.fg : vBrush.chr) = c.from;
-        previews = 0;
-        c.picker.OnKeyDown(c.code);
-        EXPECT_EQ(isGrid ? vBrush.fg : vBrush.chr, c.to) << c.code << " from " << c.from;
-        EXPECT_EQ(previews, c.from != c.to) << c.code << " from " << c.from;
-    }
-
-    // The sheet scrolls as far as the glyph needs.
-    vCharScrollX = vCharScrollY = 0;
-    vBrush.chr = 3;
-    browser.OnKeyDown(kKeyRight);
-    EXPECT_EQ(vCharScrollX, -1);
-    for (int i = 0; i < 4; ++i) browser.OnKeyDown(kKeyDown);
-    EXPECT_EQ(vCharScrollY, -1);
-    for (int i = 0; i < 4; ++i) browser.OnKeyDown(kKeyLeft);
-    EXPECT_EQ(vBrush.chr, 64);
-    EXPECT_EQ(vCharScrollX, 0);
-}
-
-TEST_F(Pickers, TheGlyphBrowserPicksAndScrolls) {
-    CharSelect browser;
-    int previews = 0;
-    int edits = 0;
-    browser.repaintPreview = [&] { ++previews; };
+    std::string told, tells;
+    browser.repaintPreview = [&] { told += 'p'; };
+    browser.repaintCharEdit = [&] { told += 'e'; };
     ScriptedWindow& window = Place(browser, {64, 65});
-    const BITMAP* sheet = Glyphs().Sheet();
-    EXPECT_EQ(window.w, 32);
     EXPECT_EQ(window.shown, (Size{64, 66}));
-    EXPECT_EQ(window.PixelAt(9, 11), getpixel(Glyphs().Sheet(), 9, 11));
-    Click(browser, {16, 33});
-    EXPECT_EQ(vBrush.chr, Glyphs().FindGlyphAt(8, 16));
-    browser.repaintCharEdit = [&] { ++edits; };
-    browser.OnLButtonDown(false, {0, 0});
-    browser.OnMouseMove(true, {17, 0});
-    EXPECT_EQ(vBrush.chr, 1) << "the choice follows the drag, and Ctrl comes too late";
-    browser.OnLButtonUp(false, {17, 0});
-    EXPECT_EQ(previews, 3);
-    EXPECT_EQ(edits, 2);
-
-    // Ctrl at the press scrolls, eight pixels a tile, no further than the sheet.
-    browser.OnLButtonDown(true, {60, 60});
-    EXPECT_TRUE(window.captured);
-    browser.OnMouseMove(false, {60 - 23, 60 + 40});
-    EXPECT_EQ(vCharScrollX, -2);
-    EXPECT_EQ(vCharScrollY, 0);
-    EXPECT_EQ(vBrush.chr, 1);
-    browser.OnMouseMove(false, {-5000, -5000});
-    EXPECT_EQ(vCharScrollX, -1 - ((sheet->w - 32) >> 3));
-    EXPECT_EQ(vCharScrollY, -1 - ((sheet->h - 33) >> 3));
-    browser.OnLButtonUp(false, {});
-    EXPECT_FALSE(window.captured);
-    Click(browser, {60, 2});
-    EXPECT_EQ(vBrush.chr, 1) << "right of the sheet";
-    vCharScrollX = -2;
-    vCharScrollY = 0;
-    Click(browser, {0, 0});
-    EXPECT_EQ(vBrush.chr, 2);
-    window.Paint();
-    EXPECT_EQ(window.PixelAt(3, 3), getpixel(Glyphs().Sheet(), 19, 3));
-    EXPECT_EQ(window.description, "Glyph 2");
+    int glyph = vBrush.chr;
+    Point scroll, press, grab;
+    enum { kNothing, kPicks, kScrolls } mode = kNothing;
+    bool captured = false;
+    const int pairs[] = {kKeyInsert, kKeyPageUp, kKeyDelete, kKeyPageDown};
+    for (int step = 0; step < 4000; ++step) {
+        told = tells = "";
+        const int wish = Roll(8), before = glyph;
+        const Point at{Roll(80) - 8, Roll(80) - 8};
+        const auto pick = [&] {
+            // Cut towards zero before it is looked at, so that a tile more counts at the left.
+            const Point to{(at.x - scroll.x * 16) / 16, (at.y - scroll.y * 16) / 16};
+            if (to.x < 0 || to.y < 0 || to.x > 15 || to.y > 15) return;
+            glyph = to.y * 16 + to.x;
+            tells = "pe";
+        };
+        if (wish < 3) {
+            const int arrow = Roll(4);
+            window.Keys({(Roll(2) ? kArrows : pairs)[arrow]});
+            const Point to{glyph % 16 + kSteps[arrow].x, glyph / 16 + kSteps[arrow].y};
+            if (to.x >= 0 && to.y >= 0 && to.x < 16 && to.y < 16) {
+                glyph = to.y * 16 + to.x;
+                tells = "pe";
+                // It scrolls as far as the glyph needs: 4 by 4 tiles are seen.
+                scroll = {std::min({std::max(scroll.x, -to.x), 3 - to.x, 0}),
+                          std::min({std::max(scroll.y, -to.y), 3 - to.y, 0})};
+            }
+        } else if (wish < 5) {
+            const bool ctrl = Roll(2);
+            window.Send(&Events::OnLButtonDown, ctrl, at);
+            mode = ctrl ? kScrolls : kPicks;
+            captured |= ctrl;
+            press = at;
+            grab = scroll;
+            if (!ctrl) pick();
+        } else if (wish < 7) {
+            const Point far{at.x * (1 + 9 * (step % 3)), at.y * (1 + 9 * (step % 3))};
+            const bool scrolls = mode == kScrolls;
+            window.Send(&Events::OnMouseMove, false, scrolls ? far : at);
+            const auto moved = [](int by, int from, int lowest) {
+                return std::min(std::max(static_cast<int>(by / 8.0 + from), lowest), 0);
+            };
+            if (scrolls)
+                scroll = {moved(far.x - press.x, grab.x, -13), moved(far.y - press.y, grab.y, -12)};
+            if (mode == kPicks) pick();
+        } else {
+            window.Send(&Events::OnLButtonUp, false, at);
+            captured &= mode != kScrolls;
+            mode = kNothing;
+        }
+        ASSERT_EQ(vBrush.chr, glyph) << step << ": " << wish << " from " << before;
+        ASSERT_EQ((Point{vCharScrollX, vCharScrollY}), scroll) << step << ": " << wish;
+        ASSERT_EQ(told, tells) << step;
+        ASSERT_EQ(window.captured, captured);
+        if (step % 100) continue;
+        window.Paint();
+        EXPECT_EQ(window.description, "Glyph " + std::to_string(glyph));
+        ExpectPicture(window, [&](int x, int y) {
+            const int color = getpixel(Glyphs().Sheet(), x - 8 * scroll.x, y - 8 * scroll.y);
+            return std::max(color, 0);
+        });
+    }
 }
 
 TEST_F(Pickers, TheGlyphEditorShowsEmptyPixelsAndItsCursor) {
     CharEdit editor;
     vBrush.chr = 9;
-    for (int y = 0; y < 8; ++y)
-        for (int x = 0; x < 8; ++x) Glyphs().PutGlyphPixel(9, x, y, x == y ? 0 : 40 + x);
+    for (int i = 0; i < 64; ++i) Glyphs().PutGlyphPixel(9, i % 8, i / 8, i % 9 ? 40 + i : 0);
     ScriptedWindow& window = Place(editor, {259, 259});
-    EXPECT_EQ(window.w, 32);
-    EXPECT_EQ(window.shown, (Size{259, 259}));
-    EXPECT_EQ(window.PixelAt(4 * 5 + 1, 4 * 2 + 2), 45);
-    EXPECT_EQ(window.PixelAt(4 * 5 + 1, 4 * 5 + 1), 15) << "a tick";
-    EXPECT_EQ(window.PixelAt(4 * 5 + 2, 4 * 5 + 2), 15);
-    EXPECT_EQ(window.PixelAt(4 * 5 + 3, 4 * 5), 0);
+    EXPECT_EQ(window.shown, window.size);
     const struct {
         Point at, cursor;
-    } cases[] = {{{0, 0}, {0, 0}},
-                 {{31, 32}, {0, 1}},
-                 {{258, 258}, {7, 7}},
-                 {{-40, 100}, {0, 3}},
-                 {{100, 900}, {3, 7}}};
+    } cases[] = {
+        {{31, 32}, {0, 1}}, {{258, 258}, {7, 7}}, {{-40, 100}, {0, 3}}, {{100, 900}, {3, 7}}};
     for (const auto& c : cases) {
-        editor.OnLButtonDown(false, {50, 50});
+        window.Send(&Events::OnLButtonDown, false, Point{50, 50});
         EXPECT_TRUE(window.captured);
-        editor.OnMouseMove(false, c.at);
-        editor.OnLButtonUp(false, c.at);
+        window.Send(&Events::OnMouseMove, false, c.at);
+        window.Send(&Events::OnLButtonUp, false, c.at);
+        EXPECT_FALSE(window.captured);
         EXPECT_EQ(editor.Cursor(), c.cursor) << c.at.x << ", " << c.at.y;
     }
-    editor.OnMouseMove(false, {0, 0});
+    window.Send(&Events::OnMouseMove, false, Point{0, 0});
     EXPECT_EQ(editor.Cursor(), (Point{3, 7})) << "no button is held";
-    window.Paint();
-    EXPECT_EQ(window.description, "Glyph 9, pixel 3 7: colour 43");
-    bool flickers = false;
-    const int first = window.PixelAt(12, 28);
+    std::set<int> rims;
     for (int i = 0; i < 20; ++i) {
         window.Paint();
-        flickers |= window.PixelAt(12, 28) != first;
-        EXPECT_EQ(window.PixelAt(13, 29), 43) << "the cursor is an outline";
+        const int flicker = window.PixelAt(12, 28) ^ (40 + 59);
+        rims.insert(flicker);
+        ExpectPicture(window, [&](int x, int y) {
+            const int own = y / 4 * 8 + x / 4, u = x % 4, v = y % 4;
+            const bool rim = own == 59 && (u == 0 || v == 0 || u == 3 || v == 3);
+            if (own % 9 == 0) return u == v && (u == 1 || u == 2) ? 15 : 0;
+            return (40 + own) ^ (rim ? flicker : 0);
+        });
     }
-    EXPECT_TRUE(flickers);
+    EXPECT_GT(rims.size(), 5u) << "the cursor flickers";
+    EXPECT_EQ(window.description, "Glyph 9, pixel 3 7: colour 99");
 }
 
 TEST_F(Pickers, ThePreviewIsCoveredWithTheBrush) {
     BrushPreview preview;
     vBrush = {3, 20, 30, 2};
     ScriptedWindow& window = Place(preview, {60, 37});
-    EXPECT_EQ(window.w, 30);
-    EXPECT_EQ(window.h, 19);
-    for (int mode = 0; mode < kBrushModes; ++mode) {
-        vBrushMode = mode;
+    EXPECT_EQ(window.shown, (Size{60, 38}));
+    for (vBrushMode = 0; vBrushMode < kBrushModes; ++vBrushMode) {
         window.Paint();
-        for (int y = 0; y < window.h; ++y) {
-            for (int x = 0; x < window.w; ++x) {
-                const int pixel = Glyphs().GetGlyphPixel(3, x % 8, y % 8);
-                const int wanted = mode == kBrushNormal ? (pixel ? 20 : 30)
-                                   : mode == kBrushText ? pixel
-                                                        : 0;
-                ASSERT_EQ(window.PixelAt(x, y), wanted) << mode << ": " << x << ", " << y;
-            }
-        }
+        ExpectPicture(window, [&](int x, int y) {
+            const int pixel = Glyphs().GetGlyphPixel(3, x % 8, y % 8);
+            return vBrushMode == kBrushNormal ? (pixel ? 20 : 30)
+                   : vBrushMode == kBrushText ? pixel
+                                              : 0;
+        });
     }
     EXPECT_EQ(window.description, "Glyph 3, colour 20 on 30, attribute 2");
-    int opened = 0;
-    preview.openSettings = [&] { ++opened; };
-    Click(preview, {5, 5});
-    EXPECT_EQ(opened, 1);
-    preview.role = PreviewRole::FontEditor;
-    Click(preview, {5, 5});
-    EXPECT_EQ(opened, 1);
+    vBrush.fg = -2;
+    window.Paint();
+    EXPECT_EQ(window.description, "Glyph 3, a sprite, attribute 2");
 }
 
-TEST_F(Pickers, ColorSelectTakesTheArrowKeys) {
-    struct Case {
-        int fg, code, then;
-    };
-    script.ExpectDialog("Color Select", [&](ScriptedForm& form) {
-        auto& grid = static_cast<ScriptedWindow&>(*form.Picture(kColorGrid));
-        const Case cases[] = {{0, kKeyLeft, 0},    {5, kKeyLeft, 4},     {255, kKeyRight, 255},
-                              {15, kKeyRight, 16}, {250, kKeyDown, 255}, {3, kKeyDown, 19},
-                              {10, kKeyUp, 0},     {40, kKeyUp, 24},     {-2, kKeyLeft, 0}};
-        for (const Case& c : cases) {
-            vBrush.fg = c.fg;
-            EXPECT_TRUE(form.Press(c.code));
-            EXPECT_EQ(vBrush.fg, c.then) << c.fg;
-            EXPECT_EQ(grid.invalidated, 1);
-            grid.Paint();
-        }
-        EXPECT_FALSE(form.Press(kKeySpace));
-        vBrush.fg = 12;
-        form.Click(kIdCancel);
-    });
-    DoColorSelect().Run();
-    EXPECT_EQ(vBrush.fg, 12) << "Cancel keeps the choice";
-}
-
-// --- Brush Settings ----------------------------------------------------------------------------
+// --- the clipboards' dialogs -------------------------------------------------------------------
 
 namespace {
 
-// Runs the dialog on a brush and gives the brush that it leaves.
-Brush Settings(ScriptedPlatform& script, Brush brush, std::function<void(ScriptedForm&)> person) {
-    script.ExpectDialog("Brush Settings", std::move(person));
-    vBrush = brush;
-    DoBrushSettings().Run();
-    return vBrush;
-}
-
-std::string Checked(ScriptedForm& form) {
-    std::string checked;
-    for (int i = 0; i < 4; ++i) checked += form.IsChecked(kBrushAttrib + i) ? 'x' : '.';
-    return checked;
-}
-
-WindowEvents& Events(ScriptedForm& form, int id) {
-    return *static_cast<ScriptedWindow&>(*form.Picture(id)).events;
+void Walk(ScriptedWindow& window, Size content, std::mt19937& random) {
+    const auto roll = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    auto& viewer = static_cast<DragViewer&>(*window.events);
+    const Size room{(window.size.w + 1) / 16, (window.size.h + 1) / 16};
+    Point scroll = viewer.Scroll(), press, grab;
+    bool drags = false;
+    const auto bring = [&](Point to) {
+        scroll = {std::min(std::max(to.x, room.w - content.w), 0),
+                  std::min(std::max(to.y, room.h - content.h), 0)};
+    };
+    for (int step = 0; step < 400; ++step) {
+        const Point at{roll(400) - 100, roll(400) - 100};
+        const int wish = roll(5);
+        if (wish == 0) {
+            window.Send(&Events::OnLButtonDown, false, at);
+            press = at;
+            grab = scroll;
+            drags = true;
+        } else if (wish == 1) {
+            window.Send(&Events::OnLButtonUp, false, at);
+            drags = false;
+        } else if (wish == 2) {
+            const int arrow = roll(4);
+            window.Keys({kArrows[arrow]});
+            bring({scroll.x - kSteps[arrow].x, scroll.y - kSteps[arrow].y});
+        } else {
+            window.Send(&Events::OnMouseMove, false, at);
+            if (drags)
+                bring({static_cast<int>((at.x - press.x) / 8.0 + grab.x),
+                       static_cast<int>((at.y - press.y) / 8.0 + grab.y)});
+        }
+        ASSERT_EQ(viewer.Scroll(), scroll) << step << ", " << wish;
+        ASSERT_EQ(window.captured, drags);
+    }
 }
 
 }  // namespace
 
-TEST_F(Pickers, BrushSettingsWritesTheBrushAndCancelBringsItBack) {
-    const Brush first{7, -2, 1, 2};
-    const auto choose = [&](int end) {
-        return [end](ScriptedForm& form) {
-            EXPECT_EQ(Checked(form), "..x.");
-            for (int id : {kBrushChar, kBrushFg, kBrushBg, kBrushSwatch})
-                static_cast<ScriptedWindow&>(*form.Picture(id)).Paint();
-            EXPECT_EQ(form.GetText(kBrushNumbers), "7 -2 1 2");
-            Events(form, kBrushChar).OnLButtonDown(false, {2 * 16, 0});
-            Events(form, kBrushFg).OnLButtonDown(false, {33, 0});
-            Events(form, kBrushBg).OnLButtonDown(false, {44, 0});
-            form.Click(kBrushAttrib + 3);
-            EXPECT_EQ(vBrush, (Brush{2, 3, 4, 3})) << "at once";
-            auto& preview = static_cast<ScriptedWindow&>(*form.Picture(kBrushSwatch));
-            EXPECT_EQ(preview.invalidated, 4);
-            preview.Paint();
-            EXPECT_EQ(form.GetText(kBrushNumbers), "2 3 4 3");
-            form.Click(end);
-        };
-    };
-    EXPECT_EQ(Settings(script, first, choose(kIdOk)), (Brush{2, 3, 4, 3}));
-    EXPECT_EQ(Settings(script, first, choose(kIdCancel)), first);
+TEST_F(Pickers, TheClipboardsAreDraggedAndShown) {
+    MakeObjectClip();
+    world->SetViewSize(100, 90);
+    vObjectClip->EraseAll();
+    vObjectClip->Create("wide", 100, 3);
+    vObjectClip->PutTile(0, 0, 65, 12, 3, 0);
+    Dobject* child = vObjectClip->Spawn(world->TakeId(), 4);
+    child->Create("child", 2, 2);
+    child->PutTile(1, 1, 1, 7, 9, 0);
+    constexpr std::uint16_t kNone = 65535;
+    const struct {
+        Dtile cell;
+        int chr, fg, bg;
+    } cells[] = {{{kNone, kNone, kNone, 3}, 177, 15, 1}, {{65, kNone, kNone, kNone}, 65, 15, 1},
+                 {{kNone, 7, kNone, kNone}, 177, 7, 0},  {{kNone, kNone, 9, kNone}, 177, 0, 9},
+                 {{2, 65534, 1, 0}, 2, -2, 1},           {{66, 12, 13, 0}, 66, 12, 13}};
+    const Bitmap expected = MakeBitmap(512, 512);
+    for (const bool tiles : {true, false}) {
+        clear_bitmap(expected.get());
+        script.ExpectDialog(tiles ? "Tile ClipBoard" : "Object ClipBoard", [&](ScriptedForm& form) {
+            ScriptedWindow& window = form.Shown(1001);
+            window.Paint();
+            Walk(window, tiles ? Size{20, 30} : Size{100, 3}, random);
+            const Point at = static_cast<DragViewer&>(*window.events).Scroll();
+            for (int i = 0; tiles && i < 600; ++i)
+                if (i % 20 + at.x >= 0 && i / 20 + at.y >= 0)
+                    Glyphs().DrawGlyph(expected.get(), cells[i % 6].chr, cells[i % 6].fg,
+                                       cells[i % 6].bg, i % 20 + at.x, i / 20 + at.y);
+            if (!tiles) {
+                blit(vObjectClip->Surface(), expected.get(), -8 * at.x, 0, 0, 0, 512, 24);
+                blit(child->Surface(), expected.get(), 8, 8, 8 * at.x + 8, 8, 8, 8);
+            }
+            window.Paint();
+            EXPECT_EQ(window.description, tiles ? "20 by 30 tiles" : "wide");
+            ExpectPicture(window, [&](int x, int y) { return getpixel(expected.get(), x, y); });
+            form.Click(kIdOk);
+        });
+        vTileClip.clear();
+        for (int i = 0; i < 600; ++i) vTileClip.push_back(cells[i % 6].cell);
+        vTileClipW = 20;
+        vTileClipH = 30;
+        tiles ? DoTileClip().Run() : DoObjectClipBoard().Run();
+    }
+    EXPECT_EQ(world->Root().width, 100) << "the edit view has its masks back";
+    ClearTileClip();
+    vObjectClip.reset();
 }
 
-TEST_F(Pickers, SpriteEmptyAndTheAttributeOfOk) {
-    for (int y = 0; y < 8; ++y)
-        for (int x = 0; x < 8; ++x) Glyphs().PutGlyphPixel(5, x, y, 7);
-    Glyphs().PutGlyphPixel(6, 3, 3, 0);
-    EXPECT_EQ(Settings(script, {5, 9, 9, 1},
-                       [](ScriptedForm& form) {
-                           form.Click(kBrushSprite);
-                           EXPECT_EQ(vBrush, (Brush{5, -2, 1, 1}));
-                           Events(form, kBrushChar).OnLButtonDown(false, {6 * 16, 0});
-                           form.Click(kIdOk);
-                       }),
-              (Brush{6, -2, 0, 1}));
-    EXPECT_EQ(Settings(script, {5, 9, 9, 0},
-                       [](ScriptedForm& form) {
-                           form.Click(kBrushAttrib + 1);
-                           form.Click(kBrushEmpty);
-                           EXPECT_EQ(vBrush, Brush{});
-                           EXPECT_EQ(Checked(form), ".x..");
-                           static_cast<ScriptedWindow&>(*form.Picture(kBrushSwatch)).Paint();
-                           EXPECT_EQ(form.GetText(kBrushNumbers), "0 0 0 0");
-                           form.Click(kIdOk);
-                       }),
-              (Brush{0, 0, 0, 1}));
-    EXPECT_EQ(Settings(script, {1, 2, 3, 77},
-                       [](ScriptedForm& form) {
-                           EXPECT_EQ(Checked(form), "....");
-                           form.Click(kIdOk);
-                       }),
-              (Brush{1, 2, 3, 77}))
-        << "with none checked the attribute stays";
+// --- the font editor ---------------------------------------------------------------------------
+
+namespace {
+
+class FontEdit : public Pickers {
+protected:
+    /// Opens the editor; what `person` leaves open is ended by OK.
+    void Run(const std::function<void(ScriptedForm&)>& person) {
+        script.ExpectDialog("Font Edit", [&](ScriptedForm& form) {
+            for (int id = kFontCharEdit; id <= kFontCharSelect; ++id) form.Shown(id).Paint();
+            person(form);
+            if (!form.result) form.Click(kIdOk);
+        });
+        DoFontEdit().Run();
+    }
+    std::string Sheet() { return MakeBmp(Glyphs().Sheet(), Glyphs().GetPalette()); }
+};
+
+}  // namespace
+
+TEST_F(FontEdit, KeysAndButtonsDoWhatAPlainSheetDoes) {
+    std::vector<int> sheet;  // pixels, 128 a row
+    for (int i = 0; i < 128 * 128; ++i) sheet.push_back(Glyphs().Sheet()->line[i / 128][i % 128]);
+    std::array<int, 64> copied{};
+    int x = 8, y = 16, fg = 15;  // the cursor on the whole sheet
+    bool sprite = false;
+    vBrush = {33, fg, 2, 1};
+    Dobject& board = AddNode(world->Root(), "board", 1, 1);
+    Run([&](ScriptedForm& form) {
+        const auto at = [&](int i) -> int& {
+            return sheet[static_cast<std::size_t>((y / 8 * 8 + i / 8) * 128 + x / 8 * 8 + i % 8)];
+        };
+        for (int step = 0; step < 6000; ++step) {
+            for (int id = kFontCharEdit; id <= kFontCharSelect; ++id)
+                form.Shown(id).invalidated = 0;
+            const int wish = Roll(step % 20 ? 30 : 40), arrow = Roll(4);
+            std::string repaints;
+            std::array<int, 64> old{};
+            for (int i = 0; i < 64; ++i) old[static_cast<std::size_t>(i)] = at(i);
+            const auto change = [&](int button, const std::function<int(int)>& pixel) {
+                form.Click(button);
+                for (int i = 0; i < 64; ++i) at(i) = pixel(i);
+                repaints = "EPS";
+            };
+            const auto was = [&](int i) { return old[static_cast<std::size_t>(i)]; };
+            if (wish < 18) {
+                EXPECT_TRUE(form.Press(kArrows[arrow]));
+                const Point to{x + kSteps[arrow].x, y + kSteps[arrow].y};
+                const bool in = to.x >= 0 && to.y >= 0 && to.x < 128 &&
+                                to.y < static_cast<int>(sheet.size()) / 128;
+                if (in) x = to.x, y = to.y, repaints = "E";
+            } else if (wish < 24) {
+                EXPECT_TRUE(form.Press(kKeySpace));
+                int& pixel = sheet[static_cast<std::size_t>(y * 128 + x)];
+                pixel = sprite ? fg & 255 : pixel ? 0 : 15;
+                repaints = "EPS";
+            } else if (wish < 27) {
+                EXPECT_TRUE(form.Press(kKeyEnter));
+                fg = sheet[static_cast<std::size_t>(y * 128 + x)];
+                repaints = "P";
+            } else if (wish < 28) {
+                sprite = Roll(2);
+                form.Click(sprite ? kFontSpriteMode : kFontCharMode);
+            } else if (wish < 29) {
+                for (const int other : {int{'A'}, int{kKeyTab}, int{kKeyEscape}, int{kKeyDelete}})
+                    EXPECT_FALSE(form.Press(other));
+                form.Click(kFontCopy);
+                copied = old;
+            } else if (wish < 30) {
+                script.ExpectDialog("Color Select", [&](ScriptedForm& colors) {
+                    EXPECT_TRUE(colors.Press(kArrows[arrow]));
+                    EXPECT_FALSE(colors.Press(kKeySpace));
+                    EXPECT_EQ(colors.Shown(1001).invalidated, 1);
+                    colors.Click(Roll(2) ? kIdOk : kIdCancel);
+                });
+                if (Roll(2))
+                    EXPECT_TRUE(form.Press('C'));
+                else
+                    form.Click(kFontChangeColor);
+                fg = std::clamp(fg + kSteps[arrow].x + 16 * kSteps[arrow].y, 0, 255);
+                repaints = "P";
+            } else if (wish < 32) {
+                change(kFontPaste, [&](int i) { return copied[static_cast<std::size_t>(i)]; });
+            } else if (wish < 34) {
+                change(kFontFlipVertical, [&](int i) { return was(i ^ 56); });
+            } else if (wish < 36) {
+                change(kFontFlipHorizontal, [&](int i) { return was(i ^ 7); });
+            } else if (wish < 38) {
+                change(kFontInvert, [&](int i) { return was(i) ? 0 : 15; });
+            } else {
+                const bool more = Roll(2);
+                form.Click(more ? kFontNewLine : kFontDeleteLine);
+                if (more || sheet.size() > 1024)
+                    sheet.resize(more ? sheet.size() + 1024 : sheet.size() - 1024);
+                const int last = static_cast<int>(sheet.size()) / 1024 - 1;
+                if (y / 8 > last) x = 120 + x % 8, y = last * 8 + y % 8;
+                repaints = "EPS";
+            }
+            std::string seen;
+            for (int id = kFontCharEdit; id <= kFontCharSelect; ++id)
+                if (form.Shown(id).invalidated) seen += "EPS"[id - kFontCharEdit];
+            ASSERT_EQ(seen, repaints) << step << ": " << wish;
+            auto& editor = static_cast<CharEdit&>(*form.Shown(kFontCharEdit).events);
+            ASSERT_EQ(vBrush.chr * 64 + editor.Cursor().y * 8 + editor.Cursor().x,
+                      (y / 8 * 16 + x / 8) * 64 + y % 8 * 8 + x % 8);
+            ASSERT_EQ(vBrush.fg, fg);
+            ASSERT_EQ(Glyphs().Sheet()->h, static_cast<int>(sheet.size()) / 128);
+            if (step % 10) continue;
+            for (std::size_t i = 0; i < sheet.size(); ++i)
+                ASSERT_EQ(Glyphs().Sheet()->line[i / 128][i % 128], sheet[i])
+                    << step << ": " << wish;
+        }
+        board.PutTile(0, 0, 0, 14, 3, 0);
+        Glyphs().PutGlyphPixel(0, 0, 0, !Glyphs().GetGlyphPixel(0, 0, 0));
+        EXPECT_EQ(vBrushMode, kBrushText) << "the preview shows the raw glyph";
+        form.Click(kIdOk);
+    });
+    EXPECT_EQ(getpixel(board.Surface(), 0, 0), Glyphs().GetGlyphPixel(0, 0, 0) ? 14 : 3);
+    EXPECT_EQ(vBrush, (Brush{33, 15, 2, 1}));
+    EXPECT_EQ(vBrushMode, kBrushNormal);
+}
+
+TEST_F(FontEdit, TheSheetScrollsGoesOutAndInAndCancelBringsItBack) {
+    const std::string path = temp / "sheet.bmp", bad = PutFile(temp / "bad.bmp", "BM");
+    const std::string before = Sheet();
+    Run([&](ScriptedForm& form) {
+        script.ExpectSaveDialog(std::nullopt);
+        form.Choose(kFontSave);
+        EXPECT_EQ(script.lastFileDialog.filter, "Bmp Files (*.bmp)|*.bmp||");
+        EXPECT_EQ(script.lastFileDialog.extension, ".bmp");
+        script.ExpectSaveDialog(path);
+        form.Choose(kFontSave);
+        for (int i = 0; i < 9; ++i) form.Click(kFontNewLine);
+        const int shown = (form.Shown(kFontCharSelect).size.h + 1) / 2;
+        for (const int position : {100, 50, 33, 1, 0}) {
+            form.Shown(kFontCharSelect).invalidated = 0;
+            form.Slide(kFontSlider, position);
+            const int lowest = -1 - (25 * 8 - shown) / 8;
+            EXPECT_EQ(vCharScrollY, static_cast<int>(lowest * (position / 100.0))) << position;
+            EXPECT_EQ(form.Shown(kFontCharSelect).invalidated, 1);
+        }
+        script.ExpectOpenDialog(path);
+        form.Choose(kFontLoad);
+        EXPECT_EQ(Sheet(), before);
+        script.ExpectOpenDialog(bad);
+        form.Choose(kFontLoad);
+        EXPECT_THAT(reports.Texts(), testing::HasSubstr("Unable to import font"));
+        reports.Clear();
+        form.Click(kFontInvert);
+        for (const bool sure : {false, true}) {
+            EXPECT_EQ(form.result, 0);
+            script.ExpectMessage("Discard Changes ?", sure);
+            form.Click(kIdCancel);
+            EXPECT_EQ(script.lastCaption, "Confirm Cancel");
+        }
+    });
+    EXPECT_EQ(Sheet(), before);
+    EXPECT_EQ(temp.Names(), (std::vector<std::string>{"bad.bmp", "sheet.bmp"}));
+}
+
+// Pictures of any size: glyphs that are cut by an edge, and a sheet without any.
+TEST_F(FontEdit, OddSheetsCanBeEdited) {
+    const struct {
+        int w, h, glyphs;
+    } cases[] = {{20, 10, 6}, {5, 1, 0}, {1, 1, 0}, {1, 9, 1}, {128, 3, 16}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.w << " by " << c.h);
+        const Bitmap picture = MakeBitmap(c.w, c.h);
+        clear_to_color(picture.get(), 3);
+        const std::string path =
+            PutFile(temp / "odd.bmp", MakeBmp(picture.get(), Glyphs().GetPalette()));
+        vBrush.chr = 33;
+        Run([&](ScriptedForm& form) {
+            script.ExpectOpenDialog(path);
+            form.Choose(kFontLoad);
+            EXPECT_EQ(Glyphs().GlyphCount(), c.glyphs);
+            EXPECT_EQ(vBrush.chr, std::max(std::min(33, c.glyphs - 1), 0));
+            for (int id = kFontNewLine; id <= kFontInvert; ++id) form.Click(id);
+            for (int code :
+                 {kKeyLeft, kKeySpace, kKeyUp, kKeySpace, kKeyDown, kKeyRight, kKeyEnter})
+                form.Press(code);
+            for (int id = kFontCharEdit; id <= kFontCharSelect; ++id) form.Shown(id).Paint();
+        });
+        Glyphs().LoadDefault();
+    }
 }

@@ -15,13 +15,19 @@ void ScriptedWindow::ShowPicture(const platform::Rows8& picture, Size shownAs) {
     for (int y = 0; y < h; ++y) pixels.insert(pixels.end(), picture.rows[y], picture.rows[y] + w);
 }
 
-int ScriptedWindow::TrackPopupMenu(const platform::Menu& menu, platform::Point screen) {
-    return script.TrackMenu(menu, screen);
+int ScriptedWindow::TrackPopupMenu(const platform::Menu& menu, platform::Point corner) {
+    return script.TrackMenu(menu, corner);
 }
 
 void ScriptedWindow::Paint() {
     invalidated = 0;
     if (events) script.Do([this] { events->OnDraw(*this); });
+}
+
+void ScriptedWindow::ExpectPicture(BITMAP* expected) const {
+    for (int p = 0; p < w * h; ++p)
+        ASSERT_EQ(PixelAt(p % w, p / w), getpixel(expected, p % w, p / w))
+            << p % w << ", " << p / w;
 }
 
 void ScriptedWindow::Drag(platform::Point from, platform::Point to, bool ctrl) {
@@ -50,9 +56,9 @@ void CheckLayout(const platform::Form& form) {
         const bool still = c.kind == ControlKind::Label || c.kind == ControlKind::Code;
         EXPECT_EQ(std::string(c.tip).empty(), still);
         for (const Control& o : form.controls)
-            EXPECT_TRUE(&o == &c || (o.id != c.id && (o.kind == ControlKind::Group ||
-                                                      !meet(o.x, o.w, c.x, c.w) ||
-                                                      !meet(o.y, o.h, c.y, c.h))))
+            EXPECT_TRUE(&o == &c ||
+                        (o.id != c.id && (o.kind == ControlKind::Group ||
+                                          !meet(o.x, o.w, c.x, c.w) || !meet(o.y, o.h, c.y, c.h))))
                 << o.text;
     }
 }
@@ -251,9 +257,9 @@ std::optional<ScriptedPlatform::Step> ScriptedPlatform::Take(const std::string& 
                                                              const std::string& what) {
     if (answersAll && (steps.empty() || steps.front().kind != kind)) {
         asked.push_back(kind + " " + what);
-        return Step{.kind = kind,
-                    .text = what,
-                    .person = [](ScriptedForm& form) { form.Click(platform::kIdOk); }};
+        return Step{.kind = kind, .text = what, .person = [](ScriptedForm& form) {
+                        form.Click(platform::kIdOk);
+                    }};
     }
     if (steps.empty() || steps.front().kind != kind) {
         ADD_FAILURE() << "unexpected " << kind << " \"" << what << "\"";
@@ -307,7 +313,14 @@ std::optional<std::string> ScriptedPlatform::SaveFileDialog(const platform::File
     return step ? step->path : std::nullopt;
 }
 
+// What was asked for before a dialog or a menu opens is painted while it is up.
+void ScriptedPlatform::PaintFrame() {
+    if (!frame) return;
+    for (auto& [pane, window] : frame->panes) window->invalidated = 0;
+}
+
 int ScriptedPlatform::RunDialog(const platform::Form& form, platform::FormEvents& events) {
+    PaintFrame();
     ScriptedForm window(*this, form, events);
     const auto step = Take("dialog", form.caption);
     if (!step) return platform::kIdCancel;
@@ -317,9 +330,10 @@ int ScriptedPlatform::RunDialog(const platform::Form& form, platform::FormEvents
     return window.result;
 }
 
-int ScriptedPlatform::TrackMenu(const platform::Menu& menu, platform::Point screen) {
+int ScriptedPlatform::TrackMenu(const platform::Menu& menu, platform::Point corner) {
+    PaintFrame();
     lastMenu = menu;
-    lastMenuAt = screen;
+    lastMenuAt = corner;
     const auto step = Take("menu", menu.empty() ? "" : menu.front().text);
     if (!step) return 0;
     if (!step->texts.empty()) {
@@ -332,26 +346,26 @@ int ScriptedPlatform::TrackMenu(const platform::Menu& menu, platform::Point scre
     return step->choice;
 }
 
-int ScriptedPlatform::GetProfileInt(const std::string& section, const std::string& key,
+int ScriptedPlatform::GetProfileInt(const std::string& section, const std::string& entry,
                                     int absent) {
-    auto found = settings.find({section, key});
+    auto found = settings.find({section, entry});
     return found == settings.end() ? absent : std::stoi(found->second);
 }
 
-std::string ScriptedPlatform::GetProfileString(const std::string& section, const std::string& key,
+std::string ScriptedPlatform::GetProfileString(const std::string& section, const std::string& entry,
                                                const std::string& absent) {
-    auto found = settings.find({section, key});
+    auto found = settings.find({section, entry});
     return found == settings.end() ? absent : found->second;
 }
 
-void ScriptedPlatform::WriteProfileInt(const std::string& section, const std::string& key,
+void ScriptedPlatform::WriteProfileInt(const std::string& section, const std::string& entry,
                                        int value) {
-    settings[{section, key}] = std::to_string(value);
+    settings[{section, entry}] = std::to_string(value);
 }
 
-void ScriptedPlatform::WriteProfileString(const std::string& section, const std::string& key,
+void ScriptedPlatform::WriteProfileString(const std::string& section, const std::string& entry,
                                           const std::string& value) {
-    settings[{section, key}] = value;
+    settings[{section, entry}] = value;
 }
 
 std::unique_ptr<platform::Frame> ScriptedPlatform::CreateFrame(platform::FrameEvents& events) {

@@ -5,6 +5,7 @@
 // answered with Cancel; what the script still names at the end fails it as well.
 #pragma once
 
+#include "engine/bitmap.h"
 #include "platform/platform.h"
 
 #include <gtest/gtest.h>
@@ -47,6 +48,8 @@ public:
     /// The left button down at one place, up at another.
     void Drag(platform::Point from, platform::Point to, bool ctrl = false);
     void Click(platform::Point at, bool ctrl = false) { Drag(at, at, ctrl); }
+    /// Fails where the picture is not this one, which may be larger.
+    void ExpectPicture(BITMAP* expected) const;
     int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
 
     static constexpr int kScreenOffset = 1000;
@@ -252,6 +255,7 @@ private:
     };
     std::optional<Step> Take(const std::string& kind, const std::string& what);
     static void ExpectNothingOpen();
+    void PaintFrame();
 
     int depth = 0;
 
