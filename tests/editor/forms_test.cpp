@@ -27,26 +27,26 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 
 using namespace platform;
 
 namespace {
-
-struct Refusal {
-    int field;
-    const char* text;
-    const char* message;
-};
 
 struct Row {
     std::string caption;
     std::function<void()> open;
     unsigned layout;  ///< digest of the form's table: texts, tips, places, ranges
     std::string look;
-    std::vector<Refusal> refused;
-    std::function<void(ScriptedForm&)> change;
-    std::string after;   ///< by OK
-    std::string cancel;  ///< by Cancel; empty where all stays as it was, "-" without a Cancel
+    std::string changes;  ///< by a person: "1003" clicks, "1001=8" types, "1001~8" slides,
+                          ///< "1001@8,9" clicks into a picture
+    std::string after;    ///< the state by OK
+    char cancel = ' ';    ///< by Cancel: 'a' as OK, '-' there is none, '?' as it was, but asked
+};
+
+struct Refusal {
+    int row, field;
+    const char *text, *message;
 };
 
 class Forms : public WorldTest {
@@ -94,34 +94,48 @@ protected:
         for (const char c : text) digest = (digest ^ static_cast<unsigned char>(c)) * 16777619u;
         return digest;
     }
-    void ExpectRow(const Row& row) {
-        for (const int end : {kIdCancel, kIdOk}) {
-            if (end == kIdCancel && row.cancel == "-") continue;
-            Reset();
-            const std::string before = State();
-            script.ExpectDialog(row.caption, [&](ScriptedForm& form) {
-                EXPECT_EQ(form.Look(), row.look);
-                EXPECT_EQ(Digest(form.layout), row.layout) << "a changed table belongs in here";
-                for (const Refusal& r : row.refused) {
-                    const std::string old = form.GetText(r.field);
-                    form.Type(r.field, r.text);
-                    form.focus = 0;
-                    script.ExpectMessage(r.message);
-                    form.Click(kIdOk);
-                    EXPECT_EQ(form.focus, r.field) << r.text;
-                    EXPECT_EQ(form.result, 0) << r.text;
-                    EXPECT_EQ(State(), before) << r.text;
-                    form.Type(r.field, old);
-                }
-                if (row.change) row.change(form);
-                if (row.cancel == "?" && end == kIdCancel)
-                    script.ExpectMessage("Discard Changes ?");
-                form.Click(end);
-            });
-            script.Do(row.open);
-            const bool writes = end == kIdOk || row.cancel.size() > 1;
-            EXPECT_EQ(State(), !writes ? before : end == kIdOk ? row.after : row.cancel);
+    static void Change(ScriptedForm& form, const std::string& changes) {
+        std::istringstream words(changes);
+        for (std::string word; words >> word;) {
+            std::size_t end = 0;
+            const int id = std::stoi(word, &end);
+            const std::string to = word.substr(std::min(end + 1, word.size()));
+            const char kind = end < word.size() ? word[end] : '!';
+            if (kind == '!') form.Click(id);
+            if (kind == '=') form.Type(id, to);
+            if (kind == '~') form.Slide(id, std::stoi(to));
+            if (kind != '@') continue;
+            form.Shown(id).Click({std::stoi(to), std::stoi(to.substr(to.find(',') + 1))});
         }
+    }
+    void ExpectRow(const Row& row, int end, const std::vector<Refusal>& refusals) {
+        Reset();
+        const std::string before = State();
+        script.ExpectDialog(row.caption, [&](ScriptedForm& form) {
+            EXPECT_EQ(form.Look(), row.look);
+            EXPECT_EQ(Digest(form.layout), row.layout) << "a changed table belongs in here";
+            for (const Refusal& r : refusals) {
+                const std::string old = form.GetText(r.field);
+                form.Type(r.field, r.text);
+                form.focus = 0;
+                script.ExpectMessage(r.message);
+                form.Click(kIdOk);
+                EXPECT_EQ(form.focus, r.field) << r.text;
+                EXPECT_EQ(form.result, 0) << r.text;
+                EXPECT_EQ(State(), before) << r.text;
+                form.Type(r.field, old);
+            }
+            Change(form, row.changes);
+            if (row.caption == "Distance Fade") {
+                EXPECT_EQ(form.Look(),
+                          "'X multiplier: 4.00' =400 'Y multiplier: 2.05' =205 "
+                          "'Random: 4' =4");
+            }
+            if (row.cancel == '?' && end == kIdCancel) script.ExpectMessage("Discard Changes ?");
+            form.Click(end);
+        });
+        script.Do(row.open);
+        EXPECT_EQ(State(), end == kIdOk || row.cancel == 'a' ? row.after : before);
     }
 
     ScriptedPlatform script;
@@ -132,227 +146,76 @@ protected:
 }  // namespace
 
 TEST_F(Forms, AllOfThem) {
-    const auto type = [](std::vector<std::pair<int, std::string>> texts) {
-        return [texts](ScriptedForm& form) {
-            for (const auto& [id, text] : texts) form.Type(id, text);
-        };
-    };
-    const auto click = [](std::vector<int> ids) {
-        return [ids](ScriptedForm& form) {
-            for (int id : ids) form.Click(id);
-        };
-    };
-    const auto slide = [](std::vector<std::pair<int, int>> values, const char* look) {
-        return [values, look](ScriptedForm& form) {
-            for (const auto& [id, value] : values) form.Slide(id, value);
-            EXPECT_EQ(form.Look(), look);
-        };
-    };
     const std::function<void()> size = [] { DoSize().Run(); };
     const std::function<void()> brush = [this] { frame.EditBrush(); };
     const auto area = [](AreaDialog dialog) { return [dialog] { OpenAreaDialog(dialog); }; };
+    const std::string own = "Attic 3 -4 0 6 5 5 5 0 ",
+                      brushLook = "[ ] [ ] [x] [ ] 'Numbers of the brush'";
+    const std::string rest = " 7 -2 1 2 0 0 ", plain = own + "7 -2 1 2 0 0 30 1",
+                      painted = own + "7 -2 1 2 0 30 0 1";
+    const std::string name = "Hall_" + std::string(45, 'n');
+    const Row rows[] = {
+        {"Name", [] { DoName().Run(); }, 2739639997u, "'Attic'", "1001=" + name + "nn",
+         name + plain.substr(5)},
+        {"Location", [] { DoLocation().Run(); }, 3420602394u, "'3' '-4' '0'",
+         "1001=-8 1002=40000 1003=10", "Attic -8 40000 10 6 5 5 5 0" + rest + "30 1"},
+        {"Size", size, 69009994u, "'6' '5' [x]", "1001=8 1002=4",
+         "Attic 3 -4 0 8 4 8 4 0" + rest + "24 1"},
+        {"Size", size, 69009994u, "'6' '5' [x]", "1003 1001=8 1002=4",
+         "Attic 3 -4 0 8 4 5 4 0" + rest + "24 1"},
+        {"Viewport", [] { DoViewport().Run(); }, 447038723u, "'5' '5'", "1001=9 1002=3",
+         "Attic 3 -4 0 9 5 9 3 0" + rest + "30 1"},
+        {"Speckle", area(AreaDialog::Speckle), 3471196812u, "'50'", "1002=99", painted},
+        {"Filter", area(AreaDialog::Filter), 2701341678u, "[x] [x] [x] [x]", "1001 1003",
+         own + "-1 -2 -1 2 0 0 30 1"},
+        {"Filter", area(AreaDialog::Filter), 2701341678u, "[x] [x] [x] [x]", "1002 1004",
+         own + "7 -1 1 -1 0 0 30 1"},
+        {"Fade", area(AreaDialog::Fade), 371869297u, "'Left to right' =0 'Random: 0' =0",
+         "1010~3 1003~1", painted},
+        {"Distance Fade", area(AreaDialog::Distance), 2619775281u,
+         "'X multiplier: 0.35' =35 'Y multiplier: 0.45' =45 'Random: 4' =4", "1005~400 1007~205",
+         painted},
+        {"Slime fade", area(AreaDialog::Slime), 3361920905u, "'Random: 5' =5", "1010~15", painted},
+        {"Brush Settings", brush, 26701032u, brushLook,
+         "1001@32,0 1002@33,0 1003@44,0 1009 1004@5,5", own + "2 3 4 3 0 0 30 1"},
+        {"Brush Settings", brush, 26701032u, brushLook, "1007 1011", own + "0 0 0 1 0 0 30 1"},
+        // A block has no holes, a heart has.
+        {"Brush Settings", brush, 26701032u, brushLook, "1002@99,90 1010 1001@176,213",
+         own + "219 -2 1 2 0 0 30 1"},
+        {"Brush Settings", brush, 26701032u, brushLook, "1001@176,213 1002@0,0 1010 1001@48,0",
+         own + "3 -2 0 2 0 0 30 1"},
+        {"Color Select", [] { DoColorSelect().Run(); }, 3247095315u, "", "1001@0,10",
+         own + "7 16 1 2 0 0 30 1", 'a'},
+        {"Tile ClipBoard", [] { DoTileClip().Run(); }, 226471719u, "[ ]", "1002",
+         own + "7 -2 1 2 1 0 30 1"},
+        {"Save Notification", [] { DoSaveNotification::Confirm(); }, 3281432160u, "[x]",
+         "1002 1002", own + "7 -2 1 2 0 0 30 0", 'a'},
+        {"Object ClipBoard", [] { DoObjectClipBoard().Run(); }, 3293002876u, "", "", plain, '-'},
+        {"Font Edit", [] { DoFontEdit().Run(); }, 3265399808u, "=0 [x] [ ]", "", plain, '?'},
+        {"Programming", [] { DoProgramming().Run(); }, 3335899143u, "", "", plain, '?'},
+    };
     const char* const kSide = "an integer between 1 and 32767.";
     const char* const kInteger = "Please enter an integer.";
-    const char* const kPercent = "Please enter an integer between 0 and 99.";
-    const std::string brushLook = "[ ] [ ] [x] [ ] 'Numbers of the brush'";
-    const std::string node = "Attic 3 -4 0 6 5 5 5 0 ";
-    const Row rows[] = {
-        {"Name",
-         [] { DoName().Run(); },
-         2739639997u,
-         "'Attic'",
-         {},
-         type({{kNameText, "Big\tHall " + std::string(50, 'n')}}),
-         "Big_Hall_" + std::string(41, 'n') + " 3 -4 0 6 5 5 5 0 7 -2 1 2 0 0 30 1",
-         ""},
-        {"Location",
-         [] { DoLocation().Run(); },
-         3420602394u,
-         "'3' '-4' '0'",
-         {{kLocationX, "", kInteger},
-          {kLocationY, "2147483648", kInteger},
-          {kLocationZ, "1x", kInteger}},
-         type({{kLocationX, "-8"}, {kLocationY, "40000"}, {kLocationZ, "10"}}),
-         "Attic -8 40000 10 6 5 5 5 0 7 -2 1 2 0 0 30 1",
-         ""},
-        {"Size",
-         size,
-         69009994u,
-         "'6' '5' [x]",
-         {{kSizeW, "0", kSide},
-          {kSizeW, "99999999999", kSide},
-          {kSizeH, "", kSide},
-          {kSizeH, "32768", kSide}},
-         type({{kSizeW, "8"}, {kSizeH, "4"}}),
-         "Attic 3 -4 0 8 4 8 4 0 7 -2 1 2 0 0 24 1",
-         ""},
-        {"Size",
-         size,
-         69009994u,
-         "'6' '5' [x]",
-         {},
-         [&](ScriptedForm& form) {
-             form.Click(kSizeChangeView);
-             form.Type(kSizeW, "8");
-             form.Type(kSizeH, "4");
-         },
-         "Attic 3 -4 0 8 4 5 4 0 7 -2 1 2 0 0 24 1",
-         ""},
-        {"Viewport",
-         [] { DoViewport().Run(); },
-         447038723u,
-         "'5' '5'",
-         {{kViewportW, "32768", "32768 by 5 tiles is too large"},
-          {kViewportH, "32768", "6 by 32768 tiles is"},
-          {kViewportH, "", kInteger}},
-         type({{kViewportW, "9"}, {kViewportH, "3"}}),
-         "Attic 3 -4 0 9 5 9 3 0 7 -2 1 2 0 0 30 1",
-         ""},
-        {"Speckle",
-         area(AreaDialog::Speckle),
-         3471196812u,
-         "'50'",
-         {{kSpecklePercentage, "100", kPercent}, {kSpecklePercentage, "", kPercent}},
-         type({{kSpecklePercentage, "99"}}),
-         node + "7 -2 1 2 0 30 0 1",
-         ""},
-        {"Filter",
-         area(AreaDialog::Filter),
-         2701341678u,
-         "[x] [x] [x] [x]",
-         {},
-         click({kFilterChar, kFilterBg}),
-         node + "-1 -2 -1 2 0 0 30 1",
-         ""},
-        {"Filter",
-         area(AreaDialog::Filter),
-         2701341678u,
-         "[x] [x] [x] [x]",
-         {},
-         click({kFilterFg, kFilterAttribute}),
-         node + "7 -1 1 -1 0 0 30 1",
-         ""},
-        {"Fade",
-         area(AreaDialog::Fade),
-         371869297u,
-         "'Left to right' =0 'Random: 0' =0",
-         {},
-         slide({{kFadeRandomSlider, 3}, {kFadeBlendSlider, 1}},
-               "'Right to left' =1 'Random: 3' =3"),
-         node + "7 -2 1 2 0 30 0 1",
-         ""},
-        {"Distance Fade",
-         area(AreaDialog::Distance),
-         2619775281u,
-         "'X multiplier: 0.35' =35 'Y multiplier: 0.45' =45 'Random: 4' =4",
-         {},
-         slide({{kFadeXSlider, 400}, {kFadeYSlider, 205}, {kFadeRandomSlider, 0}},
-               "'X multiplier: 4.00' =400 'Y multiplier: 2.05' =205 'Random: 0' =0"),
-         node + "7 -2 1 2 0 30 0 1",
-         ""},
-        {"Slime fade",
-         area(AreaDialog::Slime),
-         3361920905u,
-         "'Random: 5' =5",
-         {},
-         slide({{kFadeRandomSlider, 15}}, "'Random: 15' =15"),
-         node + "7 -2 1 2 0 30 0 1",
-         ""},
-        {"Brush Settings",
-         brush,
-         26701032u,
-         brushLook,
-         {},
-         [&](ScriptedForm& form) {
-             form.Shown(kBrushChar).Click({32, 0});
-             form.Shown(kBrushFg).Click({33, 0});
-             form.Shown(kBrushBg).Click({44, 0});
-             form.Click(kBrushAttrib + 3);
-             EXPECT_EQ(vBrush, (Brush{2, 3, 4, 3})) << "at once";
-             for (int id = kBrushChar; id <= kBrushSwatch; ++id)
-                 EXPECT_GT(form.Shown(id).invalidated, 0);
-             form.Shown(kBrushSwatch).Paint();
-             EXPECT_EQ(form.GetText(kBrushNumbers), "2 3 4 3");
-             form.Shown(kBrushSwatch).Click({5, 5});
-         },
-         node + "2 3 4 3 0 0 30 1",
-         ""},
-        {"Brush Settings",
-         brush,
-         26701032u,
-         brushLook,
-         {},
-         click({kBrushAttrib + 1, kBrushEmpty}),
-         node + "0 0 0 1 0 0 30 1",
-         ""},
-        {"Brush Settings",
-         brush,
-         26701032u,
-         brushLook,
-         {},
-         [&](ScriptedForm& form) {
-             form.Shown(kBrushFg).Click({99, 90});
-             form.Click(kBrushSprite);
-             form.Shown(kBrushChar).Click({176, 213});
-             EXPECT_EQ(vBrush, (Brush{219, -2, 1, 2})) << "a block has no holes";
-             form.Shown(kBrushChar).Click({48, 0});
-         },
-         node + "3 -2 0 2 0 0 30 1",
-         ""},
-        {"Color Select",
-         [] { DoColorSelect().Run(); },
-         3247095315u,
-         "",
-         {},
-         [](ScriptedForm& form) {
-             form.Shown(kColorGrid).Click({0, 10});
-         },
-         node + "7 16 1 2 0 0 30 1",
-         node + "7 16 1 2 0 0 30 1"},
-        {"Tile ClipBoard",
-         [] { DoTileClip().Run(); },
-         226471719u,
-         "[ ]",
-         {},
-         click({kClipSkip}),
-         node + "7 -2 1 2 1 0 30 1",
-         ""},
-        {"Save Notification",
-         [] { DoSaveNotification::Confirm(); },
-         3281432160u,
-         "[x]",
-         {},
-         click({kNoticeHide, kNoticeHide}),
-         node + "7 -2 1 2 0 0 30 0",
-         node + "7 -2 1 2 0 0 30 0"},
-        {"Object ClipBoard",
-         [] { DoObjectClipBoard().Run(); },
-         3293002876u,
-         "",
-         {},
-         {},
-         node + "7 -2 1 2 0 0 30 1",
-         "-"},
-        {"Font Edit",
-         [] { DoFontEdit().Run(); },
-         3265399808u,
-         "=0 [x] [ ]",
-         {},
-         {},
-         node + "7 -2 1 2 0 0 30 1",
-         "?"},
-        {"Programming",
-         [] { DoProgramming().Run(); },
-         3335899143u,
-         "",
-         {},
-         [this](ScriptedForm&) { board->script.clear(); },
-         node + "7 -2 1 2 0 0 30 1",
-         "?"},
+    const Refusal refusals[] = {
+        {1, kLocationX, "", kInteger},
+        {1, kLocationY, "2147483648", kInteger},
+        {1, kLocationZ, "1x", kInteger},
+        {2, kSizeW, "0", kSide},
+        {2, kSizeH, "32768", kSide},
+        {2, kSizeH, "", kSide},
+        {4, kViewportW, "32768", "32768 by 5 tiles is too large"},
+        {4, kViewportH, "32768", "6 by 32768 tiles is"},
+        {5, kSpecklePercentage, "100", "Please enter an integer between 0 and 99."},
+        {5, kSpecklePercentage, "-1", "Please enter an integer between 0 and 99."},
     };
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.caption + ", row " + std::to_string(&row - rows));
-        ExpectRow(row);
+        const int place = static_cast<int>(&row - rows);
+        SCOPED_TRACE(row.caption + ", row " + std::to_string(place));
+        std::vector<Refusal> refused;
+        for (const Refusal& r : refusals)
+            if (r.row == place) refused.push_back(r);
+        ExpectRow(row, kIdOk, refused);
+        if (row.cancel != '-') ExpectRow(row, kIdCancel, {});
     }
     EXPECT_EQ(Digest(CPaintView::Layout()), 2279674750u);
     EXPECT_EQ(Digest(CToolView::Layout()), 3659412913u);

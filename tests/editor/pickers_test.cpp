@@ -321,6 +321,8 @@ TEST_F(Pickers, TheClipboardsAreDraggedAndShown) {
                 blit(child->Surface(), expected.get(), 8, 8, 8 * at.x + 8, 8, 8, 8);
             }
             window.Paint();
+            EXPECT_EQ((Size{window.w, window.h}),
+                      (Size{(window.size.w + 15) / 16 * 8, (window.size.h + 15) / 16 * 8}));
             EXPECT_EQ(window.description, tiles ? "20 by 30 tiles" : "wide");
             ExpectPicture(window, [&](int x, int y) { return getpixel(expected.get(), x, y); });
             form.Click(kIdOk);

@@ -1,8 +1,11 @@
-// The tile clipboard in files, and the dialog that shows it.
+// The clipboards in files, by the dialogs that show them.
 
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/tools/do_tile_clip.h"
 #include "editor/tools/tile_clip_files.h"
+#include "editor/view/object_clip.h"
 #include "tests/support/plain_zip.h"
+#include "tests/support/random_world.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
@@ -192,46 +195,52 @@ TEST_F(TileClip, WhatCannotBeReadLeavesTheClipboardAsItWas) {
 
 // --- the dialog --------------------------------------------------------------------------------
 
-namespace {
-
-ScriptedWindow& Viewer(ScriptedForm& form) {
-    return static_cast<ScriptedWindow&>(*form.Picture(kClipPicture));
-}
-
-}  // namespace
-
-TEST_F(TileClip, TheDialogLoadsSavesAndSetsTheOption) {
+TEST_F(TileClip, TheDialogsLoadAndSave) {
     const std::string path = PutFile(temp / "t.txt", "ab\ncd");
     script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
         form.Choose(kClipSave);  // empty: not even a file dialog
-        Viewer(form).Paint();
+        form.Shown(kClipPicture).Paint();
         script.ExpectOpenDialog(std::nullopt);
         form.Choose(kClipLoad);
-        EXPECT_EQ(Viewer(form).invalidated, 0);
+        EXPECT_EQ(form.Shown(kClipPicture).invalidated, 0);
         script.ExpectOpenDialog(path);
         form.Choose(kClipLoad);
         EXPECT_EQ(script.lastFileDialog.filter,
                   "QUILT! ClipBoard Files (*.qcf)|*.qcf|Char Files (*.chr)|*.chr|Char Files "
                   "(*.txt)|*.txt|Bmp Files (*.bmp)|*.bmp|Attrib Files (*.att)|*.att||");
-        EXPECT_EQ(Viewer(form).invalidated, 1);
+        EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
         script.ExpectSaveDialog(temp / "saved.chr");
         form.Choose(kClipSave);
         EXPECT_EQ(script.lastFileDialog.filter, "Char Files (*.chr)|*.chr||");
-        form.Click(kClipSkip);
         form.Click(kIdCancel);
     });
     DoTileClip().Run();
-    EXPECT_EQ(vTileClipSkip, 0);
     ExpectSize(2, 2);
-    EXPECT_THAT(temp.Names(), ElementsAre("saved.chr", "t.txt"));
-    for (const int skip : {1, 0}) {
-        script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
-            form.Click(kClipSkip);
-            form.Click(kIdOk);
-        });
-        DoTileClip().Run();
-        EXPECT_EQ(vTileClipSkip, skip);
-    }
+    MakeObjectClip();
+    vObjectClip->Spawn(world->TakeId(), 4)->Create("child", 2, 2);
+    vObjectClip->script = "#end";
+    const std::string before = Account(*vObjectClip), object = temp / "x.zobj";
+    script.ExpectDialog("Object ClipBoard", [&](ScriptedForm& form) {
+        script.ExpectSaveDialog(std::nullopt);
+        form.Choose(kObjectSave);
+        EXPECT_EQ(script.lastFileDialog.filter, "QUILT! obj files (*.zobj)|*.zobj||");
+        EXPECT_EQ(script.lastFileDialog.extension, ".zobj");
+        script.ExpectSaveDialog(object);
+        form.Choose(kObjectSave);
+        vObjectClip->EraseAll();
+        vObjectClip->name = "other";
+        script.ExpectOpenDialog(std::nullopt);
+        form.Choose(kObjectLoad);
+        form.Shown(kObjectPicture).invalidated = 0;
+        script.ExpectOpenDialog(object);
+        form.Choose(kObjectLoad);
+        EXPECT_EQ(form.Shown(kObjectPicture).invalidated, 1);
+        form.Click(kIdOk);
+    });
+    DoObjectClipBoard().Run();
+    EXPECT_EQ(Account(*vObjectClip), before);
+    vObjectClip.reset();
+    EXPECT_THAT(temp.Names(), ElementsAre("saved.chr", "t.txt", "x.zobj"));
 }
 
 TEST_F(TileClip, OnlyTheButtonForegroundIsForeground) {
@@ -249,33 +258,4 @@ TEST_F(TileClip, OnlyTheButtonForegroundIsForeground) {
         EXPECT_EQ(vTileClip[0].fg != kNone, button == 1002) << button;
         EXPECT_EQ(vTileClip[0].bg != kNone, button != 1002) << button;
     }
-}
-
-TEST_F(TileClip, TheViewerStandsInForWhatIsNotCarried) {
-    struct Case {
-        Dtile cell;
-        int chr, fg, bg;
-    };
-    const std::vector<Case> cases{
-        {{kNone, kNone, kNone, 3}, 177, 15, 1}, {{65, kNone, kNone, kNone}, 65, 15, 1},
-        {{kNone, 7, kNone, kNone}, 177, 7, 0},  {{kNone, kNone, 9, kNone}, 177, 0, 9},
-        {{2, 65534, 1, 0}, 2, -2, 1},           {{66, 12, 13, 0}, 66, 12, 13}};
-    std::vector<Dtile> cells;
-    for (const Case& c : cases) cells.push_back(c.cell);
-    Put(6, 1, cells);
-    const Bitmap expected = MakeBitmap(80, 80);
-    clear_bitmap(expected.get());
-    for (int i = 0; i < 6; ++i) {
-        const Case& c = cases[static_cast<std::size_t>(i)];
-        world->GetFont()->DrawGlyph(expected.get(), c.chr, c.fg, c.bg, i, 0);
-    }
-    script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
-        ScriptedWindow& window = Viewer(form);
-        window.Paint();
-        for (int y = 0; y < 40; ++y)
-            for (int x = 0; x < 78; ++x)
-                ASSERT_EQ(window.PixelAt(x, y), getpixel(expected.get(), x, y)) << x << ' ' << y;
-        form.Click(kIdOk);
-    });
-    DoTileClip().Run();
 }

@@ -12,6 +12,7 @@
 #include <array>
 #include <map>
 #include <random>
+#include <sstream>
 
 using namespace platform;
 using Events = WindowEvents;
@@ -279,6 +280,11 @@ std::string Text(std::initializer_list<int> numbers) {
     return text;
 }
 
+std::string State(Point cursor, Point anchor, Point scroll, double zoom, const Brush& brush) {
+    return Text({cursor.x, cursor.y, anchor.x, anchor.y, scroll.x, scroll.y,
+                 static_cast<int>(zoom * 4), brush.chr, brush.fg, brush.bg, brush.attrib});
+}
+
 std::string Nodes(const Dobject& board, const Dobject& object) {
     std::string text;
     for (const Dobject* node : {&board, &object}) {
@@ -322,17 +328,14 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         }
     };
     const auto shown = [&] {
-        return Text({view.Cursor().x, view.Cursor().y, view.Anchor().x, view.Anchor().y,
-                     view.Scroll().x, view.Scroll().y, static_cast<int>(view.Zoom() * 4), vRuler,
-                     vBrushMode, window.captured, world->currentObject == object.id, vBrush.chr,
-                     vBrush.fg, vBrush.bg, vBrush.attrib}) +
+        return State(view.Cursor(), view.Anchor(), view.Scroll(), static_cast<double>(view.Zoom()),
+                     vBrush) +
+               Text({vRuler, vBrushMode, window.captured, world->currentObject == object.id}) +
                Nodes(*board, object);
     };
     const auto expected = [&] {
-        return Text({plain.cursor.x, plain.cursor.y, plain.anchor.x, plain.anchor.y, plain.scroll.x,
-                     plain.scroll.y, static_cast<int>(plain.zoom * 4), plain.ruler, plain.mode,
-                     plain.captured, plain.current, plain.brush.chr, plain.brush.fg, plain.brush.bg,
-                     plain.brush.attrib}) +
+        return State(plain.cursor, plain.anchor, plain.scroll, plain.zoom, plain.brush) +
+               Text({plain.ruler, plain.mode, plain.captured, plain.current}) +
                Nodes(plain.nodes[0], plain.nodes[1]);
     };
     const auto describe = [&] {
@@ -455,17 +458,12 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
 
 // --- marks -------------------------------------------------------------------------------------
 
-// Every mark of the view, by the pixels of a window that is scrolled by two tiles.
+// Every mark of the view, by the pixels of a window that is scrolled by two tiles: Frames, Areas
+// and Lines with their corners and ink, and a Text with its corner.
 TEST_F(View, MarksStandWhereTheyShould) {
-    struct Shape {
-        char kind;  // Frame, Area, Line
-        int x0, y0, x1, y1, ink;
-    };
     struct Case {
         std::function<void()> person;
-        std::vector<Shape> marks;
-        const char* text;
-        Point textAt;
+        std::string marks;
     };
     Dobject& object = AddNode(*board, "object", 4, 2);
     object.posx = 4;
@@ -478,47 +476,39 @@ TEST_F(View, MarksStandWhereTheyShould) {
         window.Send(&Events::OnRButtonDown, ctrl, At(from));
         window.Send(&Events::OnMouseMove, ctrl, At(to));
     };
-    const std::vector<Shape> cursor{{'F', 16, 16, 23, 23, 32}, {'A', 17, 17, 22, 22, 15}};
-    const std::vector<Shape> box{{'F', 24, 24, 55, 47, 32}, {'A', 25, 25, 54, 46, 15}};
-    const std::vector<Shape> points{{'F', 24, 24, 31, 31, 32},
-                                    {'A', 25, 25, 30, 30, 15},
-                                    {'F', 48, 40, 55, 47, 32},
-                                    {'A', 49, 41, 54, 46, 15}};
-    const auto with = [](std::vector<Shape> shapes, const std::vector<Shape>& more) {
-        shapes.insert(shapes.end(), more.begin(), more.end());
-        return shapes;
-    };
-    const std::vector<Shape> cross{{'L', 0, 16, 647, 16, 15},
-                                   {'L', 16, 0, 16, 487, 15},
-                                   {'L', 0, 17, 647, 17, 32},
-                                   {'L', 17, 0, 17, 487, 32}};
-    const std::vector<Shape> lines{{'L', 0, 24, 647, 24, 15}, {'L', 24, 0, 24, 487, 15},
-                                   {'L', 0, 48, 647, 48, 15}, {'L', 56, 0, 56, 487, 15},
-                                   {'L', 0, 25, 647, 25, 32}, {'L', 25, 0, 25, 487, 32},
-                                   {'L', 0, 47, 647, 47, 32}, {'L', 55, 0, 55, 487, 32}};
+    const std::string cursor = "F 16 16 23 23 32 A 17 17 22 22 15 ";
+    const std::string box = "F 24 24 55 47 32 A 25 25 54 46 15 ";
+    const std::string points =
+        "F 24 24 31 31 32 A 25 25 30 30 15 F 48 40 55 47 32 A 49 41 54 46 15 ";
+    const std::string lines =
+        "L 0 24 647 24 15 L 24 0 24 487 15 L 0 48 647 48 15 L 56 0 56 487 15 "
+        "L 0 25 647 25 32 L 25 0 25 487 32 L 0 47 647 47 32 L 55 0 55 487 32 "
+        "T 72 48 4,3 ";
+    const std::string cross =
+        "L 0 16 647 16 15 L 16 0 16 487 15 L 0 17 647 17 32 L 17 0 17 487 32 "
+        "T 40 24 -3,-1 ";
     // The first column is scrolled away: solid, breakable, water.
-    const std::vector<Shape> attribs{{'F', 50, 26, 53, 29, 15}, {'F', 51, 27, 52, 28, 32},
-                                     {'L', 60, 25, 60, 31, 15}, {'L', 57, 28, 63, 28, 32},
-                                     {'L', 65, 25, 71, 31, 15}, {'L', 65, 26, 71, 32, 32}};
+    const std::string attribs =
+        "F 50 26 53 29 15 F 51 27 52 28 32 L 60 25 60 31 15 "
+        "L 57 28 63 28 32 L 65 25 71 31 15 L 65 26 71 32 32 ";
+    const std::string frames =
+        "F 12 12 99 83 15 F 11 11 100 84 15 F 46 22 73 41 15 F 45 21 74 42 15 ";
+    const std::string screens[] = {"F 15 15 336 256 15", "F 15 15 656 496 15", "F 15 15 816 616 15",
+                                   "F 15 15 1040 784 15"};
     const Case cases[] = {
-        {[] {}, cursor, nullptr, {}},
-        {[] { vShowAttrib = true; }, with(cursor, attribs), nullptr, {}},
-        {[] { vPanelMode = kPanelProperties; }, cursor, nullptr, {}},
-        {[] { vShowAttrib = !(vRuler = 1); }, with(cursor, cross), "-3,-1", {40, 24}},
+        {[] {}, cursor},
+        {[] { vShowAttrib = true; }, cursor + attribs},
+        {[] { vPanelMode = kPanelProperties; }, cursor},
+        {[] { vShowAttrib = !(vRuler = 1); }, cursor + cross},
         {[&] {
-             vPanelMode = kPanelPaint;
-             drag(false, {4, 3}, {1, 1});
+             vPanelMode = kPanelPaint, drag(false, {4, 3}, {1, 1});
          },
-         with(box, lines),
-         "4,3",
-         {72, 48}},
+         box + lines},
         {[&] {
              drag(true, {1, 1}, {4, 3});
          },
-         with(points, lines),
-         "4,3",
-         {72, 48}},
-        {[] { vRuler = 0; }, points, nullptr, {}},
+         points + lines},
+        {[] { vRuler = 0; }, points},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(&c - cases);
@@ -528,21 +518,19 @@ TEST_F(View, MarksStandWhereTheyShould) {
         const Bitmap picture = MakeBitmap(648, 488);
         clear_bitmap(picture.get());
         world->DrawWorld(picture.get(), 2, 2);
-        const auto [w, h] = std::array<std::array<int, 2>, 4>{
-            {{320, 240},
-             {640, 480},
-             {800, 600},
-             {1024, 768}}}[static_cast<unsigned>(world->videoMode)];
         xor_mode(TRUE);
-        for (const Shape& s : with(c.marks, {{'F', 12, 12, 99, 83, 15},
-                                             {'F', 11, 11, 100, 84, 15},
-                                             {'F', 46, 22, 73, 41, 15},
-                                             {'F', 45, 21, 74, 42, 15},
-                                             {'F', 15, 15, 16 + w, 16 + h, 15}})) {
-            const auto draw = s.kind == 'F' ? rect : s.kind == 'A' ? rectfill : line;
-            draw(picture.get(), s.x0, s.y0, s.x1, s.y1, s.ink);
+        std::istringstream marks(frames + screens[world->videoMode] + " " + c.marks);
+        int x0 = 0, y0 = 0, x1 = 0, y1 = 0, ink = 0;
+        std::string text;
+        for (char kind = 0; marks >> kind >> x0 >> y0;) {
+            if (kind == 'T')
+                marks >> text, textout_ex(picture.get(), font, text.c_str(), x0, y0, 15, -1);
+            else
+                marks >> x1 >> y1 >> ink,
+                    (kind == 'F'   ? rect
+                     : kind == 'A' ? rectfill
+                                   : line)(picture.get(), x0, y0, x1, y1, ink);
         }
-        if (c.text) textout_ex(picture.get(), font, c.text, c.textAt.x, c.textAt.y, 15, -1);
         xor_mode(FALSE);
         ASSERT_EQ(window.pixels.size(), 648u * 488u);
         for (int p = 0; p < 648 * 488; ++p)
