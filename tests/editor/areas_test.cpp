@@ -1,5 +1,5 @@
 // Every entry of the two area menus beside a plain reading of its own path: what it selects and
-// what it does with that. And the library from which the fades take their glyphs.
+// what it does with that.
 
 #include "editor/tools/fade_fills.h"
 #include "editor/view/area_commands.h"
@@ -8,14 +8,10 @@
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
 #include "editor/view/tool_menus.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
-
-#include <gmock/gmock.h>
 
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <list>
 #include <map>
 #include <random>
@@ -23,7 +19,6 @@
 using platform::Menu;
 using platform::MenuItem;
 using platform::Point;
-using testing::ElementsAre;
 
 namespace {
 
@@ -454,67 +449,4 @@ TEST_F(Areas, NodesWithoutCellsStayAsTheyAre) {
     }
     EXPECT_EQ(board->children.size(), 2u);
     EXPECT_TRUE(empty.tiles.empty() && narrow.children.empty());
-}
-
-// --- the library -------------------------------------------------------------------------------
-
-namespace {
-
-class FadeLibrary : public WorldTest {
-protected:
-    FadeLibrary() {
-        std::filesystem::current_path(temp.Path());
-        std::filesystem::create_directory("Library");
-    }
-    ~FadeLibrary() override { std::filesystem::current_path(home); }
-    template <typename Record>
-    static std::vector<std::string> Names(const char* file, const std::string& text,
-                                          std::vector<Record> (*load)(const char*)) {
-        PutFile(file, text);
-        std::vector<std::string> names;
-        for (const Record& record : load("DoFade")) names.push_back(record.name);
-        return names;
-    }
-    static std::vector<std::string> Sets(const std::string& text) {
-        return Names("Library/FadeSets.txt", text, LoadFadeSets);
-    }
-    static std::vector<std::string> Blends(const std::string& text) {
-        return Names("Library/FadeBlends.txt", text, LoadFadeBlends);
-    }
-    static std::string Numbers(int count, const std::string& number = "1") {
-        std::string text;
-        for (int i = 0; i < count; ++i) text += number + (i % 10 == 9 ? "\n" : " ");
-        return text;
-    }
-
-    const std::filesystem::path home = std::filesystem::current_path();
-    TempFolder temp;
-};
-
-}  // namespace
-
-TEST_F(FadeLibrary, SetsAreWordsAndFiveNumbersAndBlendsALineAndAHundred) {
-    LoadFadeSets("DoFade");
-    LoadFadeBlends("DoFade");
-    EXPECT_EQ(reports.Texts(),
-              "Unable to load Library/FadeSets.txt\nUnable to load Library/FadeBlends.txt\n");
-    reports.Clear();
-    EXPECT_THAT(Sets("A 1 2 3 4 5\nB\n-1 +2 3\n4 5 C 1 2 3 4 5"), ElementsAre("A", "B", "C"));
-    EXPECT_EQ(LoadFadeSets("DoFade")[1].tiles, (FadeTiles{-1, 2, 3, 4, 5}));
-    EXPECT_THAT(Sets("A 1 2 3 4 5\r\n \n\n"), ElementsAre("A")) << "no set without a name";
-    EXPECT_THAT(Sets("A 1 2 3 4 5\nB 1 x 3 4 5\nC 1 2 3 4 5"), ElementsAre("A"));
-    EXPECT_THAT(Sets("A 1 2 3 4 99999999999 B 1 2 3 4 5"), ElementsAre());
-
-    const std::string one = "left to right\n" + Numbers(100);
-    const std::string longest(98, 'n');
-    EXPECT_THAT(Blends(one + "b\r\n" + Numbers(99) + "7 dropped\nc\n" + Numbers(100, "-3") +
-                       longest + "\n" + Numbers(100)),
-                ElementsAre("left to right", "b", "c", longest));
-    const auto blends = LoadFadeBlends("DoFade");
-    EXPECT_EQ(blends[1].cells[99], 4) << "beyond the set counts as its end";
-    EXPECT_EQ(blends[2].cells[0], 0);
-    for (const std::string& rest :
-         {longest + "n\n" + Numbers(100), "b\n" + Numbers(99),
-          "b\n" + Numbers(50) + "? " + Numbers(50), std::string("b"), std::string("\n\n")})
-        EXPECT_THAT(Blends(one + rest), ElementsAre("left to right")) << rest;
 }

@@ -268,6 +268,7 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
             Choose(on, kCmdHide);
             EXPECT_EQ(lamp->hidden, 1);
             Choose(on, kCmdHide);
+            EXPECT_EQ(lamp->hidden, 0);
         }
         Frame().Edit().invalidated = 0;
         std::string after =

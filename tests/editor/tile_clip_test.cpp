@@ -4,6 +4,7 @@
 #include "editor/tools/do_tile_clip.h"
 #include "editor/tools/tile_clip_files.h"
 #include "editor/view/object_clip.h"
+#include "platform/keys.h"
 #include "tests/support/plain_zip.h"
 #include "tests/support/random_world.h"
 #include "tests/support/scripted_platform.h"
@@ -258,4 +259,95 @@ TEST_F(TileClip, OnlyTheButtonForegroundIsForeground) {
         EXPECT_EQ(vTileClip[0].fg != kNone, button == 1002) << button;
         EXPECT_EQ(vTileClip[0].bg != kNone, button != 1002) << button;
     }
+}
+
+namespace {
+
+void Walk(ScriptedWindow& window, Size content, std::mt19937& random) {
+    const auto roll = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    auto& viewer = static_cast<DragViewer&>(*window.events);
+    const Size room{(window.size.w + 1) / 16, (window.size.h + 1) / 16};
+    Point scroll = viewer.Scroll(), press, grab;
+    const Point steps[] = {{-1, 0}, {0, -1}, {1, 0}, {0, 1}};
+    bool drags = false;
+    const auto bring = [&](Point to) {
+        scroll = {std::min(std::max(to.x, room.w - content.w), 0),
+                  std::min(std::max(to.y, room.h - content.h), 0)};
+    };
+    for (int step = 0; step < 400; ++step) {
+        const Point at{roll(400) - 100, roll(400) - 100};
+        const int wish = roll(5);
+        if (wish == 0) {
+            window.Send(&WindowEvents::OnLButtonDown, false, at);
+            press = at;
+            grab = scroll;
+            drags = true;
+        } else if (wish == 1) {
+            window.Send(&WindowEvents::OnLButtonUp, false, at);
+            drags = false;
+        } else if (wish == 2) {
+            const int arrow = roll(4);
+            window.Keys({kKeyLeft + arrow});
+            bring({scroll.x - steps[arrow].x, scroll.y - steps[arrow].y});
+        } else {
+            window.Send(&WindowEvents::OnMouseMove, false, at);
+            if (drags)
+                bring({static_cast<int>((at.x - press.x) / 8.0 + grab.x),
+                       static_cast<int>((at.y - press.y) / 8.0 + grab.y)});
+        }
+        ASSERT_EQ(viewer.Scroll(), scroll) << step << ", " << wish;
+        ASSERT_EQ(window.captured, drags);
+    }
+}
+
+}  // namespace
+
+TEST_F(TileClip, TheClipboardsAreDraggedAndShown) {
+    MakeObjectClip();
+    world->SetViewSize(100, 90);
+    vObjectClip->EraseAll();
+    vObjectClip->Create("wide", 100, 3);
+    vObjectClip->PutTile(0, 0, 65, 12, 3, 0);
+    Dobject* child = vObjectClip->Spawn(world->TakeId(), 4);
+    child->Create("child", 2, 2);
+    child->PutTile(1, 1, 1, 7, 9, 0);
+    std::mt19937 random(5);
+    const struct {
+        Dtile cell;
+        int chr, fg, bg;
+    } cells[] = {{{kNone, kNone, kNone, 3}, 177, 15, 1}, {{65, kNone, kNone, kNone}, 65, 15, 1},
+                 {{kNone, 7, kNone, kNone}, 177, 7, 0},  {{kNone, kNone, 9, kNone}, 177, 0, 9},
+                 {{2, 65534, 1, 0}, 2, -2, 1},           {{66, 12, 13, 0}, 66, 12, 13}};
+    const Bitmap expected = MakeBitmap(512, 512);
+    for (const bool tiles : {true, false}) {
+        clear_bitmap(expected.get());
+        script.ExpectDialog(tiles ? "Tile ClipBoard" : "Object ClipBoard", [&](ScriptedForm& form) {
+            ScriptedWindow& window = form.Shown(1001);
+            window.Paint();
+            Walk(window, tiles ? Size{20, 30} : Size{100, 3}, random);
+            const Point at = static_cast<DragViewer&>(*window.events).Scroll();
+            for (int i = 0; tiles && i < 600; ++i)
+                if (i % 20 + at.x >= 0 && i / 20 + at.y >= 0)
+                    world->GetFont()->DrawGlyph(expected.get(), cells[i % 6].chr, cells[i % 6].fg,
+                                                cells[i % 6].bg, i % 20 + at.x, i / 20 + at.y);
+            if (!tiles) {
+                blit(vObjectClip->Surface(), expected.get(), -8 * at.x, 0, 0, 0, 512, 24);
+                blit(child->Surface(), expected.get(), 8, 8, 8 * at.x + 8, 8, 8, 8);
+            }
+            window.Paint();
+            EXPECT_EQ((Size{window.w, window.h}),
+                      (Size{(window.size.w + 15) / 16 * 8, (window.size.h + 15) / 16 * 8}));
+            EXPECT_EQ(window.description, tiles ? "20 by 30 tiles" : "wide");
+            for (int p = 0; p < window.w * window.h; ++p)
+                ASSERT_EQ(window.PixelAt(p % window.w, p / window.w),
+                          getpixel(expected.get(), p % window.w, p / window.w));
+            form.Click(kIdOk);
+        });
+        std::vector<Dtile> all;
+        for (int i = 0; i < 600; ++i) all.push_back(cells[i % 6].cell);
+        Put(20, 30, all);
+        tiles ? DoTileClip().Run() : DoObjectClipBoard().Run();
+    }
+    EXPECT_EQ(world->Root().width, 100) << "the edit view has its masks back";
+    vObjectClip.reset();
 }

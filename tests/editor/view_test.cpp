@@ -1,20 +1,16 @@
 // The edit view: a random walk of all its events beside a plain model, its marks by picture, and
 // what the model does not have: picking, zoom and view modes.
 
-#include "editor/commands.h"
-#include "editor/view/brush.h"
 #include "editor/view/object_clip.h"
 #include "editor/view/quilt_view.h"
-#include "platform/keys.h"
+#include "tests/editor/plain_view.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/test_world.h"
 
 #include <array>
-#include <map>
 #include <random>
 #include <sstream>
 
-using namespace platform;
 using Events = WindowEvents;
 
 namespace {
@@ -60,218 +56,6 @@ protected:
     CQuiltView view;
     ScriptedWindow window;
     Dobject* board;
-};
-
-// --- the model ---------------------------------------------------------------------------------
-
-enum Tool { kNothing, kMovesView, kBox, kFollows, kPoints };
-
-// What a person may expect of the view. `nodes` are the board and an object on it.
-struct Plain {
-    Dobject nodes[2];
-    int current = 0;
-    Point cursor, anchor, scroll, grab;
-    Point painted;  ///< the scroll at the last repaint, which boards are moved by as well
-    double zoom = 1;
-    Tool tool = kNothing;
-    int margin = 0;
-    bool pen = false, captured = false, ruler = false, paints = true;
-    std::optional<Point> visited;
-    Brush brush{1, 15, 1, 0};
-    int mode = kBrushNormal;
-    std::array<int, 5> told{};
-    std::optional<Brush> answer;
-
-    Dobject& Node() { return nodes[current]; }
-    Point Origin(int i) const {
-        const Dobject &board = nodes[0], &object = nodes[1];
-        if (i == 0) return {board.posx, board.posy};
-        return {board.posx - board.viewx + object.posx, board.posy - board.viewy + object.posy};
-    }
-    Point Local() {
-        const Point origin = Origin(current);
-        return {cursor.x - origin.x + Node().viewx, cursor.y - origin.y + Node().viewy};
-    }
-    Dtile* Cell() { return Node().GetTile(Local().x, Local().y); }
-    void Put(Dtile* tile, int chr) const {
-        const auto put = [](std::uint16_t& field, int value) {
-            if (value != -1) field = static_cast<std::uint16_t>(value);
-        };
-        if (!tile) return;
-        put(tile->chr, chr);
-        put(tile->fg, brush.fg);
-        put(tile->bg, brush.bg);
-        put(tile->attrib, brush.attrib);
-    }
-    static Brush Read(const Dtile& tile) {
-        return {Signed(tile.chr), Signed(tile.fg), Signed(tile.bg), Signed(tile.attrib)};
-    }
-    Point TileAt(Point pixel) const {
-        const double scale = 8 / zoom;
-        return {static_cast<int>(pixel.x / scale - scroll.x),
-                static_cast<int>(pixel.y / scale - scroll.y)};
-    }
-    bool Tabs() const { return mode == kBrushTab || mode == kBrushBlenderTab; }
-    void Paint() {
-        Dtile* tile = Cell();
-        if (mode == kBrushNormal || mode == kBrushTab) return Put(tile, brush.chr);
-        const std::map<int, int> shades{{32, 176}, {176, 177}, {177, 178}, {178, 219}, {219, 219}};
-        const auto shade = tile ? shades.find(tile->chr) : shades.end();
-        Put(tile, shade == shades.end() ? 32 : shade->second);
-    }
-    void Move(int dx, int dy) {
-        cursor = {cursor.x + dx, cursor.y + dy};
-        if (paints && (pen || Tabs())) Paint();
-    }
-    void Step(int Brush::*field, int by, int last) {
-        const int to = brush.*field + by;
-        if (by < 0 ? to >= 0 : to <= last) brush.*field = to;
-        ++told[2];
-    }
-    void ScrollGrid(int sign) {
-        const auto moved = [sign](int at, int step, int size, int shown) {
-            return sign < 0 ? std::max(at - step, 0)
-                            : std::min(at + step, std::max(size - shown, 0));
-        };
-        Node().viewx = moved(Node().viewx, vStepX, Node().width, Node().vieww);
-        Node().viewy = moved(Node().viewy, vStepY, Node().height, Node().viewh);
-    }
-    void Pick() {
-        for (int i = 0; i < 2; ++i) {
-            const Point at{cursor.x - Origin(i).x, cursor.y - Origin(i).y};
-            if (at.x >= 0 && at.y >= 0 && at.x < nodes[i].vieww && at.y < nodes[i].viewh)
-                current = i;
-        }
-        ++told[0];
-        ++told[1];
-    }
-    void Recolor() {
-        for (const Dtile& tile : Node().tiles)
-            if (tile != Node().tiles[0]) return;
-        ++told[4];
-        const Brush own = brush;
-        if (answer) brush = *answer;
-        for (Dtile& tile : Node().tiles)
-            if (answer) Put(&tile, brush.chr);
-        brush = own;
-    }
-    void MoveNode(Point tile) {
-        const Dobject& board = nodes[0];
-        const Point by =
-            current == 0 ? painted : Point{board.viewx - board.posx, board.viewy - board.posy};
-        tile = {tile.x + by.x, tile.y + by.y};
-        Node().posx = tile.x;
-        Node().posy = tile.y;
-        ++told[1];
-    }
-    void Command(int command) {
-        if (command == kCmdZoomIn) zoom = std::max(zoom / 2, 0.25);
-        if (command == kCmdZoomOut) zoom = std::min(zoom * 2, 2.0);
-        if (command == kCmdRuler) ruler = !ruler;
-        if (command != kCmdFill) return;
-        Node().undoTiles = Node().tiles;
-        const auto clamped = [this](Point to) {
-            const Point at{to.x - cursor.x + Local().x, to.y - cursor.y + Local().y};
-            return Point{std::clamp(at.x, 0, Node().width - 1),
-                         std::clamp(at.y, 0, Node().height - 1)};
-        };
-        const Point a = clamped(cursor), b = clamped(anchor);
-        for (int y = std::min(a.y, b.y); y <= std::max(a.y, b.y); ++y)
-            for (int x = std::min(a.x, b.x); x <= std::max(a.x, b.x); ++x)
-                Put(Node().GetTile(x, y), brush.chr);
-    }
-    void Menu(int command) {
-        tool = kNothing;
-        captured = false;
-        Command(command);
-    }
-    void Key(int code, int menu) {
-        const bool steps = mode == kBrushNormal || mode == kBrushBlender;
-        const bool blends = paints && mode == kBrushBlender;
-        if (!paints || mode != kBrushText) {
-            if (code == kKeyLeft || code == kKeyRight) Move(code - kKeyUp, 0);
-            if (code == kKeyUp || code == kKeyDown) Move(0, code == kKeyUp ? -1 : 1);
-        }
-        if (!paints) {
-            if (code == kKeyEnter) Pick();
-            if (code == kKeyTab) Recolor();
-            return;
-        }
-        if (mode != kBrushText) {
-            if (code == kKeyHome) Step(&Brush::fg, -1, 0);
-            if (code == kKeyEnd) Step(&Brush::fg, 1, 255);
-            if (code == kKeyPageUp) Step(&Brush::bg, -1, 0);
-            if (code == kKeyPageDown) Step(&Brush::bg, 1, 255);
-            if (code == kKeyF1 || code == kKeyF2) ScrollGrid(code == kKeyF1 ? -1 : 1);
-        }
-        if (mode == kBrushNormal || mode == kBrushTab) {
-            if (code == kKeyInsert) Step(&Brush::chr, -1, 0);
-            if (code == kKeyDelete) Step(&Brush::chr, 1, 255);
-        }
-        if (code == kKeyTab && mode != kBrushText) {
-            if (steps) Paint();
-            if (steps) pen = false;
-            mode = steps ? mode + 1 : mode - 1;
-            ++told[3];
-        } else if (steps && code == kKeyApps) {
-            anchor = cursor;
-            Menu(menu);
-        } else if (steps && code == kKeyEnter && Cell()) {
-            brush = Read(*Cell());
-            ++told[2];
-        } else if (steps && (code == kKeySpace || code == kKeyShift)) {
-            if (mode == kBrushNormal || visited != cursor) Paint();
-            pen |= code == kKeyShift;
-        }
-        if (blends) visited.reset();
-        if (blends && (code == kKeySpace || code == kKeyShift)) visited = cursor;
-    }
-    void Char(int ch) {
-        if (!paints || mode != kBrushText || ch == kKeyEscape) return;
-        if (ch == kKeyBackspace) {
-            cursor.x -= cursor.x > margin;
-        } else if (ch == kKeyEnter) {
-            cursor = {margin, cursor.y + 1};
-            if (Local().y >= Node().height) cursor.y -= Local().y;
-        } else {
-            for (int i = 0; i < (ch == kKeyTab ? 3 : 1); ++i) {
-                Put(Cell(), ch == kKeyTab ? ' ' : ch);
-                ++cursor.x;
-                if (Local().x < Node().width) continue;
-                cursor = {cursor.x - Local().x, cursor.y + 1};
-                if (Local().y >= Node().height) cursor.y -= Local().y;
-            }
-        }
-    }
-    void LeftDown(bool ctrl, Point at) {
-        if (ctrl) {
-            tool = kMovesView;
-            anchor = at;
-            grab = scroll;
-            captured = true;
-            return;
-        }
-        cursor = TileAt(at);
-        if (!paints) return Pick();
-        tool = kFollows;
-        margin = cursor.x;
-    }
-    void RightDown(bool ctrl, Point at) {
-        if (!paints) MoveNode(TileAt(at));
-        tool = ctrl ? kPoints : kBox;
-        cursor = anchor = TileAt(at);
-    }
-    void MouseMove(Point at) {
-        if (tool == kMovesView)
-            scroll = {static_cast<int>((at.x - anchor.x) * zoom / 8 + grab.x),
-                      static_cast<int>((at.y - anchor.y) * zoom / 8 + grab.y)};
-        else if (paints && (tool == kBox || tool == kPoints))
-            anchor = TileAt(at);
-        else if (tool == kFollows || (!paints && tool != kPoints)) {
-            if (tool == kBox) MoveNode(TileAt(at));
-            cursor = TileAt(at);
-        }
-    }
 };
 
 std::string Text(std::initializer_list<int> numbers) {
@@ -338,16 +122,6 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
                Text({plain.ruler, plain.mode, plain.captured, plain.current}) +
                Nodes(plain.nodes[0], plain.nodes[1]);
     };
-    const auto describe = [&] {
-        const Point at = plain.Local();
-        const Dtile* tile = plain.Cell();
-        const Brush read = tile ? Plain::Read(*tile) : Brush{};
-        const auto text = [](int number) { return std::to_string(number); };
-        return own[plain.current]->name + ", " + text(at.x) + " x " + text(at.y) +
-               (tile ? ": glyph " + text(read.chr) + ", colour " + text(read.fg) + " on " +
-                           text(read.bg) + ", attribute " + text(read.attrib)
-                     : ": outside the grid");
-    };
     const int keys[] = {kKeyUp,   kKeyDown,  kKeyLeft,     kKeyRight,  kKeyUp,     kKeyDown,
                         kKeyLeft, kKeyRight, kKeySpace,    kKeyShift,  kKeyEnter,  kKeyTab,
                         kKeyHome, kKeyEnd,   kKeyPageUp,   kKeyInsert, kKeyDelete, kKeyApps,
@@ -369,9 +143,8 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         if (roll(2)) host.answer = Brush{roll(9), -2, -1, roll(4)};
         plain.answer = host.answer;
         const Point to = plain.Origin(plain.current);
-        Point at =
-            At({to.x - 2 + roll(plain.Node().width + 4), to.y - 2 + roll(plain.Node().height + 4)});
-        at = {at.x + roll(9) - 4, at.y + roll(9) - 4};
+        const Point near{roll(plain.Node().width + 4) - 2, roll(plain.Node().height + 4) - 2};
+        const Point at = At(to + near) + Point{roll(9) - 4, roll(9) - 4};
         const bool ctrl = roll(4) == 0;
         const int kind = roll(24);
         std::string event = "event " + std::to_string(kind);
@@ -451,7 +224,7 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         if (step % 50 == 0) {
             window.Paint();
             plain.painted = plain.scroll;
-            ASSERT_EQ(window.description, describe());
+            ASSERT_EQ(window.description, own[plain.current]->name + ", " + plain.Describe());
         }
     }
 }
