@@ -143,93 +143,67 @@ TEST_F(App, SixRecentFilesAreKept) {
     Start();
     for (int i = 1; i <= 8; ++i) AddRecentFile("f" + std::to_string(i));
     AddRecentFile("x/.././f5");
+    app->Frame().UpdateMenuBar();
+    script.ExpectMessage("could not be opened");
+    Choose(kCmdFileRecent + 1);  // it is not there, and leaves the list
     std::vector<std::string> shown;
-    for (const char* name : {"f5", "f8", "f7", "f6", "f4", "f3"}) shown.push_back(NormalPath(name));
+    for (const char* name : {"f5", "f7", "f6", "f4", "f3"}) shown.push_back(NormalPath(name));
     EXPECT_EQ(RecentFiles(), shown);
+    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent + 1)->text, "&2 " + shown[1]);
 }
 
 // --- Run ---------------------------------------------------------------------------------------
 
-namespace {
-
-class Run : public App {
-protected:
-    Run() { Start(); }
-    void Choose() { App::Choose(kCmdRun); }
-    void ExpectNotice(int button) {
+TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
+    Start();
+    const auto shown = [this] { return script.GetProfileInt("Notify", "param", 1); };
+    const auto run = [this](int button, std::optional<std::string> path, bool asks = true) {
         script.ExpectDialog("Save Notification", [button](ScriptedForm& form) {
             EXPECT_TRUE(form.IsChecked(kNoticeHide)) << "it opens ticked";
             form.Click(button);
         });
-    }
-    int Shown() { return script.GetProfileInt("Notify", "param", 1); }
-    std::array<std::string, 3> Started(const std::string& game) {
-        return {programFolder + "/QUILT! Runner", game, programFolder};
-    }
-};
-
-}  // namespace
-
-TEST_F(Run, SavesTheGameAndStartsThePlayerOnIt) {
-    const std::string game = temp / "my \"best\" game.zqlt";
-    ExpectNotice(kIdOk);
-    script.ExpectSaveDialog(game);
-    Choose();
-    EXPECT_THAT(script.started, ElementsAre(Started(game)));
-    EXPECT_EQ(Doc().PathName(), game);
-    EXPECT_THAT(RecentFiles(), ElementsAre(game));
-    const std::string first = FileBytes(game);
-    EXPECT_FALSE(first.empty());
-
-    FirstBoard().PutTile(1, 1, 65, 4, 5, 0);
-    ExpectNotice(kIdOk);
-    Choose();  // no question for a name
-    EXPECT_THAT(script.started, ElementsAre(Started(game), Started(game)));
-    EXPECT_NE(FileBytes(game), first) << "the player reads what the editor holds";
-
-    // A title with that word is asked for its name although it has a file.
-    const std::string second = temp / "Untitled.zqlt";
-    ExpectNotice(kIdOk);
-    script.ExpectSaveDialog(second);
-    App::Choose(kCmdFileNew);
-    Choose();
-    ExpectNotice(kIdOk);
-    script.ExpectSaveDialog(second);
-    Choose();
-    EXPECT_EQ(script.lastFileDialog.path, second);
-    EXPECT_EQ(script.started.size(), 4u);
-}
-
-TEST_F(Run, EveryCancelLeavesAllAsItWas) {
-    ExpectNotice(kIdCancel);
-    Choose();
-    ExpectNotice(kIdOk);
-    script.ExpectSaveDialog(std::nullopt);
-    Choose();
-    ExpectNotice(kIdOk);
-    script.ExpectSaveDialog(temp / "no folder/x.zqlt");
-    script.ExpectMessage("could not be saved");
-    Choose();
+        if (asks) script.ExpectSaveDialog(std::move(path));
+        Choose(kCmdRun);
+    };
+    // Every Cancel leaves all as it was.
+    run(kIdCancel, {}, false);
+    run(kIdOk, std::nullopt);
+    script.answersAll = true;
+    run(kIdOk, temp / "no folder/x.zqlt");
+    script.answersAll = false;
+    ASSERT_EQ(script.asked.size(), 1u);
+    EXPECT_THAT(script.asked[0], testing::HasSubstr("could not be saved"));
     EXPECT_THAT(script.started, IsEmpty());
     EXPECT_THAT(temp.Names(), IsEmpty());
     EXPECT_EQ(Doc().Title(), "Untitled");
-    EXPECT_EQ(Shown(), 1);
-}
 
-TEST_F(Run, ClearingTheTickHidesTheNoticeForGood) {
-    // The value is written at the click: ticking again and Cancel do not take it back.
+    const std::string game = temp / "my \"best\" game.zqlt", second = temp / "Untitled.zqlt";
+    const std::array<std::string, 3> started{programFolder + "/QUILT! Runner", game, programFolder};
+    run(kIdOk, game);
+    const std::string first = FileBytes(game);
+    FirstBoard().PutTile(1, 1, 65, 4, 5, 0);
+    run(kIdOk, {}, false);
+    EXPECT_THAT(script.started, ElementsAre(started, started));
+    EXPECT_NE(FileBytes(game), first) << "the player reads what the editor holds";
+    EXPECT_THAT(RecentFiles(), ElementsAre(game));
+    // A title with that word is asked for its name although it has a file.
+    Choose(kCmdFileNew);
+    run(kIdOk, second);
+    run(kIdOk, second);
+    EXPECT_EQ(script.lastFileDialog.path, second);
+    EXPECT_EQ(shown(), 1);
+
+    // The tick is written at the click: ticking again and Cancel do not take it back.
     script.ExpectDialog("Save Notification", [&](ScriptedForm& form) {
-        EXPECT_EQ(Shown(), 1);
-        form.Click(kNoticeHide);
-        EXPECT_EQ(Shown(), 0);
-        form.Click(kNoticeHide);
-        EXPECT_EQ(Shown(), 0);
+        for (int i = 0; i < 2; ++i) {
+            form.Click(kNoticeHide);
+            EXPECT_EQ(shown(), 0);
+        }
         form.Click(kIdCancel);
     });
-    Choose();
-    EXPECT_THAT(script.started, IsEmpty()) << "this run is cancelled";
-    script.ExpectSaveDialog(temp / "a.zqlt");
-    Choose();
-    EXPECT_EQ(script.started.size(), 1u);
-    EXPECT_EQ(Shown(), 0);
+    Choose(kCmdRun);
+    EXPECT_EQ(script.started.size(), 4u) << "this run is cancelled";
+    script.ExpectSaveDialog(second);
+    Choose(kCmdRun);
+    EXPECT_EQ(script.started.size(), 5u);
 }

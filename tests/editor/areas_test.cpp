@@ -344,7 +344,7 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
     for (int run = 0; run < 1500; ++run) {
         const Entry& entry = entries[static_cast<std::size_t>(run) % entries.size()];
         SCOPED_TRACE(std::to_string(run) + ": " + entry.path);
-        MakeBoard(Roll(1, 20), Roll(1, 20));
+        MakeBoard(Roll(1, 30), Roll(1, 30));
         const auto place = [&] {
             return Point{Roll(-1, board->width) + board->posx,
                          Roll(-1, board->height) - board->viewy};
