@@ -263,9 +263,8 @@ void Areas::Blend(Point cursor, Point anchor) {
                        static_cast<float>(high - low) / static_cast<float>(length - 1));
     Each([&](int x, int y) {
         if (length == 0) return;
-        const double theta = std::atan2(dy, dx);
         const double way =
-            (Local(cursor).x - x) * std::cos(theta) + (Local(cursor).y - y) * std::sin(theta);
+            (dx * (Local(cursor).x - x) + dy * (Local(cursor).y - y)) / std::hypot(dx, dy);
         const int i = std::clamp(static_cast<int>(way), 0, length - 1);
         Write(x, y, 219, static_cast<int>(ramp[static_cast<std::size_t>(i)]) & 255, 255,
               brush.attrib);

@@ -1,11 +1,14 @@
 // The bands of Blend Fade beside a reckoning in whole numbers.
 
+#include "editor/view/brush.h"
 #include "editor/view/fills.h"
-#include "tests/editor/area_world.h"
+#include "editor/view/selection.h"
+#include "tests/support/test_world.h"
 
-TEST_F(AreaTest, BandsRunStraightAcrossTheLine) {
+TEST_F(WorldTest, BandsRunStraightAcrossTheLine) {
     constexpr int kReach = 12;
-    MakeBoard(2 * kReach + 1, 2 * kReach + 1);
+    Dobject& board = AddNode(world->Root(), "board", 2 * kReach + 1, 2 * kReach + 1);
+    const Handle handle = HandleOf(board);
     for (int dy = -kReach; dy <= kReach; ++dy) {
         for (int dx = -kReach; dx <= kReach; ++dx) {
             const int square = dx * dx + dy * dy;
@@ -23,7 +26,8 @@ TEST_F(AreaTest, BandsRunStraightAcrossTheLine) {
                     while (along > 0 && step + 1 < length &&
                            (step + 1) * (step + 1) * square <= along * along)
                         ++step;
-                    ASSERT_EQ(At(x, y).fg, step) << dx << "," << dy << " at " << x << "," << y;
+                    ASSERT_EQ(board.GetTile(x, y)->fg, step)
+                        << dx << "," << dy << " at " << x << "," << y;
                 }
             }
         }

@@ -22,7 +22,6 @@ protected:
         frame.RedrawAll();
     }
     WindowEvents& Edit() { return *script.frame->Edit().events; }
-    WindowEvents& List() { return *script.frame->List().events; }
 
     ScriptedPlatform script;
     CMainFrame frame;
@@ -54,7 +53,7 @@ TEST_F(PanelWorld, ABoardThatIsAddedIsTheOneOnView) {
         EXPECT_NE(board->posy, 0) << "parked while the name is asked for";
         form.Click(kIdCancel);
     });
-    List().OnRButtonDown(false, {30, 15});
+    script.frame->List().Send(&WindowEvents::OnRButtonDown, false, Point{30, 15});
     EXPECT_EQ(world->Root().children.back()->posy, 0);
 }
 

@@ -85,12 +85,14 @@ struct Plain {
         if (paints && (pen || Tabs())) Paint();
     }
     void Step(int Brush::*field, int by, int last) {
+        if (field == &Brush::fg && brush.fg == kSpriteMark) return;
         const int to = brush.*field + by;
         if (by < 0 ? to >= 0 : to <= last) brush.*field = to;
         ++told[2];
     }
     void ScrollGrid(int sign) {
         const auto moved = [sign](int at, int step, int size, int shown) {
+            if (step == 0) return at;
             return sign < 0 ? std::max(at - step, 0)
                             : std::min(at + step, std::max(size - shown, 0));
         };
@@ -115,6 +117,10 @@ struct Plain {
         for (Dtile& tile : Node().tiles)
             if (answer) Put(&tile, brush.chr);
         brush = own;
+    }
+    void Place(Point tile) {
+        if (tile != cursor) visited.reset();
+        cursor = tile;
     }
     void MoveNode(Point tile) {
         tile = tile + (current ? View(0) - Origin(0) : painted);
@@ -209,7 +215,7 @@ struct Plain {
             captured = true;
             return;
         }
-        cursor = TileAt(at);
+        Place(TileAt(at));
         if (!paints) return Pick();
         tool = kFollows;
         margin = cursor.x;
@@ -217,7 +223,8 @@ struct Plain {
     void RightDown(bool ctrl, Point at) {
         if (!paints) MoveNode(TileAt(at));
         tool = ctrl ? kPoints : kBox;
-        cursor = anchor = TileAt(at);
+        Place(TileAt(at));
+        anchor = cursor;
     }
     void MouseMove(Point at) {
         if (tool == kMovesView)
@@ -227,7 +234,7 @@ struct Plain {
             anchor = TileAt(at);
         else if (tool == kFollows || (!paints && tool != kPoints)) {
             if (tool == kBox) MoveNode(TileAt(at));
-            cursor = TileAt(at);
+            Place(TileAt(at));
         }
     }
 };
