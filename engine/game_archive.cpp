@@ -19,7 +19,6 @@ constexpr const char* kHeaderEntry = "font.hdr";
 constexpr const char* kSheetEntry = "font.raw";
 constexpr const char* kTextEntry = "game.qlt";
 constexpr const char* kSettingsEntry = "res.dat";
-constexpr const char* kNewGame = "Library/default.zqlt";
 constexpr std::int32_t kNumbersFormat = 2;
 constexpr int kMaxColor = 255;
 
@@ -221,8 +220,8 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
     return archive && ReadGame(*archive, FileNameOf(path), ids, game, fault, remarks);
 }
 
-std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
-                        std::string& why) {
+std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMode,
+                        std::int32_t windowed, std::string& why) {
     ZipWriter archive;
     bool good = WriteEntry(archive, kHeaderEntry, std::ios::out, [&](std::ostream& out) {
         out << sheet->w << ' ' << sheet->h << ' ' << kNumbersFormat << '\n';
@@ -277,6 +276,7 @@ bool Dinterface::TakeGame(Game& game, GameFault& fault) {
 
 bool Dinterface::Save(const std::string& path) {
     std::string why;
+    CollapseTree(*vMain);
     const std::string bytes = ComposeGame(vFont->Sheet(), *vMain, videoMode, windowed, why);
     const bool saved = !bytes.empty() && ReplaceFile(path, bytes, why);
     if (!why.empty()) Fatal(why.c_str(), path.c_str(), 0);

@@ -11,6 +11,9 @@
 #include <optional>
 #include <string>
 
+/// The game that New opens, in the program's folder.
+inline constexpr const char* kNewGame = "Library/default.zqlt";
+
 /// What an archive holds, read and checked but not yet part of anything.
 struct Game {
     Bitmap sheet;  ///< null only when the archive has neither a font nor a world
@@ -37,10 +40,10 @@ bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& i
 bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFault& fault,
               TextRemarks* remarks = nullptr);
 
-/// The bytes of the archive of a world. Collapses expanded nodes. Empty, with `why` filled, when
-/// it cannot be made or could not be read again.
-std::string ComposeGame(BITMAP* sheet, Dobject& root, std::int32_t videoMode, std::int32_t windowed,
-                        std::string& why);
+/// The bytes of the archive of a world, expanded nodes as they are when collapsed. Empty, with
+/// `why` filled, when it cannot be made or could not be read again.
+std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMode,
+                        std::int32_t windowed, std::string& why);
 
 /// The bytes of the object file of a node, to be saved at that path, whose name its entry has.
 /// Otherwise as ComposeGame.

@@ -121,8 +121,14 @@ bool ReadObject(Dobject& parent, std::istream& in, const IdSource& ids);
 /// text, in which one changed cell is one changed line. It reads the same.
 void WriteObject(Dobject& node, std::ostream& out, bool rows = false);
 
-/// The whole text: the header, and a block for each child of the root.
-void WriteWorld(Dobject& root, std::ostream& out, bool rows = false);
+/// The same of a node that stays as it is. Without `placed` its own position is written as 0, 0.
+void WriteCollapsed(const Dobject& node, std::ostream& out, bool rows = false, bool placed = true);
+
+/// Ends the expansion of the node and of all below it.
+void CollapseTree(Dobject& node);
+
+/// The whole text: the header, and a block for each child of the root, collapsed.
+void WriteWorld(const Dobject& root, std::ostream& out, bool rows = false);
 
 /// The order in which siblings stand, after any change of z; equals keep theirs.
 void SortByZ(Dobject& parent);

@@ -80,20 +80,31 @@ void Collapse(Dobject& node) {
 
 }  // namespace
 
-void WriteObject(Dobject& node, std::ostream& out, bool rows) {
+void CollapseTree(Dobject& node) {
     Collapse(node);
+    for (const auto& child : node.children) CollapseTree(*child);
+}
+
+void WriteCollapsed(const Dobject& node, std::ostream& out, bool rows, bool placed) {
     if (out) {
+        const bool expanded = node.evieww != 0;
         out << "~ob " << WrittenName(node) << ' ' << node.posz << '\n';
-        WriteFour(out, node.posx, node.posy, node.width, node.height);
-        WriteFour(out, node.viewx, node.viewy, node.vieww, node.viewh);
+        WriteFour(out, placed ? node.posx : 0, placed ? node.posy : 0, node.width, node.height);
+        WriteFour(out, node.viewx, node.viewy, expanded ? node.evieww : node.vieww,
+                  expanded ? node.eviewh : node.viewh);
         WriteGrid(node, out, rows);
         WriteScript(node.script, out);
     }
-    for (const auto& child : node.children) WriteObject(*child, out, rows);
+    for (const auto& child : node.children) WriteCollapsed(*child, out, rows);
     out << "~oe\n";
 }
 
-void WriteWorld(Dobject& root, std::ostream& out, bool rows) {
+void WriteObject(Dobject& node, std::ostream& out, bool rows) {
+    CollapseTree(node);
+    WriteCollapsed(node, out, rows);
+}
+
+void WriteWorld(const Dobject& root, std::ostream& out, bool rows) {
     out << "~endvars\n~endimports\n";
-    for (const auto& board : root.children) WriteObject(*board, out, rows);
+    for (const auto& board : root.children) WriteCollapsed(*board, out, rows);
 }

@@ -18,10 +18,11 @@ enum class Buttons { Ok, OkCancel };
 enum class Icon { None, Question, Warning, Stop };
 
 struct FileDialog {
-    std::string title;      ///< empty for the system's own
-    std::string filter;     ///< "text|pattern|text|pattern||"
-    std::string extension;  ///< added to a typed name that has none, with its dot
-    std::string path;       ///< what stands in the name field at first
+    std::string title;                     ///< empty for the system's own
+    std::string filter;                    ///< "text|pattern|text|pattern||"
+    std::string extension;                 ///< added to a typed name that has none, with its dot
+    std::string path;                      ///< what stands in the name field at first
+    std::vector<std::string> places = {};  ///< folders to be offered beside the system's own
 };
 
 class Platform {

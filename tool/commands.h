@@ -49,6 +49,8 @@ int Info(const std::string& game, bool json);
 int Render(const RenderOptions& options);
 int Cat(const std::string& game, bool rows);
 int Repack(const std::string& from, const std::string& to);
+/// Lists the kept games, of one game or of all; with `to` writes the one of that number there.
+int Kept(const std::string& game, int number, const std::string& to);
 int Check(const std::vector<std::string>& games, bool strict);
 
 /// Says on standard error what is wrong with a file; gives kBadFile.

@@ -19,6 +19,7 @@ struct Call {
     MergeOptions merge;
     bool rows = false;
     bool print = false;
+    int number = 0;
     bool json = false;
     bool strict = false;
 };
@@ -79,6 +80,17 @@ void DescribeRest(CLI::App& app, Call& call) {
     CLI::App* setup = app.add_subcommand(
         "git-setup", "Teaches the git repository here to compare and join games");
     setup->add_flag("--print", call.print, "Only tell what would be written");
+    CLI::App* kept = app.add_subcommand("kept", "Lists the games that the editor has kept");
+    kept->add_option("GAME", call.game, "The name of one game; all unless given");
+    CLI::Option* restore = kept->add_option_function<std::vector<std::string>>(
+        "--restore",
+        [&call](const std::vector<std::string>& words) {
+            if (!CLI::detail::lexical_cast(words[0], call.number))
+                throw CLI::ValidationError("--restore", "N is a number of the list");
+            call.to = words[1];
+        },
+        "Writes the game with that number of the list to a file");
+    restore->type_name("N FILE")->expected(2);
     CLI::App* check =
         app.add_subcommand("check", "Checks games, and tells what is suspect in them");
     check->add_option("GAME", call.games, "The game archives")->required();
@@ -93,6 +105,7 @@ int Run(const CLI::App& app, const Call& call) {
     if (app.got_subcommand("merge")) return Merge(call.merge);
     if (app.got_subcommand("repair")) return Repair(call.game, call.to);
     if (app.got_subcommand("git-setup")) return GitSetup(call.print);
+    if (app.got_subcommand("kept")) return Kept(call.game, call.number, call.to);
     if (app.got_subcommand("repack")) return Repack(call.game, call.to);
     return Check(call.games, call.strict);
 }

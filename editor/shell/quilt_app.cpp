@@ -30,7 +30,7 @@ std::array<std::uint32_t, 256> ScreenColors(const RGB* palette) {
 
 }  // namespace
 
-CQuiltApp::CQuiltApp() = default;
+CQuiltApp::CQuiltApp(const std::string& keptFolder) : kept(keptFolder) {}
 
 CQuiltApp::~CQuiltApp() {
     frame.reset();
@@ -64,6 +64,7 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
     frame = std::make_unique<CMainFrame>([this](int command) { OnCommand(command); });
     if (!frame->Create()) return false;
     document = std::make_unique<CQuiltDoc>(
+        kept,
         [this] {
             frame->SetTitle(document->Title());
             frame->UpdateMenuBar();
@@ -73,9 +74,25 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
     document->SetProgramFolder(programFolder);
     if (!OpenFirstDocument(path)) return false;
     Trace("Break ...\n");
+    frame->EditView().onShown = [this] { kept.KeepNowAndThen(document->Origin()); };
     frame->Show();
     Trace("Break2 ...\n");
+    OfferLost();
     return true;
+}
+
+void CQuiltApp::KeepWorld() {
+    if (document) kept.KeepWorld(document->Origin());
+}
+
+void CQuiltApp::OfferLost() {
+    const std::string lost = kept.TakeLost();
+    if (lost.empty()) return;
+    const std::string text =
+        "QUILT! did not come to its end the last time. This was kept:\n" + lost + "\nOpen it?";
+    if (vPlatform->MessageBox(text, "QUILT!", platform::Buttons::OkCancel,
+                              platform::Icon::Question))
+        document->OnOpenDocument(lost);
 }
 
 // By value: the list that the path comes from changes meanwhile.

@@ -11,7 +11,8 @@
 
 class CQuiltApp {
 public:
-    CQuiltApp();
+    /// Keeps games in a folder; with none it keeps nothing.
+    explicit CQuiltApp(const std::string& keptFolder = "");
     CQuiltApp(const CQuiltApp&) = delete;
     CQuiltApp& operator=(const CQuiltApp&) = delete;
     /// Frees the compositor's masks, then the world.
@@ -23,6 +24,9 @@ public:
     /// go on, which has been reported.
     bool InitInstance(const std::string& programFolder, const std::string& game);
 
+    /// Keeps the world if it was altered: to be called when the program ends.
+    void KeepWorld();
+
     CMainFrame& Frame() { return *frame; }
     CQuiltDoc& Document() { return *document; }
 
@@ -30,11 +34,13 @@ private:
     void OnCommand(int command);
     void OpenRecent(std::string path);
     bool OpenFirstDocument(const std::string& game);
+    void OfferLost();
 
     struct DatafileCloser {
         void operator()(DATAFILE* file) const { unload_datafile(file); }
     };
 
+    KeptGames kept;
     std::unique_ptr<DATAFILE, DatafileCloser> library;
     std::unique_ptr<Dinterface> world;
     std::unique_ptr<CMainFrame> frame;

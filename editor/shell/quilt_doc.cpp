@@ -47,8 +47,10 @@ void CQuiltDoc::SelectFirstBoard() {
 }
 
 bool CQuiltDoc::OnNewDocument() {
+    kept.KeepWorld(origin);
     if (!vWorld->New()) return false;
     pathName.clear();
+    origin = kNewGame;
     SetTitle(kUntitled);
     SelectFirstBoard();
     Trace("OnNewDocument Finished..\n");
@@ -58,8 +60,16 @@ bool CQuiltDoc::OnNewDocument() {
 bool CQuiltDoc::OnOpenDocument(const std::string& path) {
     if (!CanRead(path)) return Refuse("The game could not be opened:\n" + path);
     constexpr bool kNeedsWorld = true;
+    kept.KeepWorld(origin);
     if (!vWorld->Load(path, kNeedsWorld)) return false;
-    SetPathName(path);
+    origin = path;
+    if (std::filesystem::path(path).parent_path() == kept.Folder()) {
+        // What is kept is nobody's file: to save it is to say where.
+        pathName.clear();
+        SetTitle(std::string(kUntitled) + ": " + get_filename(path.c_str()));
+    } else {
+        SetPathName(path);
+    }
     SelectFirstBoard();
     return true;
 }
@@ -71,25 +81,29 @@ std::string CQuiltDoc::DialogPath() const {
 
 bool CQuiltDoc::OnFileOpen() {
     const std::string folder = std::filesystem::path(DialogPath()).parent_path().string() + "/";
-    const auto path = vPlatform->OpenFileDialog({"", kFilter, kExtension, folder});
+    const auto path = vPlatform->OpenFileDialog({"", kFilter, kExtension, folder, {kept.Folder()}});
     return path && OnOpenDocument(*path);
 }
 
 bool CQuiltDoc::SaveTo(const std::string& path) {
+    kept.KeepFile(path);
     if (!vWorld->Save(path)) return false;
-    SetPathName(path);
+    origin = path;
+    kept.Forget();
     return true;
 }
 
 bool CQuiltDoc::OnFileSave() {
     // Goes by the text alone, so a game that is called so is asked for its name each time.
     if (title.find(kUntitled) != std::string::npos) return OnFileSaveAs();
-    return vWorld->Save(pathName);
+    return SaveTo(pathName);
 }
 
 bool CQuiltDoc::OnFileSaveAs() {
     const auto path = vPlatform->SaveFileDialog({"", kFilter, kExtension, DialogPath()});
-    return path && SaveTo(*path);
+    if (!path || !SaveTo(*path)) return false;
+    SetPathName(*path);
+    return true;
 }
 
 bool CQuiltDoc::OnFileRun() {

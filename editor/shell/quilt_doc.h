@@ -3,6 +3,8 @@
 // It does not know whether the world was altered since, and its commands ask no questions.
 #pragma once
 
+#include "engine/kept_games.h"
+
 #include <functional>
 #include <string>
 
@@ -10,8 +12,9 @@ class CQuiltDoc {
 public:
     /// `changed` is called when the title, the path or the list of recent files has changed,
     /// `loaded` when another world stands in place of the old one.
-    CQuiltDoc(std::function<void()> changed, std::function<void()> loaded)
-        : onTitle(std::move(changed)), onWorld(std::move(loaded)) {}
+    /// `net` outlives the document.
+    CQuiltDoc(KeptGames& net, std::function<void()> changed, std::function<void()> loaded)
+        : kept(net), onTitle(std::move(changed)), onWorld(std::move(loaded)) {}
 
     const std::string& Title() const { return title; }
     const std::string& PathName() const { return pathName; }
@@ -27,6 +30,9 @@ public:
     /// has been saved, also when there is no player.
     bool OnFileRun();
 
+    /// The file whose content the world had when it was opened or saved; for the net.
+    const std::string& Origin() const { return origin; }
+
     /// The program's own folder, where the player lies.
     void SetProgramFolder(const std::string& folder) { programFolder = folder; }
     /// The folder in which file dialogs start while the document has no file of its own.
@@ -40,10 +46,12 @@ private:
     bool SaveTo(const std::string& path);
     std::string DialogPath() const;
 
+    KeptGames& kept;
     std::function<void()> onTitle;
     std::function<void()> onWorld;
     std::string title;
     std::string pathName;
+    std::string origin;
     std::string startFolder;
     std::string programFolder;
 };

@@ -134,6 +134,7 @@ void CQuiltView::OnDraw(platform::Window& own) {
     own.ShowPicture({vBackBuffer->line, vBackW, vBackH},
                     {Truncated(vBackW / zoom), Truncated(vBackH / zoom)});
     own.SetDescription(Describe(Cursor()));
+    onShown();
 }
 
 // --- places ------------------------------------------------------------------------------------

@@ -16,6 +16,7 @@
 #include "platform/window.h"
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <set>
 
@@ -49,6 +50,8 @@ public:
     /// The window that the view lives in; before the first event.
     void Attach(platform::Window& own) { window = &own; }
     void Invalidate() { window->Invalidate(); }
+    /// Called after each repaint, which every change of the world brings.
+    std::function<void()> onShown = [] {};
 
     void OnDraw(platform::Window& own) override;
     void OnKeyDown(int code) override;

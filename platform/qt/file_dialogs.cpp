@@ -4,6 +4,7 @@
 #include "platform/qt/qt_text.h"
 
 #include <QFileDialog>
+#include <QUrl>
 
 namespace {
 
@@ -20,6 +21,10 @@ QStringList NameFilters(const std::string& filter) {
 
 std::optional<std::string> RunFileDialog(const platform::FileDialog& asked, bool save) {
     QFileDialog dialog(QApplication::activeWindow(), FromUtf8(asked.title));
+    QList<QUrl> places = dialog.sidebarUrls();
+    for (const std::string& place : asked.places)
+        if (!place.empty()) places.append(QUrl::fromLocalFile(FromUtf8(place)));
+    dialog.setSidebarUrls(places);
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setNameFilters(NameFilters(asked.filter));

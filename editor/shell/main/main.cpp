@@ -3,6 +3,7 @@
 #include "editor/shell/quilt_app.h"
 #include "engine/program_folder.h"
 #include "platform/qt/qt_platform.h"
+#include "platform/qt/termination.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -60,9 +61,14 @@ int main(int argc, char** argv) {
         return kBadCall;
     }
     if (!line.picture.empty()) qt.BeQuiet();
-    CQuiltApp app;
+    CQuiltApp app(line.picture.empty() ? KeptFolder() : "");
     if (!app.InitInstance(ProgramFolder(), line.game)) return EXIT_FAILURE;
-    if (line.picture.empty()) return qt.Run();
+    if (line.picture.empty()) {
+        OnTermination([&app] { app.KeepWorld(); });
+        const int status = qt.Run();
+        app.KeepWorld();
+        return status;
+    }
     if (qt.SavePicture(line.picture)) return EXIT_SUCCESS;
     std::fprintf(stderr, "quilt-edit: %s cannot be written\n", line.picture.c_str());
     return EXIT_FAILURE;

@@ -1,0 +1,38 @@
+#include "platform/qt/termination.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <QApplication>
+#include <QSessionManager>
+#include <QSocketNotifier>
+
+#include <csignal>
+
+namespace {
+
+int vSignalPipe[2] = {-1, -1};
+
+// Only what a handler may do: the event loop does the rest.
+void OnSignal(int number) {
+    const auto byte = static_cast<char>(number);
+    if (write(vSignalPipe[1], &byte, 1) == 1) return;
+    std::signal(number, SIG_DFL);
+    std::raise(number);
+}
+
+}  // namespace
+
+void OnTermination(std::function<void()> act) {
+    if (pipe2(vSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
+    auto* notifier = new QSocketNotifier(vSignalPipe[0], QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [act] {
+        char number = 0;
+        if (read(vSignalPipe[0], &number, 1) != 1) return;
+        act();
+        std::signal(number, SIG_DFL);
+        std::raise(number);
+    });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp,
+                     [act](QSessionManager&) { act(); });
+    for (int number : {SIGTERM, SIGHUP, SIGINT}) std::signal(number, OnSignal);
+}

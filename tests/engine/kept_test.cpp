@@ -1,0 +1,113 @@
+// The games that are kept: what was altered, replaced or lost in a crash.
+
+#include "engine/kept_games.h"
+#include "tests/support/random_world.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+class KeptWorlds : public WorldTest {
+protected:
+    KeptWorlds() {
+        world->New();
+        First().PutTile(3, 3, 65, 1, 2, 3);
+        EXPECT_TRUE(world->Save(path));
+    }
+    Dobject& First() { return *world->Root().children.front(); }
+    std::size_t Count() const { return ListKept(folder / "kept").size(); }
+
+    TempFolder folder;
+    const std::string path = folder / "game.zqlt";
+};
+
+TEST_F(KeptWorlds, AWorldIsKeptWhenItIsNotThatOfItsFile) {
+    KeptGames kept(folder / "kept");
+    world->ShowBoard(-1);
+    kept.KeepWorld(path);
+    EXPECT_EQ(Count(), 0u) << "what is on view is no change";
+    const HandleGuard h(HandleOf(First()));
+    for (int change = 0; change < 4; ++change) {
+        if (change == 0) First().PutTile(0, 0, 7, 7, 7, 0);
+        if (change == 1) First().script = "#end";
+        if (change == 2) world->GetFont()->PutGlyphPixel(3, 1, 1, 99);
+        if (change == 3) world->videoMode = 2;
+        world->SetProperty(h, kViewW, 5);
+        world->SetExpanded(h, 1);
+        const std::string wanted = Account(world->Root(), Kept::InFile);
+        kept.KeepWorld(path);
+        ASSERT_EQ(Count(), static_cast<std::size_t>(change) + 1);
+        EXPECT_TRUE(world->IsExpanded(h)) << "keeping changes nothing";
+        Game game;
+        GameFault fault;
+        const IdSource none = [] { return 0; };
+        ASSERT_TRUE(ReadGame(ListKept(folder / "kept")[0].path, none, game, fault));
+        EXPECT_EQ(Account(game.root), wanted);
+        ASSERT_TRUE(world->Save(path));
+        kept.KeepWorld(path);
+        EXPECT_EQ(Count(), static_cast<std::size_t>(change) + 1);
+    }
+}
+
+TEST_F(KeptWorlds, OfWhatIsReplacedTwentyStay) {
+    const std::string first = FileBytes(path);
+    KeptGames kept(folder / "kept");
+    kept.KeepFile(folder / "missing.zqlt");
+    for (int save = 0; save < 21; ++save) {
+        First().PutTile(1, 1, save, 1, 1, 0);
+        kept.KeepFile(path);
+        ASSERT_TRUE(world->Save(path));
+        EXPECT_TRUE(save > 0 || FileBytes(ListKept(folder / "kept")[0].path) == first);
+    }
+    EXPECT_EQ(Count(), KeptGames::kMostOfAGame);
+    EXPECT_NE(FileBytes(ListKept(folder / "kept").back().path), first) << "the oldest goes";
+    EXPECT_EQ(ListKept(folder / "kept")[0].game.find("game-"), 0u);
+}
+
+TEST_F(KeptWorlds, WhatACrashLostIsToldOnce) {
+    const pid_t child = fork();
+    if (child == 0) {
+        KeptGames kept(folder / "kept");
+        kept.KeepNowAndThen(path);
+        First().PutTile(2, 2, 99, 1, 1, 0);
+        kept.last -= KeptGames::kEvery;
+        kept.KeepNowAndThen(path);
+        const std::string session = folder / "kept/.session-" + std::to_string(getpid());
+        for (int i = 0; FileBytes(session).empty() && i < 5000; ++i) usleep(1000);
+        kept.last -= KeptGames::kEvery;
+        kept.KeepNowAndThen(path);  // the same again
+        usleep(200'000);
+        raise(SIGKILL);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_EQ(Count(), 1u);
+    KeptGames kept(folder / "kept");
+    {
+        KeptGames other(folder / "kept/other");
+        EXPECT_EQ(other.TakeLost(), "");
+    }
+    const std::string lost = kept.TakeLost();
+    ASSERT_EQ(lost, ListKept(folder / "kept")[0].path);
+    EXPECT_EQ(kept.TakeLost(), "");
+    ASSERT_TRUE(world->Load(lost));
+    EXPECT_EQ(First().GetTile(2, 2)->chr, 99);
+}
+
+TEST_F(KeptWorlds, WithoutAFolderNothingHappens) {
+    PutFile(folder / "file", "x");
+    for (const std::string& place : {std::string(), folder / "file/kept"}) {
+        KeptGames kept(place);
+        kept.KeepFile(path);
+        First().PutTile(0, 0, 9, 9, 9, 0);
+        kept.KeepWorld(path);
+        kept.last -= KeptGames::kEvery;
+        kept.KeepNowAndThen(path);
+        EXPECT_EQ(kept.TakeLost(), "");
+    }
+    EXPECT_EQ(reports.Texts(), "");
+}
