@@ -67,10 +67,9 @@ struct Scene {
         Fill(cover, 15, 1);
         for (int i = 0; i < count; ++i) {
             // At the list's end at once: Spawn would walk the list for each.
-            board->children.push_back(std::make_unique<Dobject>());
+            board->children.push_back(std::make_unique<Dobject>(vWorld->TakeId()));
             Dobject& node = *board->children.back();
             node.parent = board;
-            node.id = vWorld->TakeId();
             node.Create("node", 1, 1);
             node.PutTile(0, 0, 1, 15, 1, 0);
             node.posx = i % 2 ? -100 - i : i % 20;

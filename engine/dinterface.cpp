@@ -30,13 +30,6 @@ std::unique_ptr<Part> MakePart(const char* message) {
     return part;
 }
 
-Dobject* FindById(Dobject* node, std::int32_t id) {
-    if (node->id == id) return node;
-    for (const auto& child : node->children)
-        if (Dobject* found = FindById(child.get(), id)) return found;
-    return nullptr;
-}
-
 void Expand(Dobject& node) {
     if (node.evieww) return;
     node.evieww = node.vieww;
@@ -66,6 +59,12 @@ bool IsWithin(const Dobject* node, const Dobject& tree) {
     return false;
 }
 
+Dobject* FindById(Dobject& tree, std::int32_t id) {
+    if (tree.id == id) return &tree;
+    Dobject* found = FindNode(id);
+    return IsWithin(found, tree) ? found : nullptr;
+}
+
 void ReSort(Dobject& node, std::int32_t z) {
     if (Dobject* parent = node.parent) {
         std::unique_ptr<Dobject> own = parent->UnLink(node);
@@ -84,7 +83,6 @@ void ReSort(Dobject& node, std::int32_t z) {
 Dinterface::Dinterface() {
     vWorld = this;
     vMain = MakePart<Dobject>("Unable to create vMain");
-    vMain->id = 0;
     vMain->name = kRootName;
     slots[kRootHandle] = {1, vMain.get()};
     vFont = MakePart<Dfont>("Unable to create vFont");
@@ -132,7 +130,7 @@ Dobject* Dinterface::Node(Handle h) const {
 
 Handle Dinterface::GetHandleById(Handle h, std::int32_t id) {
     Dobject* node = Node(h);
-    Dobject* found = node ? FindById(node, id) : nullptr;
+    Dobject* found = node ? FindById(*node, id) : nullptr;
     return found ? AddHandle(found) : kNoHandle;
 }
 

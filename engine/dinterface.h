@@ -200,11 +200,20 @@ private:
     bool CollectAt(HandleList& list, Dobject& node, int x, int y);
     struct SelectorWalk;
 
+    struct TreeRow {
+        const Dobject* node;
+        int depth;  ///< 0 for a board
+    };
+    /// The list's rows; made anew when the tree has changed since.
+    const std::vector<TreeRow>& TreeRows() const;
+
     std::unique_ptr<Dobject> vMain;
     std::unique_ptr<Dfont> vFont;
     std::array<Slot, kMaxHandles> slots;
     std::array<HandleList, kMaxHandleLists> lists;
     std::int32_t nextId = 1;
+    mutable std::vector<TreeRow> rows;
+    mutable std::uint64_t rowsMadeAt = 0;  ///< `vTreeChanges` then
     std::unique_ptr<SoundBox> vSoundBox;
     std::unique_ptr<Compiler> vCompiler;
 };

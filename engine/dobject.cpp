@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <new>
+#include <unordered_map>
 #include <utility>
+
+std::uint64_t vTreeChanges = 0;
 
 bool IsGridSize(std::int64_t w, std::int64_t h) {
     return w >= 0 && h >= 0 && w <= kMaxGridSide && h <= kMaxGridSide && w * h <= kMaxGridCells;
@@ -30,11 +33,33 @@ bool MakeGrid(int w, int h, const Dtile& fill, Grid& grid) {
     return true;
 }
 
+// Never freed, since nodes of static lifetime leave it as the program ends.
+std::unordered_map<std::int32_t, Dobject*>& Index() {
+    static auto& index = *new std::unordered_map<std::int32_t, Dobject*>;
+    return index;
+}
+
 void PutField(std::uint16_t& field, int value) {
     if (value != -1) field = static_cast<std::uint16_t>(value);
 }
 
 }  // namespace
+
+Dobject* FindNode(std::int32_t id) {
+    const auto found = Index().find(id);
+    return found == Index().end() ? nullptr : found->second;
+}
+
+Dobject::Dobject(std::int32_t ownId) : id(ownId) {
+    ++vTreeChanges;
+    if (id) Index()[id] = this;
+}
+
+Dobject::~Dobject() {
+    ++vTreeChanges;
+    const auto own = Index().find(id);
+    if (own != Index().end() && own->second == this) Index().erase(own);
+}
 
 bool Dobject::Create(const std::string& newName, int w, int h) {
     w = std::max(w, 0);
@@ -102,24 +127,30 @@ Dobject::Children::iterator Dobject::Find(const Dobject& child) {
 }
 
 Dobject* Dobject::Insert(Children::iterator before, std::unique_ptr<Dobject> child) {
+    ++vTreeChanges;
     return children.insert(before, std::move(child))->get();
 }
 
-Dobject* Dobject::SpawnAt(std::int32_t childId, std::int32_t z, bool ascending, const char* trace) {
-    Trace(trace, name.c_str(), z);
-    auto child = std::make_unique<Dobject>();
-    child->id = childId;
+Dobject* Dobject::SpawnAt(Children::iterator before, std::int32_t childId, std::int32_t z) {
+    auto child = std::make_unique<Dobject>(childId);
     child->posz = z;
     child->parent = this;
-    return Insert(PlaceFor(z, ascending), std::move(child));
+    return Insert(before, std::move(child));
 }
 
 Dobject* Dobject::Spawn(std::int32_t childId, std::int32_t z) {
-    return SpawnAt(childId, z, false, "%s->Spawn(%i)\n");
+    Trace("%s->Spawn(%i)\n", name.c_str(), z);
+    return SpawnAt(PlaceFor(z, false), childId, z);
 }
 
 Dobject* Dobject::Spawn_Back(std::int32_t childId, std::int32_t z) {
-    return SpawnAt(childId, z, true, "%s->Spawn_Back(%i)\n");
+    Trace("%s->Spawn_Back(%i)\n", name.c_str(), z);
+    return SpawnAt(PlaceFor(z, true), childId, z);
+}
+
+Dobject* Dobject::SpawnLast(std::int32_t childId, std::int32_t z) {
+    Trace("%s->Spawn(%i)\n", name.c_str(), z);
+    return SpawnAt(children.end(), childId, z);
 }
 
 void Dobject::Erase(const Dobject& child) {
@@ -148,6 +179,7 @@ std::unique_ptr<Dobject> Dobject::UnLink(const Dobject& child) {
     if (found == children.end()) return nullptr;
     Trace("%s->UnLink(%s)\n", name.c_str(), (*found)->name.c_str());
     std::unique_ptr<Dobject> taken = std::move(*found);
+    ++vTreeChanges;
     children.erase(found);
     return taken;
 }

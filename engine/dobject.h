@@ -32,10 +32,12 @@ class Dobject {
 public:
     using Children = std::list<std::unique_ptr<Dobject>>;
 
-    Dobject() = default;
+    explicit Dobject(std::int32_t ownId = 0);
     Dobject(const Dobject&) = delete;
     Dobject& operator=(const Dobject&) = delete;
-    ~Dobject() = default;
+    ~Dobject();
+
+    const std::int32_t id;  ///< unique but for 0, which the roots have
 
     std::string name;              ///< not unique
     std::string script;            ///< lines joined by a line feed
@@ -50,7 +52,6 @@ public:
     std::int32_t posz = 0;         ///< decides the order among siblings
     std::int32_t evieww = 0;       ///< while expanded the real `vieww`, else 0
     std::int32_t eviewh = 0;       ///< while expanded the real `viewh`
-    std::int32_t id = 0;           ///< unique; the root has 0
     Bitmap vSurf;                  ///< shows `tiles`; null until Create, or see Surface
     std::vector<Dtile> tiles;      ///< the cell at (x, y) has the index y * width + x
     std::vector<Dtile> undoTiles;  ///< snapshot of `tiles`, empty until the first BackupTiles
@@ -77,6 +78,8 @@ public:
     /// and without a grid: Create follows.
     Dobject* Spawn(std::int32_t childId, std::int32_t z);
     Dobject* Spawn_Back(std::int32_t childId, std::int32_t z);
+    /// The same behind all others, for who knows that z belongs there.
+    Dobject* SpawnLast(std::int32_t childId, std::int32_t z);
     /// Deletes a child with its subtree; nothing when no direct child has its id.
     void Erase(const Dobject& child);
     void EraseAll();
@@ -122,8 +125,14 @@ private:
     Dobject* Insert(Children::iterator before, std::unique_ptr<Dobject> child);
     Children::iterator PlaceFor(std::int32_t z, bool ascending);
     Children::iterator Find(const Dobject& child);
-    Dobject* SpawnAt(std::int32_t childId, std::int32_t z, bool ascending, const char* trace);
+    Dobject* SpawnAt(Children::iterator before, std::int32_t childId, std::int32_t z);
 };
+
+/// The node with that id, in whatever tree; null for 0 and when there is none.
+Dobject* FindNode(std::int32_t id);
+
+/// Counts up whenever a node is made, deleted, or put elsewhere in a tree.
+extern std::uint64_t vTreeChanges;
 
 /// True when the surface and the cells of such a grid can be asked for at all.
 bool IsGridSize(std::int64_t w, std::int64_t h);

@@ -268,6 +268,7 @@ bool Dinterface::TakeGame(Game& game, GameFault& fault) {
     if (game.sheet) vFont->TakeSheet(std::move(game.sheet));
     vMain->EraseAll();
     vMain->children.swap(game.root.children);
+    ++vTreeChanges;
     for (const auto& board : vMain->children) board->parent = vMain.get();
     videoMode = game.videoMode.value_or(videoMode);
     windowed = game.windowed.value_or(windowed);

@@ -36,11 +36,16 @@ std::string Quoted(const std::string& name) {
 
 // The order that Spawn and Spawn_Back keep, made once for all siblings instead of by a search
 // for each.
+// Once for all siblings instead of by a search for each.
 void SortByZ(Dobject& node) {
-    if (IsRoot(node))
-        node.children.sort([](const auto& a, const auto& b) { return a->posz < b->posz; });
-    else
-        node.children.sort([](const auto& a, const auto& b) { return a->posz > b->posz; });
+    const bool ascending = IsRoot(node);
+    const auto before = [ascending](const auto& a, const auto& b) {
+        return ascending ? a->posz < b->posz : a->posz > b->posz;
+    };
+    // As the writer left them.
+    if (std::is_sorted(node.children.begin(), node.children.end(), before)) return;
+    node.children.sort(before);
+    ++vTreeChanges;
 }
 
 bool GameTextReader::Fail(const std::string& why) {
@@ -50,10 +55,11 @@ bool GameTextReader::Fail(const std::string& why) {
 }
 
 bool GameTextReader::ReadNumber(const Dobject& node, const char* what, std::int32_t& number) {
+    const Status status = scanner.Number(number);
+    if (status == Status::kGood) [[likely]]
+        return true;
     const std::string of = std::string(what) + " of " + Quoted(node.name);
-    switch (scanner.Number(number)) {
-        case Status::kGood:
-            return true;
+    switch (status) {
         case Status::kTooLarge:
             return Fail(of + " is beyond 32 bits");
         case Status::kEnd:
@@ -244,9 +250,8 @@ bool GameTextReader::ReadChildren(Dobject& node) {
 }
 
 bool GameTextReader::ReadChild(Dobject& parent) {
-    parent.children.push_back(std::make_unique<Dobject>());
+    parent.children.push_back(std::make_unique<Dobject>(ids()));
     Dobject& child = *parent.children.back();
-    child.id = ids();
     child.parent = &parent;
     return ReadBlock(child, &parent);
 }

@@ -63,6 +63,7 @@ void Replace(Dobject& node, Dobject& fresh) {
     node.tiles = std::move(fresh.tiles);
     node.undoTiles.clear();
     node.children = std::move(fresh.children);
+    ++vTreeChanges;
     for (const auto& child : node.children) child->parent = &node;
 }
 

@@ -2,6 +2,7 @@
 
 #include "engine/dinterface.h"
 
+#include <algorithm>
 #include <string>
 
 namespace {
@@ -17,17 +18,21 @@ constexpr int kNoBand = -1;
 /// So many that a band runs past the right edge of any pane.
 constexpr int kBandLength = 188;
 
-// Calls `use(node, depth)` for the nodes below `parent`, row by row, until it gives false.
-template <typename Use>
-bool WalkRows(const Dobject& parent, int depth, Use& use) {
-    for (const auto& child : parent.children) {
-        if (!use(*child, depth)) return false;
-        if (!WalkRows(*child, depth + 1, use)) return false;
-    }
-    return true;
-}
-
 }  // namespace
+
+const std::vector<Dinterface::TreeRow>& Dinterface::TreeRows() const {
+    if (rowsMadeAt == vTreeChanges) return rows;
+    rows.clear();
+    const auto add = [this](const auto& self, const Dobject& parent, int depth) -> void {
+        for (const auto& child : parent.children) {
+            rows.push_back({child.get(), depth});
+            self(self, *child, depth + 1);
+        }
+    };
+    add(add, *vMain, 0);
+    rowsMadeAt = vTreeChanges;
+    return rows;
+}
 
 const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
     clear_to_color(bitmap, kPaper);
@@ -37,35 +42,38 @@ const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
 
     const std::string minuses(kBandLength, '-');
     const Dobject* selection = nullptr;
-    auto drawRow = [&](const Dobject& node, int depth) {
-        top += kRowHeight;
-        if (top >= bitmap->h) return false;
-        if (top <= -kRowHeight) return true;
+    const std::vector<TreeRow>& list = TreeRows();
+    // The row before the first whole one shows its lowest pixels.
+    for (auto row = static_cast<std::size_t>(std::max(y - 2, 0)); row < list.size(); ++row) {
+        const std::int64_t at = kMargin + (static_cast<std::int64_t>(row) + 1 - y) * kRowHeight;
+        if (at >= bitmap->h) break;
+        top = static_cast<int>(at);
+        const auto& [node, depth] = list[row];
         const bool isBoard = depth == 0;
-        const bool selected = node.id == currentObject;
-        if (selected) selection = &node;
-        std::string label = node.hidden ? "[" + node.name + "]" : node.name;
-        if (isBoard && node.id == currentBoard) label += " *";
-        if (selected) label += (isBoard ? " z = " : " : z = ") + std::to_string(node.posz);
+        const bool selected = node->id == currentObject;
+        if (selected) selection = node;
+        std::string label = node->hidden ? "[" + node->name + "]" : node->name;
+        if (isBoard && node->id == currentBoard) label += " *";
+        if (selected) label += (isBoard ? " z = " : " : z = ") + std::to_string(node->posz);
         if (isBoard) label = "-- " + label + " " + minuses;
         const int band = selected ? kSelectedBand : isBoard ? kBoardBand : kNoBand;
         textout_ex(bitmap, font, label.c_str(), left + depth * kIndent, top,
                    band == kNoBand ? kInk : kPaper, band);
-        return true;
-    };
-    WalkRows(*vMain, 0, drawRow);
+    }
     return selection;
 }
 
 void Dinterface::ClickTreeList(int y0, int y) {
-    int row = y0 - kRowHeight;
-    const Dobject* hit = nullptr;
-    auto testRow = [&](const Dobject& node, int) {
-        if (kMargin - row < y && y < kMargin + 8 - row) hit = &node;
-        row -= kRowHeight;
-        return !hit;
-    };
-    if (WalkRows(*vMain, 0, testRow)) return;
+    constexpr int kGlyphHeight = 8;
+    const std::vector<TreeRow>& list = TreeRows();
+    // Rows count from 1, below the title; of each only the inside of its text can be hit.
+    const std::int64_t from = std::int64_t{y0} + y - kMargin;
+    const std::int64_t row = from / kRowHeight;
+    const std::int64_t within = from % kRowHeight;
+    if (row < 1 || row > static_cast<std::int64_t>(list.size()) || within < 1 ||
+        within >= kGlyphHeight)
+        return;
+    const Dobject* hit = list[static_cast<std::size_t>(row - 1)].node;
     currentObject = hit->id;
     const Dobject* board = hit;
     while (board->parent->parent && board->parent->name != kRootName) board = board->parent;

@@ -15,8 +15,7 @@ Dobject* FreshObjectClip() {
 void MakeObjectClip() {
     // Far from the ids that are given out, since the handle table tells nodes apart by id.
     constexpr std::int32_t kClipId = 101010101;
-    vObjectClip = std::make_unique<Dobject>();
+    vObjectClip = std::make_unique<Dobject>(kClipId);
     vObjectClip->Create("Dummy", 1, 1);
-    vObjectClip->id = kClipId;
     vObjectClip->PutTile(0, 0, 1, 15, 1, kAttribNone);
 }
