@@ -37,6 +37,8 @@ public:
     virtual void CheckMenuItem(int command, bool checked) = 0;
     /// The message pane's text while no menu entry is highlighted.
     virtual void SetIdleMessage(const std::string& text) = 0;
+    /// Stands in its place until the next key or menu.
+    virtual void ShowNotice(const std::string& text) = 0;
     virtual void ShowStatusBar(bool shown) = 0;
     virtual bool IsStatusBarShown() const = 0;
 

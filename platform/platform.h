@@ -63,6 +63,10 @@ public:
     virtual bool StartProgram(const std::string& program, const std::string& argument,
                               const std::string& folder) = 0;
 
+    /// From true to false the pointer says that work is going on; calls nest. A box or a dialog
+    /// that opens meanwhile has its usual pointer.
+    virtual void ShowWaitCursor(bool /*on*/) {}
+
     /// Sends the command to the frame's OnCommand after the present event has been handled.
     virtual void PostCommand(int command) = 0;
 
@@ -73,3 +77,22 @@ public:
 }  // namespace platform
 
 extern platform::Platform* vPlatform;
+
+namespace platform {
+
+/// The pointer says during its life that work is going on: for all that can take a tenth of a
+/// second.
+class WaitCursor {
+public:
+    WaitCursor() { Show(true); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+    ~WaitCursor() { Show(false); }
+
+private:
+    static void Show(bool on) {
+        if (vPlatform) vPlatform->ShowWaitCursor(on);
+    }
+};
+
+}  // namespace platform

@@ -60,6 +60,7 @@ void DoObjectClipBoard::OnCommand(FormWindow&, int command) {
     const auto path = command == kObjectLoad ? vPlatform->OpenFileDialog(dialog)
                                              : vPlatform->SaveFileDialog(dialog);
     if (!path || !vObjectClip) return;
+    const platform::WaitCursor wait;
     const HandleGuard clip(vWorld->AddHandle(vObjectClip.get()));
     if (command == kObjectLoad)
         vWorld->Import(clip, *path);

@@ -1,4 +1,5 @@
 #include "editor/shell/do_size.h"
+#include "platform/platform.h"
 
 using platform::Control;
 using platform::ControlKind;
@@ -46,6 +47,7 @@ bool DoSize::Write(FormWindow& form, std::span<const int> values) {
     const int w = values[0];
     const int h = values[1];
     if (!CheckGridSize(form, w, h, kSizeW, kSizeH)) return false;
+    const platform::WaitCursor wait;
     Resize(node, w, h);
     if (form.IsChecked(kSizeChangeView)) {
         vWorld->SetProperty(node, kViewW, w);

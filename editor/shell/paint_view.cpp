@@ -7,6 +7,7 @@
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
 #include "platform/keys.h"
+#include "platform/platform.h"
 
 using platform::Control;
 using platform::ControlKind;
@@ -135,6 +136,7 @@ void CPaintView::OnControl(FormWindow& form, int id) {
         ShowMode(form);
         preview.Invalidate();
     }
+    const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
     switch (id) {
         case kShowAttrib:

@@ -70,6 +70,7 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
             frame->UpdateMenuBar();
         },
         [this] { frame->RedrawAll(); });
+    document->SetNotice([this](const std::string& text) { frame->Window().ShowNotice(text); });
     document->SetStartFolder(startFolder);
     document->SetProgramFolder(programFolder);
     if (!OpenFirstDocument(path)) return false;

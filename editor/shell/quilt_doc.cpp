@@ -22,6 +22,25 @@ bool CanRead(const std::string& path) {
     return std::filesystem::is_regular_file(path, error) && std::ifstream(path).good();
 }
 
+int CountNodes(const Dobject& node) {
+    int count = 1;
+    for (const auto& child : node.children) count += CountNodes(*child);
+    return count;
+}
+
+std::string Counted(std::uintmax_t count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string SavedText(const std::string& path) {
+    const Dobject& root = vWorld->Root();
+    const std::size_t boards = root.children.size();
+    const std::size_t objects = static_cast<std::size_t>(CountNodes(root)) - 1 - boards;
+    std::error_code error;
+    return "Saved " + path + ": " + Counted(boards, "board") + ", " + Counted(objects, "object") +
+           ", " + Counted(std::filesystem::file_size(path, error), "byte");
+}
+
 bool Refuse(const std::string& why) {
     vPlatform->MessageBox(why, "QUILT!", platform::Buttons::Ok, platform::Icon::Warning);
     return false;
@@ -47,6 +66,7 @@ void CQuiltDoc::SelectFirstBoard() {
 }
 
 bool CQuiltDoc::OnNewDocument() {
+    const platform::WaitCursor wait;
     kept.KeepWorld(origin);
     if (!vWorld->New()) return false;
     pathName.clear();
@@ -58,6 +78,7 @@ bool CQuiltDoc::OnNewDocument() {
 }
 
 bool CQuiltDoc::OnOpenDocument(const std::string& path) {
+    const platform::WaitCursor wait;
     if (!CanRead(path)) return Refuse("The game could not be opened:\n" + path);
     constexpr bool kNeedsWorld = true;
     kept.KeepWorld(origin);
@@ -85,25 +106,26 @@ bool CQuiltDoc::OnFileOpen() {
     return path && OnOpenDocument(*path);
 }
 
-bool CQuiltDoc::SaveTo(const std::string& path) {
+bool CQuiltDoc::Save(const std::string& path, bool named) {
+    const platform::WaitCursor wait;
     kept.KeepFile(path);
     if (!vWorld->Save(path)) return false;
     origin = path;
     kept.Forget();
+    if (named) SetPathName(path);
+    if (onSaved) onSaved(SavedText(path));
     return true;
 }
 
 bool CQuiltDoc::OnFileSave() {
     // Goes by the text alone, so a game that is called so is asked for its name each time.
     if (title.find(kUntitled) != std::string::npos) return OnFileSaveAs();
-    return SaveTo(pathName);
+    return Save(pathName, false);
 }
 
 bool CQuiltDoc::OnFileSaveAs() {
     const auto path = vPlatform->SaveFileDialog({"", kFilter, kExtension, DialogPath()});
-    if (!path || !SaveTo(*path)) return false;
-    SetPathName(*path);
-    return true;
+    return path && Save(*path, true);
 }
 
 bool CQuiltDoc::OnFileRun() {

@@ -33,6 +33,8 @@ public:
     /// The file whose content the world had when it was opened or saved; for the net.
     const std::string& Origin() const { return origin; }
 
+    /// Where to say what has been saved; nowhere at first.
+    void SetNotice(std::function<void(const std::string&)> show) { onSaved = std::move(show); }
     /// The program's own folder, where the player lies.
     void SetProgramFolder(const std::string& folder) { programFolder = folder; }
     /// The folder in which file dialogs start while the document has no file of its own.
@@ -43,12 +45,14 @@ private:
     /// Also enters the path in the list of recent files and makes its file name the title.
     void SetPathName(const std::string& path);
     void SelectFirstBoard();
-    bool SaveTo(const std::string& path);
+    /// `named`: the path was asked for just now and becomes the document's.
+    bool Save(const std::string& path, bool named);
     std::string DialogPath() const;
 
     KeptGames& kept;
     std::function<void()> onTitle;
     std::function<void()> onWorld;
+    std::function<void(const std::string&)> onSaved;
     std::string title;
     std::string pathName;
     std::string origin;

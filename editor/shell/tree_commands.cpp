@@ -61,6 +61,7 @@ const CSelectView::Binding CSelectView::kBindings[] = {
 };
 
 void CSelectView::OnCommand(int command) {
+    const platform::WaitCursor wait;
     if (command > kCmdMoveBase) {
         MoveTo(command - kCmdMoveBase);
         return;

@@ -38,6 +38,7 @@ void DoSpeckle::OnControl(FormWindow& form, int id) {
     const std::optional<int> percentage =
         ReadNumberField(form, kSpecklePercentage, 0, kMaxPercentage);
     if (!percentage) return;
+    const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
     vWorld->BackupTiles(h);
     SpeckleFill(h, *percentage);

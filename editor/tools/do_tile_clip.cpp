@@ -99,6 +99,7 @@ void DoTileClip::OnCommand(FormWindow&, int command) {
 void DoTileClip::Load() {
     const auto path = vPlatform->OpenFileDialog({"", kClipLoadFilter, "", ""});
     if (!path) return;
+    const platform::WaitCursor wait;
     LoadTileClip(*path, AskForForeground);
     viewer.Invalidate();
 }

@@ -46,6 +46,7 @@ void FadeDialog::OnControl(FormWindow& form, int id) {
             break;
         case platform::kIdOk: {
             if (!CanPaint()) break;
+            const platform::WaitCursor wait;
             const HandleGuard h(vWorld->GetCurrentObject());
             vWorld->BackupTiles(h);
             Paint(form, h);

@@ -7,6 +7,7 @@
 #include "editor/view/quilt_view.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
+#include "platform/platform.h"
 
 using platform::Point;
 
@@ -158,6 +159,7 @@ bool RunAreaCommand(int command, Point cursor, Point anchor, ViewHost& host) {
         std::find_if(std::begin(kAreaCommands), std::end(kAreaCommands),
                      [&](const AreaCommand& candidate) { return candidate.command == command; });
     if (row == std::end(kAreaCommands)) return false;
+    const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
     PlaceFadeCentre(row->centre, Select(row->selection, h, cursor, anchor));
     Run(row->action, h, cursor, anchor, host);

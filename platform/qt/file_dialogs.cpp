@@ -2,6 +2,7 @@
 
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/usual_cursor.h"
 
 #include <QFileDialog>
 #include <QUrl>
@@ -20,6 +21,7 @@ QStringList NameFilters(const std::string& filter) {
 }
 
 std::optional<std::string> RunFileDialog(const platform::FileDialog& asked, bool save) {
+    const UsualCursor usual;
     QFileDialog dialog(QApplication::activeWindow(), FromUtf8(asked.title));
     QList<QUrl> places = dialog.sidebarUrls();
     for (const std::string& place : asked.places)

@@ -5,13 +5,16 @@
 #include "platform/qt/qt_menu.h"
 #include "platform/qt/qt_text.h"
 
+#include <QBackingStore>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <vector>
+#include <utility>
 
 using platform::Point;
 using platform::Size;
@@ -24,30 +27,45 @@ constexpr int kNotch = 120;
 
 int CeilOf(double value) { return static_cast<int>(std::ceil(value - 1e-6)); }
 
-// One row of a picture as screen colours, stretched by repeating or leaving out pixels.
-class RowScaler {
-public:
-    RowScaler(int from, int to, int visible) : direct(from == to), columns(0) {
-        if (direct) return;
-        columns.resize(static_cast<std::size_t>(visible));
-        for (int x = 0; x < visible; ++x)
-            columns[static_cast<std::size_t>(x)] =
-                static_cast<int>(static_cast<std::int64_t>(x) * from / to);
+// The first and, counted from the end, the last of `count` bytes that differ; they do differ.
+int FirstDifference(const unsigned char* a, const unsigned char* b, int count) {
+    int at = 0;
+    for (; at + 8 <= count && std::memcmp(a + at, b + at, 8) == 0; at += 8) {
     }
-
-    void Run(const unsigned char* row, std::uint32_t* out, int visible) const {
-        if (direct) {
-            for (int x = 0; x < visible; ++x) out[x] = vScreenColors[row[x]];
-            return;
-        }
-        const int* column = columns.data();
-        for (int x = 0; x < visible; ++x) out[x] = vScreenColors[row[column[x]]];
+    while (at < count && a[at] == b[at]) ++at;
+    return at;
+}
+int LastDifference(const unsigned char* a, const unsigned char* b, int count) {
+    for (; count >= 8 && std::memcmp(a + count - 8, b + count - 8, 8) == 0; count -= 8) {
     }
+    while (count > 0 && a[count - 1] == b[count - 1]) --count;
+    return count - 1;
+}
 
-private:
-    bool direct;
-    std::vector<int> columns;
+// How `from` pixels of a picture lie on `to` of the screen, by repeating or leaving out whole
+// ones.
+struct Stretch {
+    int from;
+    int to;
+
+    int Source(int at) const { return static_cast<int>(static_cast<std::int64_t>(at) * from / to); }
+    /// The first screen pixel that shows the picture's or one after it.
+    int Shown(int source) const {
+        return static_cast<int>((static_cast<std::int64_t>(source) * to + from - 1) / from);
+    }
 };
+
+// The screen pixels from `begin` to before `end` of one row.
+void ExpandRow(const unsigned char* row, const Stretch& across, std::uint32_t* out, int begin,
+               int end) {
+    const auto& colors = vScreenColors;
+    if (across.from == across.to)
+        for (int x = begin; x < end; ++x) out[x] = colors[row[x]];
+    else if (across.from == 2 * across.to)
+        for (int x = begin; x < end; ++x) out[x] = colors[row[2 * x]];
+    else
+        for (int x = begin; x < end; ++x) out[x] = colors[row[across.Source(x)]];
+}
 
 }  // namespace
 
@@ -94,55 +112,137 @@ Point PictureWidget::ClientToScreen(Point at) const {
 
 // --- painting ----------------------------------------------------------------------------------
 
-void PictureWidget::ShowPicture(const platform::Rows8& picture, Size shown) {
-    if (!painter || picture.w < 1 || picture.h < 1) return;
+void PictureWidget::Invalidate() {
+    if (asked) return;
+    asked = true;
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
+}
+
+void PictureWidget::customEvent(QEvent*) {
+    asked = false;
+    // What is hidden is drawn when it shows, and a box over an OnDraw lets that end first.
+    if (!isVisible() || !events) return;
+    if (drawing) return update();
+    const QRect changed = Compose();
+    if (changed.isEmpty()) return;
+    ready = true;
+    repaint(AreaOf(changed));
+    ready = false;
+}
+
+QRect PictureWidget::Compose() {
+    drawing = true;
+    changedPixels = {};
+    events->OnDraw(*this);
+    drawing = false;
+    return changedPixels;
+}
+
+bool PictureWidget::Prepare(const platform::Rows8& picture, Size stretched) {
     const QSize device = DeviceSize();
-    if (frame.size() != device) {
+    const Size size{picture.w, picture.h};
+    const bool sameFrame = frame.size() == device;
+    if (sameFrame && size == lastSize && stretched == lastStretched && lastColors == vScreenColors)
+        return false;
+    if (!sameFrame) {
         frame = QImage(device, QImage::Format_RGB32);
         frame.fill(Qt::black);
     }
-    const int w = shown.w * PixelSide();
-    const int h = shown.h * PixelSide();
-    const int visibleW = std::min(w, device.width());
-    const int visibleH = std::min(h, device.height());
-    const RowScaler scaler(picture.w, w, visibleW);
+    lastSize = size;
+    lastStretched = stretched;
+    lastColors = vScreenColors;
+    return true;
+}
+
+void PictureWidget::ShowPicture(const platform::Rows8& picture, Size shown) {
+    if (!drawing || picture.w < 1 || picture.h < 1) return;
+    const Stretch across{picture.w, shown.w * PixelSide()};
+    const Stretch down{picture.h, shown.h * PixelSide()};
+    const bool whole = Prepare(picture, {across.to, down.to});
+    const int visibleW = std::min(across.to, frame.width());
+    const int visibleH = std::min(down.to, frame.height());
+    if (visibleW < 1 || visibleH < 1) return;
+    // Only what shows is compared: of a picture shown at half its size every second row.
+    const int width = across.Source(visibleW - 1) + 1;
+    lastRows.resize(static_cast<std::size_t>(std::min(visibleH, picture.h)) *
+                    static_cast<std::size_t>(width));
+    unsigned char* known = lastRows.data();
     const auto stride = static_cast<std::size_t>(frame.bytesPerLine());
-    unsigned char* out = frame.bits();
-    int last = -1;
-    for (int y = 0; y < visibleH; ++y, out += stride) {
-        const int row = static_cast<int>(static_cast<std::int64_t>(y) * picture.h / h);
-        if (row == last)
-            std::memcpy(out, out - stride, stride);
-        else
-            scaler.Run(picture.rows[row], reinterpret_cast<std::uint32_t*>(out), visibleW);
-        last = row;
+    unsigned char* bits = frame.bits();
+    QRect changed;
+    for (int y = 0; y < visibleH; known += width) {
+        const int source = down.Source(y);
+        const int end = std::min(down.Shown(source + 1), visibleH);
+        const unsigned char* row = picture.rows[source];
+        if (whole || std::memcmp(known, row, static_cast<std::size_t>(width)) != 0) {
+            int left = 0;
+            int right = visibleW;
+            if (!whole) {
+                left = across.Shown(FirstDifference(known, row, width));
+                right = std::min(across.Shown(LastDifference(known, row, width) + 1), visibleW);
+            }
+            std::memcpy(known, row, static_cast<std::size_t>(width));
+            if (left < right) {
+                const auto begin = static_cast<std::size_t>(left) * sizeof(std::uint32_t);
+                const auto bytes = static_cast<std::size_t>(right - left) * sizeof(std::uint32_t);
+                unsigned char* out = bits + static_cast<std::size_t>(y) * stride;
+                ExpandRow(row, across, reinterpret_cast<std::uint32_t*>(out), left, right);
+                for (int copy = y + 1; copy < end; ++copy)
+                    std::memcpy(bits + static_cast<std::size_t>(copy) * stride + begin, out + begin,
+                                bytes);
+                changed |= QRect(left, y, right - left, end - y);
+            }
+        }
+        y = end;
     }
+    changedPixels |= changed;
+}
+
+QRect PictureWidget::AreaOf(const QRect& pixels) const {
+    const double ratio = devicePixelRatioF();
+    const QRectF own(pixels.x() / ratio, pixels.y() / ratio, pixels.width() / ratio,
+                     pixels.height() / ratio);
+    // At a broken factor a device pixel lies in more than one of the widget's.
+    const int margin = ratio == std::floor(ratio) ? 0 : 2;
+    return own.toAlignedRect().adjusted(-margin, -margin, margin, margin);
+}
+
+void PictureWidget::ShowFrame(QPainter& own) {
+    if (frame.isNull()) return;
+    const QSize device = frame.size();
     const double ratio = devicePixelRatioF();
     // At a broken factor the widget may begin inside a device pixel; the picture begins with
     // the next whole one.
-    const QTransform place = painter->deviceTransform();
+    const QTransform place = own.deviceTransform();
     const double left = (std::ceil(place.dx() - 1e-6) - place.dx()) / ratio;
     const double top = (std::ceil(place.dy() - 1e-6) - place.dy()) / ratio;
     // What lies before it is a part of a pixel, which goes on with the picture's edge.
     if (left > 0)
-        painter->drawImage(QRectF(0, 0, left, height()), frame, QRectF(0, 0, 1, device.height()));
-    if (top > 0)
-        painter->drawImage(QRectF(0, 0, width(), top), frame, QRectF(0, 0, device.width(), 1));
+        own.drawImage(QRectF(0, 0, left, height()), frame, QRectF(0, 0, 1, device.height()));
+    if (top > 0) own.drawImage(QRectF(0, 0, width(), top), frame, QRectF(0, 0, device.width(), 1));
     frame.setDevicePixelRatio(ratio);
-    painter->drawImage(QPointF(left, top), frame);
+    own.drawImage(QPointF(left, top), frame);
     frame.setDevicePixelRatio(1);
 }
 
-void PictureWidget::paintEvent(QPaintEvent*) {
-    if (painter) return;
+void PictureWidget::paintEvent(QPaintEvent* event) {
+    if (drawing) return;
     QPainter own(this);
     if (!events) {
         own.fillRect(rect(), palette().color(QPalette::Window));
         return;
     }
-    painter = &own;
-    events->OnDraw(*this);
-    painter = nullptr;
+    // Whoever asked for this paint may expect any change in it, and may want a part of the
+    // window or take it for something else than the screen.
+    const bool asIs = std::exchange(ready, false);
+    const QRect changed = asIs ? QRect() : Compose();
+    ShowFrame(own);
+    const QPaintDevice* screen = backingStore() ? backingStore()->paintDevice() : nullptr;
+    const bool shown = event->region() == QRegion(rect()) && redirected(nullptr) == screen;
+    if (!shown && !changed.isEmpty()) {
+        ready = true;
+        update(AreaOf(changed));
+    }
     if (inForm && hasFocus()) PaintFocus(own);
 }
 

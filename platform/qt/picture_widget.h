@@ -1,5 +1,8 @@
 // A widget that shows one 8-bit picture: the window behind every pane and picture control.
 //
+// Between two pictures little changes as a rule: a picture is compared with the one before, and
+// only the rectangle that differs is turned into colours and shown.
+//
 // A window pixel is a square of whole device pixels: as many a side as the screen's scale
 // factor has whole ones. Pictures are thus sharp at every factor.
 #pragma once
@@ -11,6 +14,7 @@
 #include <QWidget>
 #include <array>
 #include <cstdint>
+#include <vector>
 
 /// The colours in which pictures are shown, as 0xRRGGBB.
 extern std::array<std::uint32_t, 256> vScreenColors;
@@ -24,7 +28,7 @@ public:
 
     // platform::Window
     platform::Size ClientSize() const override;
-    void Invalidate() override { update(); }
+    void Invalidate() override;
     void SetCapture() override { captured = true; }
     void ReleaseCapture() override { captured = false; }
     platform::Point ClientToScreen(platform::Point at) const override;
@@ -35,6 +39,7 @@ public:
     void SetDescription(const std::string& description) override;
 
 protected:
+    void customEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -55,9 +60,23 @@ private:
     void Press(QMouseEvent& event);
     void PaintFocus(QPainter& own) const;
 
+    /// Has the picture drawn into the frame; gives the device pixels that differ now.
+    QRect Compose();
+    /// Makes the frame anew if the picture cannot be compared with the one before.
+    bool Prepare(const platform::Rows8& picture, platform::Size stretched);
+    void ShowFrame(QPainter& own);
+    /// The part of the widget in which these device pixels lie.
+    QRect AreaOf(const QRect& pixels) const;
+
     platform::WindowEvents* events;
-    QPainter* painter = nullptr;  ///< during OnDraw
-    QImage frame;                 ///< what is shown, in device pixels
+    QImage frame;                         ///< what is shown, in device pixels
+    std::vector<unsigned char> lastRows;  ///< the rows of the picture in it, those that show
+    platform::Size lastSize, lastStretched;
+    std::array<std::uint32_t, 256> lastColors{};
+    QRect changedPixels;   ///< by the present OnDraw
+    bool drawing = false;  ///< in OnDraw
+    bool asked = false;    ///< for an OnDraw from the event loop
+    bool ready = false;    ///< the next paint shows the frame as it is
     bool captured = false;
     bool inForm = false;
     bool shiftDown = false;

@@ -126,7 +126,19 @@ void QtFrame::CheckMenuItem(int command, bool checked) {
     }
 }
 
-void QtFrame::SetIdleMessage(const std::string& text) { message->setText(FromUtf8(text)); }
+void QtFrame::SetIdleMessage(const std::string& text) {
+    idle = FromUtf8(text);
+    message->setText(idle);
+}
+
+void QtFrame::ShowNotice(const std::string& text) { message->setText(FromUtf8(text)); }
+
+bool QtFrame::EndsNotice(const QObject& watched, const QEvent& event) const {
+    if (event.type() == QEvent::Show) return qobject_cast<const QMenu*>(&watched);
+    const auto* widget = qobject_cast<const QWidget*>(&watched);
+    return event.type() == QEvent::KeyPress &&
+           (&watched == windowHandle() || (widget && widget->window() == this));
+}
 
 void QtFrame::ShowStatusBar(bool shown) { statusBar()->setVisible(shown); }
 
@@ -164,6 +176,7 @@ void QtFrame::changeEvent(QEvent* event) {
 
 bool QtFrame::eventFilter(QObject* watched, QEvent* event) {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (message->text() != idle && EndsNotice(*watched, *event)) message->setText(idle);
     // Once for each event, on its way to the window.
     if (isKey && watched == windowHandle()) ShowLocks(*static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::MouseButtonRelease &&
@@ -256,8 +269,12 @@ void QtFrame::resizeEvent(QResizeEvent* event) {
 
 void QtFrame::InvalidateAll() {
     events.OnFramePaint();
-    for (const auto& pane : panes)
-        if (pane) pane->update();
+    for (const auto& pane : panes) {
+        if (auto* picture = dynamic_cast<PictureWidget*>(pane.data()))
+            picture->Invalidate();
+        else if (pane)
+            pane->update();
+    }
     if (form) form->Invalidate();
 }
 

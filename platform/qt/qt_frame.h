@@ -21,6 +21,7 @@ public:
     void SetMenuBar(const platform::Menu& menu) override;
     void CheckMenuItem(int command, bool checked) override;
     void SetIdleMessage(const std::string& text) override;
+    void ShowNotice(const std::string& text) override;
     void ShowStatusBar(bool shown) override;
     bool IsStatusBarShown() const override;
     platform::Size ClientSize() const override;
@@ -48,6 +49,8 @@ private:
     /// Puts a widget in a pane's place, in the size of what stood there.
     void Place(platform::Pane pane, QWidget* content);
     void FocusHome();
+    /// Whether a notice has been seen by the time of this event.
+    bool EndsNotice(const QObject& watched, const QEvent& event) const;
     void ShowLocks(const QKeyEvent& event);
     /// Takes the lights from the window system; before the first key nothing else tells.
     void AskLocks();
@@ -60,6 +63,7 @@ private:
     QSplitter* outer;
     QSplitter* inner;
     QLabel* message;
+    QString idle;                    ///< its text while there is no notice
     std::array<QLabel*, 3> locks{};  ///< CAP, NUM, SCRL
     std::array<QPointer<QWidget>, 3> panes;
     QPointer<QtForm> form;

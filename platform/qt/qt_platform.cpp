@@ -6,6 +6,7 @@
 #include "platform/qt/qt_frame.h"
 #include "platform/qt/qt_settings.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/usual_cursor.h"
 
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -82,6 +83,7 @@ bool QtPlatform::MessageBox(const std::string& text, const std::string& caption,
         std::fprintf(stderr, "quilt-edit: %s\n", text.c_str());
         return true;
     }
+    const UsualCursor usual;
     QMessageBox box(BoxIcon(icon), FromUtf8(caption), FromUtf8(text), QMessageBox::Ok,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
@@ -92,6 +94,7 @@ bool QtPlatform::MessageBox(const std::string& text, const std::string& caption,
 }
 
 int QtPlatform::RunDialog(const platform::Form& form, platform::FormEvents& events) {
+    const UsualCursor usual;
     return RunFormDialog(form, events);
 }
 
@@ -139,6 +142,13 @@ std::vector<std::string> QtPlatform::FixedPitchFaces() {
 bool QtPlatform::StartProgram(const std::string& program, const std::string& argument,
                               const std::string& folder) {
     return QProcess::startDetached(FromUtf8(program), {FromUtf8(argument)}, FromUtf8(folder));
+}
+
+void QtPlatform::ShowWaitCursor(bool on) {
+    if (on)
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QGuiApplication::restoreOverrideCursor();
 }
 
 void QtPlatform::PostCommand(int command) {

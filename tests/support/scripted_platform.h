@@ -149,6 +149,7 @@ public:
     void SetMenuBar(const platform::Menu& menu) override { bar = menu; }
     void CheckMenuItem(int command, bool checked) override;
     void SetIdleMessage(const std::string& text) override { idle = text; }
+    void ShowNotice(const std::string& text) override { notice = text; }
     void ShowStatusBar(bool on) override { statusBar = on; }
     bool IsStatusBarShown() const override { return statusBar; }
     platform::Size ClientSize() const override { return {1024, 768}; }
@@ -170,7 +171,7 @@ public:
 
     ScriptedPlatform& script;
     platform::FrameEvents& events;
-    std::string caption, idle;
+    std::string caption, idle, notice;
     platform::Menu bar;
     bool statusBar = false, shown = false, closed = false;
     int leftWidth = 0, lowerHeight = 0;
@@ -222,6 +223,10 @@ public:
                             const std::string& value) override;
     void SetPalette(const std::array<std::uint32_t, 256>& colours) override { palette = colours; }
     std::unique_ptr<platform::Frame> CreateFrame(platform::FrameEvents& events) override;
+    void ShowWaitCursor(bool on) override {
+        waits += on;
+        waiting += on ? 1 : -1;
+    }
     void PostCommand(int command) override { posted.push_back(command); }
     int Run() override { return 0; }
 
@@ -234,6 +239,7 @@ public:
 
     int TrackMenu(const platform::Menu& menu, platform::Point screen);
 
+    int waits = 0, waiting = 0;  ///< wait pointers shown so far, and now
     ScriptedFrame* frame = nullptr;
     platform::Point lastMenuAt;
     platform::Menu lastMenu;
