@@ -2,9 +2,9 @@
 // of the objects on one board.
 
 #include "bench/bench_world.h"
+#include "bench/timed.h"
 #include "engine/copy_object.h"
 
-#include <benchmark/benchmark.h>
 #include <unistd.h>
 
 #include <string>
@@ -15,7 +15,7 @@ namespace {
 struct ManyObjects {
     explicit ManyObjects(benchmark::State& state) {
         BenchWorld().Root().EraseAll();
-        board = &AddBenchNode(BenchWorld().Root(), 80, 60);
+        board = &AddBenchNode(BenchWorld().Root(), 1, 1);
         // By rising z: each comes to stand in front, where its place is looked for first.
         for (int i = 0; i < state.range(0); ++i) AddBenchNode(*board, 1, 1, i / 10);
     }
@@ -24,14 +24,10 @@ struct ManyObjects {
     Dobject* board;
 };
 
+// Each copy stays, as a user's does: memory that was just given back would flatter the small ones.
 void Copy(benchmark::State& state) {
     const ManyObjects many(state);
-    for (auto _ : state) {
-        Dobject* copy = CopyObject(vWorld->Root(), *many.board);
-        state.PauseTiming();
-        vWorld->Root().Erase(*copy);
-        state.ResumeTiming();
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(CopyObject(vWorld->Root(), *many.board));
 }
 
 void Read(benchmark::State& state) {
@@ -69,10 +65,11 @@ void Find(benchmark::State& state) {
         }
 }
 
-BENCHMARK(Copy)->Arg(1'000)->Arg(10'000)->Arg(100'000);
-BENCHMARK(Read)->Arg(1'000)->Arg(100'000);
-BENCHMARK(Move)->Arg(1'000)->Arg(100'000);
-BENCHMARK(Find)->Arg(1'000)->Arg(100'000);
+TIMED(Copy)->Arg(1'000)->Iterations(100);
+TIMED(Copy)->Arg(100'000)->Iterations(1);
+TIMED(Read)->Arg(1'000)->Arg(100'000);
+TIMED(Move)->Arg(1'000)->Arg(100'000);
+TIMED(Find)->Arg(1'000)->Arg(100'000);
 
 }  // namespace
 

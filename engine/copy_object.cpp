@@ -1,6 +1,9 @@
 #include "engine/copy_object.h"
 
 #include "engine/dinterface.h"
+#include "engine/report.h"
+
+#include <new>
 
 namespace {
 
@@ -16,13 +19,17 @@ void CopyChild(Dobject& copy, const Dobject& child) {
 }
 
 bool CopyInto(Dobject& copy, const Dobject& source) {
-    if (!copy.Create(source.name, source.width, source.height)) return false;
-    copy.tiles = source.tiles;
-    // The source's surface shows its tiles, so the copy's may be painted from it.
-    if (source.vSurf)
-        blit(source.vSurf.get(), copy.vSurf.get(), 0, 0, 0, 0, source.vSurf->w, source.vSurf->h);
-    else
-        copy.vSurf.reset();
+    // The surface follows when the copy is first shown.
+    try {
+        copy.tiles = source.tiles;
+    } catch (const std::bad_alloc&) {
+        Fatal("Unable to Create Object vSurf", __FILE__, __LINE__);
+        return false;
+    }
+    copy.name = source.name;
+    copy.width = source.width;
+    copy.height = source.height;
+    Trace("%s->Create(%i,%i)\n", copy.name.c_str(), copy.width, copy.height);
     copy.viewx = source.viewx;
     copy.viewy = source.viewy;
     copy.vieww = source.vieww;
