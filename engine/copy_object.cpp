@@ -19,13 +19,16 @@ void CopyChild(Dobject& copy, const Dobject& child) {
 }
 
 bool CopyInto(Dobject& copy, const Dobject& source) {
-    // The surface follows when the copy is first shown.
     try {
         copy.tiles = source.tiles;
     } catch (const std::bad_alloc&) {
         Fatal("Unable to Create Object vSurf", __FILE__, __LINE__);
         return false;
     }
+    // It shows the same tiles; a copy outside every tree has no font to draw them with.
+    if (source.vSurf) copy.vSurf = MakeBitmap(source.vSurf->w, source.vSurf->h);
+    if (copy.vSurf)
+        blit(source.vSurf.get(), copy.vSurf.get(), 0, 0, 0, 0, source.vSurf->w, source.vSurf->h);
     copy.name = source.name;
     copy.width = source.width;
     copy.height = source.height;
