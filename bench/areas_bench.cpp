@@ -4,12 +4,13 @@
 // that each covers as many cells as the one of side 1,000.
 
 #include "bench/bench_world.h"
-#include "bench/timed.h"
 #include "editor/tools/fade_fills.h"
 #include "editor/view/brush.h"
 #include "editor/view/fills.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
+
+#include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -149,7 +150,7 @@ void ClearMaskAlone(benchmark::State& state) {
     }
 }
 
-#define BENCH_ACTION(name) TIMED_TEMPLATE(Act, name)->Name(#name)->Arg(kSide)->Arg(250)
+#define BENCH_ACTION(name) BENCHMARK_TEMPLATE(Act, name)->Name(#name)->Arg(kSide)->Arg(250)
 BENCH_ACTION(Fill);
 BENCH_ACTION(Blend);
 BENCH_ACTION(Paste);
@@ -157,13 +158,13 @@ BENCH_ACTION(Normal);
 BENCH_ACTION(ScatteredNormal);
 BENCH_ACTION(Distance);
 BENCH_ACTION(Slime);
-TIMED(DrawTiles);
-TIMED(FourDraws);
-TIMED(Flood)->Arg(kSide)->Arg(250);
-TIMED(AllegroFloodfill);
-TIMED(SelectOneByRect);
-TIMED(SelectOneByFlood);
-TIMED(ClearMaskAlone);
+BENCHMARK(DrawTiles);
+BENCHMARK(FourDraws);
+BENCHMARK(Flood)->Arg(kSide)->Arg(250);
+BENCHMARK(AllegroFloodfill);
+BENCHMARK(SelectOneByRect);
+BENCHMARK(SelectOneByFlood);
+BENCHMARK(ClearMaskAlone);
 
 }  // namespace
 

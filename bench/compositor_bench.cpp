@@ -1,7 +1,8 @@
 // The compositor against plain copies and against painting back to front.
 
 #include "bench/bench_world.h"
-#include "bench/timed.h"
+
+#include <benchmark/benchmark.h>
 
 #include <cstring>
 #include <random>
@@ -115,16 +116,16 @@ void WalkNodes(benchmark::State& state) {
     }
 }
 
-TIMED(BoardFillsTarget);
-TIMED(CopyRows);
-TIMED_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::Draw)->Name("HoleyLayer");
-TIMED_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::DrawBackToFront)
+BENCHMARK(BoardFillsTarget);
+BENCHMARK(CopyRows);
+BENCHMARK_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::Draw)->Name("HoleyLayer");
+BENCHMARK_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::DrawBackToFront)
     ->Name("HoleyLayerBackToFront");
-TIMED_TEMPLATE(Picture, &Scene::AddObjects, &Scene::Draw)->Name("ManyObjects");
-TIMED_TEMPLATE(Picture, &Scene::AddObjects, &Scene::DrawBackToFront)
+BENCHMARK_TEMPLATE(Picture, &Scene::AddObjects, &Scene::Draw)->Name("ManyObjects");
+BENCHMARK_TEMPLATE(Picture, &Scene::AddObjects, &Scene::DrawBackToFront)
     ->Name("ManyObjectsBackToFront");
-TIMED(Covered)->Arg(0)->Arg(100000);
-TIMED(WalkNodes)->Arg(100000);
+BENCHMARK(Covered)->Arg(0)->Arg(100000);
+BENCHMARK(WalkNodes)->Arg(100000);
 
 }  // namespace
 

@@ -2,11 +2,11 @@
 // text set in a bare text control beside it.
 
 #include "bench/bench_world.h"
-#include "bench/timed.h"
 #include "editor/script/do_programming.h"
 #include "platform/qt/code_widget.h"
 #include "platform/qt/qt_platform.h"
 
+#include <benchmark/benchmark.h>
 #include <QPushButton>
 #include <QTimer>
 
@@ -67,8 +67,8 @@ void OpenEmptyAndSetBareText(benchmark::State& state) {
     }
 }
 
-TIMED(OpenLongScript);
-TIMED(OpenEmptyAndSetBareText);
+BENCHMARK(OpenLongScript);
+BENCHMARK(OpenEmptyAndSetBareText);
 
 }  // namespace
 

@@ -1,11 +1,11 @@
 // The list of boards and objects on the Qt backend, off screen: its repaint and its clicks, with
 // as many nodes as fill the pane and with many more.
 
-#include "bench/timed.h"
 #include "editor/shell/quilt_app.h"
 #include "platform/qt/qt_frame.h"
 #include "platform/qt/qt_platform.h"
 
+#include <benchmark/benchmark.h>
 #include <QApplication>
 #include <filesystem>
 
@@ -82,9 +82,9 @@ void Click(benchmark::State& state) {
         state.SkipWithError("the click missed the last row");
 }
 
-TIMED(Repaint)->Args({100, 0})->Args({10'000, 0})->Args({10'000, 9'900});
-TIMED(WalkNodes)->Arg(10'000);
-TIMED(Click)->Arg(100)->Arg(10'000);
+BENCHMARK(Repaint)->Args({100, 0})->Args({10'000, 0})->Args({10'000, 9'900});
+BENCHMARK(WalkNodes)->Arg(10'000);
+BENCHMARK(Click)->Arg(100)->Arg(10'000);
 
 }  // namespace
 

@@ -36,7 +36,7 @@ TEST(LongCommands, ShowTheWaitPointerAndTakeItAway) {
     for (const auto& [command, run, dialog] : works) {
         const int before = script.waits;
         if (!dialog.empty()) script.ExpectDialog(dialog, ok);
-        run(command);
+        script.Do([&] { run(command); });
         EXPECT_GT(script.waits, before) << command;
         EXPECT_EQ(script.waiting, 0) << command;
     }

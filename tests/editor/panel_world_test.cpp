@@ -61,7 +61,7 @@ TEST_F(PanelWorld, APickBeyondTheRangeOfCommandsSelectsNothing) {
     frame.OnCommand(kCmdShowPropertiesPanel);
     vPanelMode = kPanelProperties;
     AddNode(*board, "middle", 3, 3);
-    AddNode(*board, "top", 3, 3).id = kCmdFill - kCmdPickBase;
+    board->Spawn(kCmdFill - kCmdPickBase, 0)->Create("top", 3, 3);
     script.ExpectMenu({}, kCmdFill);
     Edit().OnLButtonDown(false, {4, 4});
     EXPECT_EQ(world->currentObject, board->id);

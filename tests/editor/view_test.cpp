@@ -329,11 +329,11 @@ TEST_F(View, ZoomedPicturesCoverTheWindow) {
 TEST_F(View, PickingAmongThreeAsks) {
     vPanelMode = kPanelProperties;
     Dobject& a = AddNode(*board, "A&B", 3, 3);
-    Dobject& b = AddNode(a, "inner", 1, 1);
+    Dobject& b = *a.Spawn(kCmdPickEnd - kCmdPickBase - 1, 0);
+    b.Create("inner", 1, 1);
     script.ExpectMenu({"board", "A&&B", "inner", "-", "&Cancel"}, a.id + kCmdPickBase);
     window.Click(At({0, 0}));
     EXPECT_EQ(world->currentObject, a.id);
-    b.id = kCmdPickEnd - kCmdPickBase - 1;
     script.ExpectMenu({}, b.id + kCmdPickBase);
     window.Keys({kKeyEnter});
     EXPECT_EQ(world->currentObject, b.id);

@@ -49,9 +49,9 @@ TEST_F(LongWork, SaysWhatWasSavedUntilTheNextKeyOrMenu) {
                                                   " bytes");
         if (byMenu) {
             person.OnMenu([](QMenu& menu) { menu.close(); });
-            Person::Click(*list, {20, 15}, Qt::RightButton);
+            Click(*list, {20, 15}, Qt::RightButton);
         } else {
-            Person::Press(*edit, Qt::Key_Right);
+            Press(*edit, Qt::Key_Right);
         }
         Settle();
         EXPECT_EQ(line->text(), idle);

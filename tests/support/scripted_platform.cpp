@@ -282,8 +282,8 @@ void ScriptedPlatform::Pump() {
 void ScriptedPlatform::ExpectNothingOpen() {
     if (!vWorld) return;
     constexpr int kProbes = 64;
-    static Dobject probes[kProbes];
-    for (int i = 0; i < kProbes; ++i) probes[i].id = -1000 - i;
+    static std::deque<Dobject> probes;
+    for (int i = static_cast<int>(probes.size()); i < kProbes; ++i) probes.emplace_back(-1000 - i);
     int last = 0;
     for (Dobject& probe : probes) last = vWorld->AddHandle(&probe);
     EXPECT_EQ(last, kProbes) << "handles are open";

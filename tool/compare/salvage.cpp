@@ -255,9 +255,8 @@ private:
 
     // As a child that stays when it is cut off.
     static bool ReadOne(GameTextReader& reader, Dobject& root) {
-        root.children.push_back(std::make_unique<Dobject>());
+        root.children.push_back(std::make_unique<Dobject>(1));
         root.children.back()->parent = &root;
-        root.children.back()->id = 1;
         return reader.ReadInto(*root.children.back());
     }
 
