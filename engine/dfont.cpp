@@ -199,7 +199,7 @@ void Dfont::ImportBitmap(const std::string& path) {
     std::string bytes;
     std::string why;
     Bitmap picture;
-    if (ReadWholeFile(path, bytes, why)) picture = ReadBmp(bytes, why);
+    if (ReadWholeFile(path, bytes, why, "BM")) picture = ReadBmp(bytes, why);
     if (!picture || !IsSheetSize(picture->w, picture->h)) {
         if (why.empty()) why = "a sheet of that size cannot be";
         Trace("%s: %s\n", path.c_str(), why.c_str());

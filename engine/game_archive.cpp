@@ -22,6 +22,11 @@ constexpr const char* kSettingsEntry = "res.dat";
 constexpr std::int32_t kNumbersFormat = 2;
 constexpr int kMaxColor = 255;
 
+// Most bytes of an entry: a few numbers, so many for each pixel, a text.
+constexpr std::uint64_t kMaxNumbers = 1 << 16;
+constexpr std::uint64_t kMaxPixelBytes = 16;
+constexpr std::uint64_t kMaxText = std::uint64_t{1} << 31;
+
 using Status = TextScanner::Status;
 
 std::string FileNameOf(const std::string& path) {
@@ -63,8 +68,12 @@ private:
         return false;
     }
 
-    bool Open(ZipEntryInStream& in, const char* name, std::ios::openmode mode = std::ios::in) {
+    bool Open(ZipEntryInStream& in, const char* name, std::uint64_t limit,
+              std::ios::openmode mode = std::ios::in) {
         in.open(archive, name, mode);
+        const std::uint64_t size = archive.EntryFacts().size;
+        if (in && size > limit)
+            return Fail(name, "its " + std::to_string(size) + " bytes are more than it can hold");
         if (in) return true;
         return Fail(name,
                     archive.Damaged() ? "the entry cannot be unpacked" : "there is no such entry");
@@ -72,7 +81,7 @@ private:
 
     // What is wrong with the packed data matters more than what it did to the contents.
     bool Finish(ZipEntryInStream& in, const std::string& entry, bool good) {
-        if (good) Drain(in);
+        if (good) Drain();
         const bool unpacked = !archive.Damaged();
         in.close();
         if (unpacked && !archive.Damaged()) return good;
@@ -80,15 +89,15 @@ private:
     }
 
     // To the end, where the checksum is compared.
-    static void Drain(ZipEntryInStream& in) {
-        char rest[4096];
-        while (in.rdbuf()->sgetn(rest, sizeof rest) > 0) {
+    void Drain() {
+        char rest[1 << 14];
+        while (archive.Read(rest, sizeof rest) > 0) {
         }
     }
 
     bool ReadFont() {
         ZipEntryInStream in;
-        if (!Open(in, kHeaderEntry)) return false;
+        if (!Open(in, kHeaderEntry, kMaxNumbers)) return false;
         TextScanner scanner(*in.rdbuf());
         std::int32_t size[3] = {};
         bool good = true;
@@ -106,7 +115,9 @@ private:
         game.sheet = MakeBitmap(w, h);
         if (!game.sheet) return Fail(kSheetEntry, "there is not enough memory");
         ZipEntryInStream in;
-        if (!Open(in, kSheetEntry, std::ios::binary)) return false;
+        const std::uint64_t limit =
+            kMaxNumbers + kMaxPixelBytes * static_cast<unsigned>(w) * static_cast<unsigned>(h);
+        if (!Open(in, kSheetEntry, limit, std::ios::binary)) return false;
         const bool numbers = game.sheetFormat == kNumbersFormat;
         bool good = true;
         for (int y = 0; good && y < h; ++y)
@@ -147,7 +158,8 @@ private:
 
     bool ReadText(const std::string& entry, const IdSource& ids, TextRemarks* remarks) {
         ZipEntryInStream in;
-        if (!Open(in, entry.c_str())) return false;
+        if (!Open(in, entry.c_str(), kMaxText)) return false;
+        game.textTime = archive.EntryFacts().dosTime;
         game.textEntry = entry;
         GameTextReader reader(*in.rdbuf(), ids);
         reader.SetRemarks(remarks);
@@ -158,7 +170,7 @@ private:
 
     bool ReadSettings() {
         ZipEntryInStream in;
-        if (!Open(in, kSettingsEntry)) return false;
+        if (!Open(in, kSettingsEntry, kMaxNumbers)) return false;
         TextScanner scanner(*in.rdbuf());
         std::int32_t mode = 0;
         std::int32_t windowed = 0;
@@ -221,8 +233,9 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
 }
 
 std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMode,
-                        std::int32_t windowed, std::string& why) {
+                        std::int32_t windowed, std::string& why, unsigned long dosTime) {
     ZipWriter archive;
+    archive.SetTime(dosTime);
     bool good = WriteEntry(archive, kHeaderEntry, std::ios::out, [&](std::ostream& out) {
         out << sheet->w << ' ' << sheet->h << ' ' << kNumbersFormat << '\n';
     });

@@ -21,6 +21,7 @@ struct Game {
     Dobject root;  ///< named as the root; its nodes have tiles but no surfaces
     bool hasText = false;
     std::string textEntry;                  ///< name of the text entry that was read
+    unsigned long textTime = 0;             ///< its moment, as archives write it
     std::optional<std::int32_t> videoMode;  ///< absent with the settings entry
     std::optional<std::int32_t> windowed;
 };
@@ -41,9 +42,10 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
               TextRemarks* remarks = nullptr);
 
 /// The bytes of the archive of a world, expanded nodes as they are when collapsed. Empty, with
-/// `why` filled, when it cannot be made or could not be read again.
+/// `why` filled, when it cannot be made or could not be read again. `dosTime` is the moment that
+/// its entries tell, 0 for now.
 std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMode,
-                        std::int32_t windowed, std::string& why);
+                        std::int32_t windowed, std::string& why, unsigned long dosTime = 0);
 
 /// The bytes of the object file of a node, to be saved at that path, whose name its entry has.
 /// Otherwise as ComposeGame.

@@ -187,14 +187,20 @@ std::string MakePcx(BITMAP* picture, const RGB* palette) {
     return good ? std::move(memory.written) : std::string();
 }
 
-bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& why) {
+bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& why,
+                   std::string_view start) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) return Refuse(why, "there is no such file");
-    if (std::filesystem::file_size(path, error) > kMaxFileBytes)
-        return Refuse(why, "it is too large");
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    if (error || size > kMaxFileBytes) return Refuse(why, "it is too large");
     std::ifstream in(path, std::ios::binary);
+    std::string first(std::min<std::uintmax_t>(start.size(), size), '\0');
+    if (in.read(first.data(), static_cast<std::streamsize>(first.size())) && first != start)
+        return Refuse(why, "it is no picture of this kind");
     try {
-        if (in) bytes.assign(std::istreambuf_iterator<char>(in), {});
+        in.seekg(0);
+        bytes.resize(size);
+        in.read(bytes.data(), static_cast<std::streamsize>(size));
     } catch (const std::bad_alloc&) {
         return Refuse(why, "there is not enough memory for it");
     }

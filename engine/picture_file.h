@@ -23,5 +23,6 @@ std::string MakeBmp(BITMAP* picture, const RGB* palette);
 std::string MakePcx(BITMAP* picture, const RGB* palette);
 
 /// All bytes of a file. False with the reason when it cannot be read or is larger than what a
-/// picture can take.
-bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& why);
+/// picture can take, or, unread, when it does not begin with `start`.
+bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& why,
+                   std::string_view start = {});

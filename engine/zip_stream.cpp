@@ -16,17 +16,21 @@ constexpr int kAheadSize = 1 << 16;
 constexpr int kIgnoreCase = 2;          // minizip's own default depends on the system
 constexpr uLong kExternalAttribs = 32;  // "archive", as a file has on its first systems
 
-// SOURCE_DATE_EPOCH is how builds that are to give the same bytes each time say what time it is.
+// How builds that are to give the same bytes each time say what time it is.
+constexpr const char* kFixedTime = "SOURCE_DATE_EPOCH";
+
 bool EntryTime(std::tm& when) {
-    const char* fixed = std::getenv("SOURCE_DATE_EPOCH");
+    const char* fixed = std::getenv(kFixedTime);
     const std::time_t now = fixed ? std::atoll(fixed) : std::time(nullptr);
     return fixed ? gmtime_r(&now, &when) : localtime_r(&now, &when);
 }
 
-zip_fileinfo EntryRecord() {
+zip_fileinfo EntryRecord(unsigned long when) {
     zip_fileinfo record = {};
     std::tm local = {};
-    if (EntryTime(local)) {
+    if (when != 0 && !std::getenv(kFixedTime)) {
+        record.dosDate = when;
+    } else if (EntryTime(local)) {
         record.tmz_date.tm_year = local.tm_year + 1900;
         record.tmz_date.tm_mon = local.tm_mon;
         record.tmz_date.tm_mday = local.tm_mday;
@@ -76,7 +80,7 @@ ZipWriter::~ZipWriter() { Close(); }
 
 bool ZipWriter::OpenEntry(const std::string& name) {
     if (!handle || entryOpen) return false;
-    const zip_fileinfo record = EntryRecord();
+    const zip_fileinfo record = EntryRecord(dosTime);
     entryOpen = zipOpenNewFileInZip(handle, name.c_str(), &record, nullptr, 0, nullptr, 0, nullptr,
                                     Z_DEFLATED, Z_DEFAULT_COMPRESSION) == ZIP_OK;
     return entryOpen;
@@ -134,6 +138,13 @@ bool ZipReader::OpenEntry(const std::string& name) {
     entryOpen = unzOpenCurrentFile(handle) == UNZ_OK;
     damaged = !entryOpen;
     return entryOpen;
+}
+
+ZipReader::Facts ZipReader::EntryFacts() const {
+    unz_file_info64 info = {};
+    if (!entryOpen || unzGetCurrentFileInfo64(handle, &info, nullptr, 0, nullptr, 0, nullptr, 0))
+        return {};
+    return {info.uncompressed_size, info.dosDate};
 }
 
 int ZipReader::Read(char* buffer, int count) {

@@ -39,6 +39,8 @@ public:
     bool IsOpen() const { return handle != nullptr; }
     /// Starts an entry, deflated at zlib's default level and dated with the local time.
     bool OpenEntry(const std::string& name);
+    /// The moment of the entries to come, as archives write it; 0 for now. SOURCE_DATE_EPOCH wins.
+    void SetTime(unsigned long when) { dosTime = when; }
     bool CloseEntry();  ///< no entry is open afterwards, whatever the result
     bool Write(const char* data, std::size_t count);
     /// Writes the directory of the archive; without it there is no archive.
@@ -53,6 +55,7 @@ private:
     std::unique_ptr<ZipImage> image;
     void* handle = nullptr;
     bool entryOpen = false;
+    unsigned long dosTime = 0;
 };
 
 class ZipReader {
@@ -70,6 +73,12 @@ public:
     /// Bytes read, 0 at the end of the entry, -1 on failure.
     int Read(char* buffer, int count);
     /// False also when the entry was read to its end and its checksum does not fit.
+    /// What the archive says of the open entry; no more than `size` bytes are unpacked from it.
+    struct Facts {
+        std::uint64_t size = 0;  ///< unpacked, in bytes
+        unsigned long dosTime = 0;
+    };
+    Facts EntryFacts() const;
     bool CloseEntry();
     bool Close();
     /// Whether the data of the last entry opened could not be unpacked or, after CloseEntry,

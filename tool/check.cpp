@@ -88,6 +88,6 @@ bool CheckOne(const std::string& path, bool strict) {
 int Check(const std::vector<std::string>& games, bool strict) {
     bool good = true;
     for (const std::string& game : games) good &= CheckOne(game, strict);
-    std::cout.flush();
+    if (!std::cout.flush()) return Complain("standard output", "it cannot be written");
     return good ? kGood : kBadFile;
 }

@@ -6,6 +6,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <iostream>
+#include <new>
+
 namespace {
 
 constexpr int kMaxScale = 64;
@@ -128,9 +131,14 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kGood : kWrongCall;
+        if (app.exit(error) != 0) return kWrongCall;
+        return std::cout.flush() ? kGood : Complain("standard output", "it cannot be written");
     }
     StartAllegro();
     StartTrace(nullptr);
-    return Run(app, call);
+    try {
+        return Run(app, call);
+    } catch (const std::bad_alloc&) {
+        return Complain(app.get_subcommands().front()->get_name(), "there is not enough memory");
+    }
 }

@@ -30,7 +30,7 @@ int Repack(const std::string& from, const std::string& to) {
     std::string why;
     const std::string bytes =
         ComposeGame(game.sheet.get(), game.root, game.videoMode.value_or(kUsualSetting),
-                    game.windowed.value_or(kUsualSetting), why);
+                    game.windowed.value_or(kUsualSetting), why, game.textTime);
     const bool saved = !bytes.empty() && ReplaceFile(to, bytes, why);
     if (!why.empty()) Complain(to, why);
     return saved ? kGood : kBadFile;

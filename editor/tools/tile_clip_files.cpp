@@ -172,7 +172,7 @@ bool TakePixels(BITMAP* picture, Clip& clip, Fault& fault, Put put) {
 
 bool ReadGlyphPicture(const std::string& path, Clip& clip, Fault& fault) {
     std::string bytes;
-    if (!ReadWholeFile(path, bytes, fault.why)) return false;
+    if (!ReadWholeFile(path, bytes, fault.why, "\n")) return false;
     const Bitmap picture = ReadPcx24(bytes, fault.why);
     return picture && TakePixels(picture.get(), clip, fault, [](Dtile& cell, int pixel) {
                cell.chr = static_cast<std::uint16_t>(pixel & 0xffff);
@@ -182,7 +182,7 @@ bool ReadGlyphPicture(const std::string& path, Clip& clip, Fault& fault) {
 bool ReadColorPicture(const std::string& path, Clip& clip, Fault& fault,
                       const std::function<bool()>& asForeground) {
     std::string bytes;
-    if (!ReadWholeFile(path, bytes, fault.why)) return false;
+    if (!ReadWholeFile(path, bytes, fault.why, "BM")) return false;
     const Bitmap picture = ReadBmp(bytes, fault.why);
     if (!picture) return false;
     const auto plane = asForeground() ? &Dtile::fg : &Dtile::bg;

@@ -164,6 +164,10 @@ TEST_F(Tool, CatAndRepackWriteTheWorld) {
     EXPECT_EQ(own[1].bytes, "97 98 ");
     EXPECT_THAT(own[2].bytes, HasSubstr("\r\n-2 1 2 3 4\r\n"));
     EXPECT_EQ(own[3].bytes, "1 1");
+    // The moment in an archive is the one of what was repacked.
+    const std::string once = FileBytes(folder / "own.zqlt");
+    EXPECT_EQ(Shell("sleep 2; " QUILT_TOOL " repack own.zqlt own.zqlt").status, 0);
+    EXPECT_EQ(FileBytes(folder / "own.zqlt"), once);
 }
 
 TEST_F(Tool, CheckFindsWhatIsSuspect) {
@@ -222,6 +226,8 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
     SaveGame("a.zqlt");
     PutFile(folder / "bad.zqlt", "x");
     PutFile(folder / "empty.zqlt", MakeZip({{"readme", "x"}}));
+    PutFile(folder / "giant.zqlt",
+            MakeZip({{"font.hdr", "1 2 1" + std::string(69995, ' ')}, {"font.raw", "ab"}}));
     const std::string board = "~endvars\n~endimports\n~ob b 0\n0 0 1 1\n0 0 ";
     PutFile(folder / "none.zqlt", MakeZip(Entries(board + "0 1\n1 2 3 0\n~pb\n~pe\n~oe\n")));
     PutFile(folder / "huge.zqlt",
@@ -241,6 +247,8 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
                  {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
                  {"render a.zqlt b.png --scale 0", 2, "quilt-tool: --scale"},
                  {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+                 {"--version >/dev/full", 1, "quilt-tool: standard output: "},
+                 {"info giant.zqlt", 1, "quilt-tool: giant.zqlt: font.hdr: its 70000 bytes"},
                  {"info", 2, "quilt-tool: GAME is required"},
                  {"info a.zqlt b.zqlt", 2, "quilt-tool: "},
                  {"other a.zqlt", 2, "quilt-tool: "},
