@@ -300,9 +300,9 @@ TEST_F(Forms, WithoutSetsOrBlendsNothingCanBePainted) {
     for (const auto& [dialog, caption] :
          {std::pair(AreaDialog::Fade, "Fade"), std::pair(AreaDialog::Distance, "Distance Fade"),
           std::pair(AreaDialog::Slime, "Slime fade")}) {
-        script.ExpectDialog(caption, [&](ScriptedForm& form) {
+        script.ExpectDialog(caption, [&, fade = dialog == AreaDialog::Fade](ScriptedForm& form) {
             EXPECT_EQ(form.GetText(kFadeSetButton), "No fade sets");
-            if (dialog == AreaDialog::Fade) {
+            if (fade) {
                 EXPECT_EQ(form.Look(), "'No blends' ! !=0 'Random: 0' =0 !");
                 form.Shown(kFadePicture).Paint();
             }

@@ -33,12 +33,12 @@ TEST(LongCommands, ShowTheWaitPointerAndTakeItAway) {
         {kCmdPasteOnBoard, list}, {kCmdFill, view},
         {kCmdFloodFill, view},    {kCmdFadeNormal, view, "Fade"},
     };
-    for (const auto& [command, run, dialog] : works) {
+    for (const Long& work : works) {
         const int before = script.waits;
-        if (!dialog.empty()) script.ExpectDialog(dialog, ok);
-        script.Do([&] { run(command); });
-        EXPECT_GT(script.waits, before) << command;
-        EXPECT_EQ(script.waiting, 0) << command;
+        if (!work.dialog.empty()) script.ExpectDialog(work.dialog, ok);
+        script.Do([&] { work.run(work.command); });
+        EXPECT_GT(script.waits, before) << work.command;
+        EXPECT_EQ(script.waiting, 0) << work.command;
     }
     EXPECT_NE(script.frame->notice.find(game + ": 1 board, 0 objects, "), std::string::npos)
         << script.frame->notice;
