@@ -40,11 +40,13 @@ protected:
         board = &AddNode(world->Root(), "board", 10, 8);
         world->currentBoard = world->currentObject = board->id;
     }
-    // The middle of a tile in window pixels.
+    // The middle of a tile in window pixels, not farther than any mouse comes.
     Point At(Point tile) const {
         const double scale = 8.0 / static_cast<double>(view.Zoom());
-        return {static_cast<int>((tile.x + view.Scroll().x + 0.5) * scale),
-                static_cast<int>((tile.y + view.Scroll().y + 0.5) * scale)};
+        const auto pixel = [&](int at, int scroll) {
+            return static_cast<int>(std::clamp((at + scroll + 0.5) * scale, -1e6, 1e6));
+        };
+        return {pixel(tile.x, view.Scroll().x), pixel(tile.y, view.Scroll().y)};
     }
     int PixelAt(int x, int y) {
         window.Paint();

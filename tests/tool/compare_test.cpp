@@ -334,7 +334,7 @@ TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
         // No whole node stood before one that is there and was left out.
         std::size_t before = 0;
         for (std::size_t at = text.find("~ob n"); at < end; at = text.find("~ob n", at + 1))
-            ++before;
+            before += text.compare(at, 8, "~ob not ") != 0;  // a line of a script
         EXPECT_EQ(before, static_cast<std::size_t>(whole)) << cut;
     }
     Salvage all;

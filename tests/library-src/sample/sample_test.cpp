@@ -60,13 +60,15 @@ TEST_F(Sample, AnotherBuildGivesTheSame) {
     sums.push_back(sum(FileBytes(folder / "default.dat")));
     for (const char* picture :
          {"library-glyphs.png", "library-palette.png", "32x32/apps/quilt-edit.png"}) {
-        const QImage image(QString::fromStdString(folder / picture));
+        // Without the bytes that fill up a row.
+        const QImage image =
+            QImage(QString::fromStdString(folder / picture)).convertToFormat(QImage::Format_RGB32);
         sums.push_back(sum(std::string(reinterpret_cast<const char*>(image.bits()),
                                        static_cast<std::size_t>(image.sizeInBytes()))));
     }
     EXPECT_THAT(sums,
                 ElementsAre(2259387709, 1934311140, 941387669, 515011117, 2259387709, 1124133209,
-                            3335432231, 515011117, 3738411917, 122388522, 4075724475, 2679779047));
+                            3335432231, 515011117, 3738411917, 1693659530, 2035572175, 1160742133));
 }
 
 // Every command is one of the program's, and what a command names is there.
