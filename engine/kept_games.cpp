@@ -154,8 +154,12 @@ std::string KeptGames::TakeLost() {
         if (flock(file, LOCK_EX | LOCK_NB) == 0) {
             std::ifstream in(path);
             std::string digest, kept;
+            // By the moment, which stands last in the name.
+            const auto moment = [](const std::string& name) {
+                return name.substr(name.rfind(' ') + 1);
+            };
             if (std::getline(in, digest) && std::getline(in, kept) && fs::exists(kept, error) &&
-                kept > lost)
+                (lost.empty() || moment(kept) > moment(lost)))
                 lost = kept;
             unlink(path.c_str());
         }
