@@ -202,8 +202,8 @@ void Dfont::ImportBitmap(const std::string& path) {
     if (ReadWholeFile(path, bytes, why, "BM")) picture = ReadBmp(bytes, why);
     if (!picture || !IsSheetSize(picture->w, picture->h)) {
         if (why.empty()) why = "a sheet of that size cannot be";
-        Trace("%s: %s\n", path.c_str(), why.c_str());
-        Fatal("Unable to import font", __FILE__, __LINE__);
+        const std::string text = "Unable to import font\n" + path + ": " + why;
+        Fatal(text.c_str(), __FILE__, __LINE__);
         LoadDefault();
         return;
     }

@@ -6,11 +6,13 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <new>
 
 namespace {
 
-constexpr std::uintmax_t kMaxFileBytes = std::uintmax_t{1} << 30;
+// The largest picture with every pixel packed as badly as can be, or every number of a text.
+constexpr std::uintmax_t kMaxFileBytes = std::uintmax_t{1} << 29;
 constexpr std::int64_t kMaxPixels = 67'108'864;
 
 // --- a file of Allegro's in memory -------------------------------------------------------------
@@ -101,32 +103,123 @@ bool Refuse(std::string& why, const char* text) {
     return false;
 }
 
-bool CheckBmp(std::string_view bytes, std::string& why) {
+// --- BMP pictures ------------------------------------------------------------------------------
+
+constexpr const char* kCut = "it ends before its last pixel";
+
+struct Bmp {
+    std::int64_t w = 0;
+    std::int64_t h = 0;
+    std::uint32_t depth = 0;
+    std::uint32_t packing = 0;
+    std::size_t tables = 0;  ///< behind its headers
+    std::size_t start = 0;   ///< of its pixels
+};
+
+// The ways of packing.
+constexpr std::uint32_t kRows = 0;
+constexpr std::uint32_t kRuns8 = 1;
+constexpr std::uint32_t kRuns4 = 2;
+constexpr std::uint32_t kFields = 3;
+constexpr std::size_t kFieldBytes = 12;
+
+// The only ones that load_bmp tells apart.
+bool AreKnownFields(std::string_view masks, std::uint32_t depth) {
+    static constexpr std::uint32_t kKnown[][4] = {{16, 0x7c00, 0x03e0, 0x001f},
+                                                  {16, 0xf800, 0x07e0, 0x001f},
+                                                  {32, 0xff0000, 0x00ff00, 0x0000ff}};
+    return std::any_of(std::begin(kKnown), std::end(kKnown), [&](const auto& known) {
+        return known[0] == depth && known[1] == Number(masks, 0, 4) &&
+               known[2] == Number(masks, 4, 4) && known[3] == Number(masks, 8, 4);
+    });
+}
+
+bool ReadBmpHeaders(std::string_view bytes, Bmp& bmp, std::string& why) {
     constexpr std::size_t kFileHeader = 14;
-    constexpr std::size_t kInfoHeader = 40;
-    if (bytes.size() < kFileHeader + kInfoHeader || bytes.substr(0, 2) != "BM")
+    constexpr std::size_t kShortHeader = 12;
+    constexpr std::size_t kHeader = 40;
+    if (bytes.size() < kFileHeader + kShortHeader || bytes.substr(0, 2) != "BM")
         return Refuse(why, "it is no BMP picture");
-    const std::uint32_t start = Number(bytes, 10, 4);
-    const std::uint32_t header = Number(bytes, 14, 4);
-    if (header != kInfoHeader) return Refuse(why, "its form of BMP is not known");
-    const auto w = static_cast<std::int32_t>(Number(bytes, 18, 4));
-    const auto h = static_cast<std::int32_t>(Number(bytes, 22, 4));
-    const std::uint32_t depth = Number(bytes, 28, 2);
-    const std::uint32_t packing = Number(bytes, 30, 4);
-    if (!CheckSides(w, std::abs(std::int64_t{h}), why)) return false;
-    if (h < 0) return Refuse(why, "its rows run from the top down");
-    if (packing != 0) return Refuse(why, "it is compressed");
-    if (depth != 1 && depth != 4 && depth != 8 && depth != 24 && depth != 32)
-        return Refuse(why, "its number of bits a pixel is not known");
-    const std::uint64_t row = (std::uint64_t{depth} * static_cast<std::uint32_t>(w) + 31) / 32 * 4;
-    const std::uint64_t colors = depth <= 8 ? std::uint64_t{4} << depth : 0;
-    // Allegro reads the colours of the palette up to where the pixels begin.
-    if (start < kFileHeader + kInfoHeader || start - (kFileHeader + kInfoHeader) > colors)
-        return Refuse(why, "its pixels begin at an unlikely place");
-    if (bytes.size() < start || bytes.size() - start < row * static_cast<std::uint32_t>(h))
-        return Refuse(why, "it ends before its last pixel");
+    bmp.start = Number(bytes, 10, 4);
+    const std::size_t header = Number(bytes, 14, 4);
+    if (header != kShortHeader && header != kHeader)
+        return Refuse(why, "its form of BMP is not known");
+    bmp.tables = kFileHeader + header;
+    if (bytes.size() < bmp.tables) return Refuse(why, kCut);
+    if (header == kHeader) {
+        bmp.w = static_cast<std::int32_t>(Number(bytes, 18, 4));
+        bmp.h = static_cast<std::int32_t>(Number(bytes, 22, 4));
+        bmp.depth = Number(bytes, 28, 2);
+        bmp.packing = Number(bytes, 30, 4);
+    } else {
+        bmp.w = Number(bytes, 18, 2);
+        bmp.h = Number(bytes, 20, 2);
+        bmp.depth = Number(bytes, 24, 2);
+    }
     return true;
 }
+
+bool CheckForm(std::string_view bytes, const Bmp& bmp, std::string& why) {
+    const std::uint32_t depth = bmp.depth;
+    if (!CheckSides(bmp.w, std::abs(bmp.h), why)) return false;
+    if (bmp.h < 0) return Refuse(why, "its rows run from the top down");
+    if (bmp.packing > kFields) return Refuse(why, "its packing is not known");
+    if (depth != 1 && depth != 4 && depth != 8 && depth != 16 && depth != 24 && depth != 32)
+        return Refuse(why, "its number of bits a pixel is not known");
+    if ((bmp.packing == kRuns8 && depth != 8) || (bmp.packing == kRuns4 && depth != 4))
+        return Refuse(why, "its packing does not fit its bits a pixel");
+    if (bmp.start < bmp.tables || bmp.start > bytes.size())
+        return Refuse(why, "its pixels begin at an unlikely place");
+    if (bmp.packing != kFields) return true;
+    // Behind fields load_bmp takes whatever follows for the pixels.
+    if (bmp.start != bmp.tables + kFieldBytes)
+        return Refuse(why, "its pixels do not follow its bit fields");
+    return AreKnownFields(bytes.substr(bmp.tables), depth) ||
+           Refuse(why, "its bit fields are not known");
+}
+
+// Walks what load_bmp unpacks without looking where it writes, or whether there is an end.
+bool CheckRuns(std::string_view packed, const Bmp& bmp, std::string& why) {
+    constexpr unsigned kEndOfRow = 0, kEnd = 1, kStep = 2;
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+    for (std::size_t at = 0; at + 2 <= packed.size();) {
+        std::int64_t pixels = Number(packed, at, 1);
+        const std::uint32_t value = Number(packed, at + 1, 1);
+        at += 2;
+        if (pixels == 0 && value == kEnd) return true;
+        if (pixels == 0 && value == kEndOfRow) {
+            x = 0;
+            if (++y >= bmp.h) return true;
+            continue;
+        }
+        if (pixels == 0 && value == kStep) {
+            if (at + 2 > packed.size()) break;
+            x += Number(packed, at, 1);
+            y += Number(packed, at + 1, 1);
+            at += 2;
+        } else if (pixels == 0) {
+            pixels = value;
+            const std::size_t bytes = bmp.packing == kRuns8 ? value : (value + 1) / 2;
+            at += bytes + bytes % 2;
+        }
+        x += pixels;
+        if (x > bmp.w || y > bmp.h || (y == bmp.h && pixels > 0))
+            return Refuse(why, "its packed pixels lead out of it");
+    }
+    return Refuse(why, kCut);
+}
+
+bool CheckBmp(std::string_view bytes, std::string& why) {
+    Bmp bmp;
+    if (!ReadBmpHeaders(bytes, bmp, why) || !CheckForm(bytes, bmp, why)) return false;
+    const std::string_view pixels = bytes.substr(bmp.start);
+    if (bmp.packing == kRuns8 || bmp.packing == kRuns4) return CheckRuns(pixels, bmp, why);
+    const std::int64_t row = (bmp.depth * bmp.w + 31) / 32 * 4;
+    return static_cast<std::int64_t>(pixels.size()) >= row * bmp.h || Refuse(why, kCut);
+}
+
+// --- PCX pictures ------------------------------------------------------------------------------
 
 bool CheckPcx(std::string_view bytes, std::string& why) {
     constexpr std::size_t kHeader = 128;
@@ -141,8 +234,7 @@ bool CheckPcx(std::string_view bytes, std::string& why) {
     if (row < w || row > w + 1) return Refuse(why, "its rows have an unlikely length");
     // The longest run of the packing is 63 bytes in two.
     const std::int64_t packed = static_cast<std::int64_t>(bytes.size() - kHeader);
-    if (packed * 63 / 2 + 63 < std::int64_t{row} * 3 * h)
-        return Refuse(why, "it ends before its last pixel");
+    if (packed * 63 / 2 + 63 < std::int64_t{row} * 3 * h) return Refuse(why, kCut);
     return true;
 }
 
