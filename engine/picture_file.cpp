@@ -116,8 +116,7 @@ struct Bmp {
     std::size_t start = 0;   ///< of its pixels
 };
 
-// The ways of packing.
-constexpr std::uint32_t kRows = 0;
+// The ways of packing beside plain rows, 0.
 constexpr std::uint32_t kRuns8 = 1;
 constexpr std::uint32_t kRuns4 = 2;
 constexpr std::uint32_t kFields = 3;
