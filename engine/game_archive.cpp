@@ -21,6 +21,7 @@ constexpr const char* kTextEntry = "game.qlt";
 constexpr const char* kSettingsEntry = "res.dat";
 constexpr std::int32_t kNumbersFormat = 2;
 constexpr int kMaxColor = 255;
+constexpr int kQuickLevel = 4;  // the least that still looks for the longer of two matches
 
 // Most bytes of an entry: a few numbers, so many for each pixel, a text.
 constexpr std::uint64_t kMaxNumbers = 1 << 16;
@@ -233,8 +234,10 @@ bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFaul
 }
 
 std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMode,
-                        std::int32_t windowed, std::string& why, unsigned long dosTime) {
+                        std::int32_t windowed, std::string& why, unsigned long dosTime,
+                        Packing packing) {
     ZipWriter archive;
+    if (packing == Packing::kQuick) archive.SetLevel(kQuickLevel);
     archive.SetTime(dosTime);
     bool good = WriteEntry(archive, kHeaderEntry, std::ios::out, [&](std::ostream& out) {
         out << sheet->w << ' ' << sheet->h << ' ' << kNumbersFormat << '\n';

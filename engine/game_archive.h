@@ -41,11 +41,15 @@ bool ReadGame(ZipReader& archive, const std::string& fileName, const IdSource& i
 bool ReadGame(const std::string& path, const IdSource& ids, Game& game, GameFault& fault,
               TextRemarks* remarks = nullptr);
 
+enum class Packing { kUsual, kQuick };
+
 /// The bytes of the archive of a world, expanded nodes as they are when collapsed. Empty, with
 /// `why` filled, when it cannot be made or could not be read again. `dosTime` is the moment that
-/// its entries tell, 0 for now.
+/// its entries tell, 0 for now. Quick packing takes a fifth of the time, and up to a fifth more
+/// room.
 std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMode,
-                        std::int32_t windowed, std::string& why, unsigned long dosTime = 0);
+                        std::int32_t windowed, std::string& why, unsigned long dosTime = 0,
+                        Packing packing = Packing::kUsual);
 
 /// The bytes of the object file of a node, to be saved at that path, whose name its entry has.
 /// Otherwise as ComposeGame.

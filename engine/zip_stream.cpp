@@ -82,7 +82,7 @@ bool ZipWriter::OpenEntry(const std::string& name) {
     if (!handle || entryOpen) return false;
     const zip_fileinfo record = EntryRecord(dosTime);
     entryOpen = zipOpenNewFileInZip(handle, name.c_str(), &record, nullptr, 0, nullptr, 0, nullptr,
-                                    Z_DEFLATED, Z_DEFAULT_COMPRESSION) == ZIP_OK;
+                                    Z_DEFLATED, level) == ZIP_OK;
     return entryOpen;
 }
 

@@ -37,10 +37,12 @@ public:
     ~ZipWriter();  ///< closes
 
     bool IsOpen() const { return handle != nullptr; }
-    /// Starts an entry, deflated at zlib's default level and dated with the local time.
+    /// Starts an entry, deflated at the writer's level and dated with its moment.
     bool OpenEntry(const std::string& name);
     /// The moment of the entries to come, as archives write it; 0 for now. SOURCE_DATE_EPOCH wins.
     void SetTime(unsigned long when) { dosTime = when; }
+    /// zlib's level for the entries to come, its default unless set.
+    void SetLevel(int to) { level = to; }
     bool CloseEntry();  ///< no entry is open afterwards, whatever the result
     bool Write(const char* data, std::size_t count);
     /// Writes the directory of the archive; without it there is no archive.
@@ -56,6 +58,7 @@ private:
     void* handle = nullptr;
     bool entryOpen = false;
     unsigned long dosTime = 0;
+    int level = -1;
 };
 
 class ZipReader {

@@ -66,7 +66,8 @@ bool ReadWhole(const std::string& path, Game& game, TextRemarks* remarks = nullp
 bool ReadEither(const std::string& path, const std::string& name, bool maybeEmpty, Game& game,
                 bool& object);
 
-/// Writes a game, or the first board as an object file. False, with a complaint.
+/// Writes a game, a large one with quick packing, or the first board as an object file. False,
+/// with a complaint.
 bool WriteEither(const std::string& path, Game& game, bool object);
 
 /// A sheet for a game that has lost its own: the default one. Null when that cannot be read.

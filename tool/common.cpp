@@ -16,6 +16,9 @@
 
 namespace {
 
+// In bytes of its boards' pictures: a million cells.
+constexpr std::int64_t kLargeWorld = std::int64_t{64} << 20;
+
 std::string vFile;
 
 void ComplainOfEngine(const char* text, const char*) { Complain(vFile, text); }
@@ -130,8 +133,11 @@ bool WriteEither(const std::string& path, Game& game, bool object) {
     std::string why;
     std::string bytes;
     if (!object) {
+        // A large one would take longer to pack than all else that is done with it.
+        const bool large = SurfaceBytes(game.root) > kLargeWorld;
         bytes = ComposeGame(game.sheet.get(), game.root, game.videoMode.value_or(kUsualSetting),
-                            game.windowed.value_or(kUsualSetting), why);
+                            game.windowed.value_or(kUsualSetting), why, 0,
+                            large ? Packing::kQuick : Packing::kUsual);
     } else if (game.root.children.size() == 1) {
         bytes = ComposeObject(*game.root.children.front(), path, why);
     } else {
