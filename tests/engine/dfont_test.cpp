@@ -1,27 +1,40 @@
-// The glyph sheet and the drawing of glyphs.
+// The glyph sheet and the drawing of glyphs, beside a reading of both pixel by pixel.
 
 #include "engine/picture_file.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
 #include <climits>
-#include <tuple>
+#include <random>
 
 namespace {
 
 class Font : public WorldTest {
 protected:
-    Font() : sheet(*world->GetFont()), target(MakeBitmap(20, 12)) {
-        // A glyph with a set pixel in each corner of two colours and holes between.
-        for (int i = 0; i < 64; ++i) sheet.PutGlyphPixel(5, i % 8, i / 8, 0);
-        sheet.PutGlyphPixel(5, 0, 0, 9);
-        sheet.PutGlyphPixel(5, 7, 7, 100);
-        clear_to_color(target.get(), 50);
+    int Roll(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); }
+    template <std::size_t N>
+    int Any(const int (&values)[N]) {
+        return values[Roll(0, N - 1)];
     }
-    int At(int x, int y) { return getpixel(target.get(), x, y); }
+    void Scribble(BITMAP* bitmap) {
+        for (int i = 0; i < bitmap->w * bitmap->h; ++i)
+            putpixel(bitmap, i % bitmap->w, i / bitmap->w, Roll(0, 3) ? Roll(0, 255) : 0);
+    }
+    // The sheet's glyphs lie in rows; a column or row of a single pixel is none but the first.
+    void ExpectGlyphs() {
+        columns = std::max((sheet.Sheet()->w + 6) / 8, 1);
+        count = sheet.Sheet()->h < 2 ? 0 : columns * ((sheet.Sheet()->h + 6) / 8);
+        ASSERT_EQ(sheet.GlyphCount(), count);
+        ASSERT_EQ(CountGlyphs(sheet.Sheet()->w, sheet.Sheet()->h), count);
+    }
+    int Plain(int chr, int x, int y) const {
+        if (chr < 0 || chr >= count) return 0;
+        return std::max(getpixel(sheet.Sheet(), chr % columns * 8 + x, chr / columns * 8 + y), 0);
+    }
 
-    Dfont& sheet;
-    Bitmap target;
+    std::mt19937 random{testing::UnitTest::GetInstance()->random_seed() + 1u};
+    Dfont& sheet = *world->GetFont();
+    int columns = 0, count = 0;
 };
 
 std::string Little(std::size_t value, int size) {
@@ -32,32 +45,69 @@ std::string Little(std::size_t value, int size) {
 
 }  // namespace
 
-TEST_F(Font, GlyphsAreLaidOutInRows) {
-    EXPECT_EQ(sheet.GlyphCount(), 256);
-    EXPECT_EQ(sheet.FindGlyphAt(8, 8), 17);
-    EXPECT_EQ(sheet.FindGlyphAt(8, 9), -1);
-    EXPECT_EQ(sheet.NeighbourGlyph(0, 0), -1);
-    EXPECT_EQ(sheet.NeighbourGlyph(0, 3), -1);
-    EXPECT_EQ(sheet.NeighbourGlyph(15, 1), -1);
-    EXPECT_EQ(sheet.NeighbourGlyph(0, 2), 16);
-    EXPECT_EQ(sheet.NeighbourGlyph(7, 4), 7);
-    EXPECT_EQ(sheet.NeighbourGlyph(999, 1), -1);
-    // Cells of a single pixel column or row are none.
-    for (auto [w, h, count] : {std::tuple{16, 8, 2}, {17, 9, 2}, {18, 10, 6}, {1, 16, 2}}) {
-        sheet.NewSheet(w, h);
+TEST_F(Font, IsWhatAPlainReadingSays) {
+    for (int round = 0; round < 2000 && !HasFailure(); ++round) {
+        Scribble(sheet.NewSheet(Roll(1, 40), Roll(1, 30)));
+        ASSERT_EQ(sheet.GlyphCount(), 0) << "not laid out";
+        ASSERT_EQ(sheet.GetGlyphPixel(0, 0, 0) + sheet.FindGlyphAt(0, 0), -1);
         sheet.LayoutGlyphs();
-        EXPECT_EQ(sheet.GlyphCount(), count) << w << " by " << h;
+        ExpectGlyphs();
+        const int chr = Roll(0, 9) ? Roll(-1, count) : Any({-32768, 32767, 99});
+        const int x = Roll(0, 7), y = Roll(0, 7), column = chr % columns;
+        if (chr >= 0 && chr < count) {
+            ASSERT_EQ(sheet.FindGlyphAt(column * 8, chr / columns * 8), chr);
+            ASSERT_EQ(sheet.FindGlyphAt(column * 8, chr / columns * 8 + 1), -1);
+            const int next[] = {chr - columns, column + 1 < columns ? chr + 1 : -1,
+                                chr + columns < count ? chr + columns : -1,
+                                column > 0 ? chr - 1 : -1};
+            for (int way = 0; way < 4; ++way)
+                ASSERT_EQ(sheet.NeighbourGlyph(chr, way), std::max(next[way], -1)) << way;
+            ASSERT_EQ(sheet.NeighbourGlyph(chr, 4), chr);
+        } else {
+            ASSERT_EQ(sheet.NeighbourGlyph(chr, 1), -1);
+        }
+        sheet.PutGlyphPixel(chr, x, y, 42);
+        const bool there = chr >= 0 && chr < count && column * 8 + x < sheet.Sheet()->w &&
+                           chr / columns * 8 + y < sheet.Sheet()->h;
+        ASSERT_EQ(sheet.GetGlyphPixel(chr, x, y), there ? 42 : 0);
+
+        const Bitmap target = MakeBitmap(Roll(1, 30), Roll(1, 30));
+        Scribble(target.get());
+        const Bitmap before = MakeBitmap(target->w, target->h);
+        blit(target.get(), before.get(), 0, 0, 0, 0, target->w, target->h);
+        constexpr int kColors[] = {-5, -2, -1, 0, 7, 15, 255, 256, 300};
+        constexpr int kFar[] = {INT_MIN, -1, 3, INT_MAX};
+        const int fg = Any(kColors), bg = Any(kColors);
+        const int cx = Roll(0, 9) ? Roll(0, 2) : Any(kFar),
+                  cy = Roll(0, 9) ? Roll(0, 2) : Any(kFar);
+        // A text is a row of glyphs, of which a byte above 127 is none.
+        const bool text = chr > 0 && chr < 256 && Roll(0, 1);
+        const char word[] = {static_cast<char>(chr), static_cast<char>(chr), 0};
+        if (text)
+            sheet.DrawText(target.get(), word, fg, bg, cx, cy);
+        else
+            sheet.DrawGlyph(target.get(), chr, fg, bg, cx, cy);
+        for (int i = 0; i < target->w * target->h; ++i) {
+            const int px = i % target->w, py = i / target->w,
+                      under = getpixel(before.get(), px, py);
+            const int glyph = Plain(text && chr > 127 ? -1 : chr, px % 8, py % 8);
+            const int color = glyph ? fg : bg;
+            const bool drawn = py / 8 == cy && (px / 8 == cx || (text && px / 8 - 1 == cx));
+            const int pixel = fg == -2 || bg == -2 ? glyph : color < 0 ? under : color & 255;
+            ASSERT_EQ(getpixel(target.get(), px, py), drawn ? pixel : under)
+                << px << ", " << py << ": " << chr << " in " << fg << " on " << bg;
+        }
     }
+    sheet.DrawText(sheet.Sheet(), nullptr, 1, 1, 0, 0);
 }
 
 TEST_F(Font, RowsComeAndGoAtTheBottom) {
-    const int corner = getpixel(sheet.Sheet(), 127, 126);
     sheet.PutGlyphPixel(255, 7, 7, 42);
     sheet.AddRow();
     EXPECT_EQ(sheet.GlyphCount(), 272);
-    EXPECT_EQ(getpixel(sheet.Sheet(), 127, 127), 42);
-    EXPECT_EQ(getpixel(sheet.Sheet(), 127, 126), corner);
-    EXPECT_EQ(sheet.GetGlyphPixel(271, 0, 0), 0) << "a new row is empty";
+    EXPECT_EQ(sheet.GetGlyphPixel(255, 7, 7), 42);
+    for (int i = 0; i < 16 * 64; ++i)
+        ASSERT_EQ(sheet.GetGlyphPixel(256 + i / 64, i % 8, i / 8 % 8), 0) << "a new row is empty";
     for (int rows = 0; rows < 20; ++rows) sheet.RemoveRow();
     EXPECT_EQ(sheet.GlyphCount(), 16) << "the last row stays";
     EXPECT_EQ(sheet.NewSheet(8, 8 * (kMaxGlyphs + 1)), nullptr);
@@ -158,50 +208,4 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
         }
         EXPECT_EQ(shown, c.expected) << c.depth << ", " << c.packing << ", " << c.header;
     }
-}
-
-TEST_F(Font, ColorsFollowOneRule) {
-    const struct {
-        int fg, bg;
-        int set, clear;
-    } cases[] = {{15, 3, 15, 3}, {15, -1, 15, 50}, {-1, 0, 50, 0},  {256, 7, 0, 7},
-                 {-2, 7, 9, 0},  {7, -2, 9, 0},    {-5, -5, 50, 50}};
-    for (const auto& c : cases) {
-        clear_to_color(target.get(), 50);
-        sheet.DrawGlyph(target.get(), 5, c.fg, c.bg, 0, 0);
-        EXPECT_EQ(At(0, 0), c.set) << c.fg << ", " << c.bg;
-        EXPECT_EQ(At(1, 0), c.clear) << c.fg << ", " << c.bg;
-    }
-    EXPECT_EQ(At(8, 0), 50);
-}
-
-TEST_F(Font, DrawingIsCutAtTheTargetAndReadsZeroBeyondTheSheet) {
-    sheet.DrawGlyph(target.get(), 5, 15, 3, 2, 1);
-    EXPECT_EQ(At(16, 8), 15);
-    EXPECT_EQ(At(19, 11), 3);
-    for (auto [x, y] : {std::pair{-1, 0}, {0, -1}, {3, 0}, {0, 2}, {INT_MAX, 0}, {0, INT_MIN}}) {
-        clear_to_color(target.get(), 50);
-        sheet.DrawGlyph(target.get(), 5, 15, 3, x, y);
-        for (int pixel = 0; pixel < 240; ++pixel) ASSERT_EQ(At(pixel % 20, pixel / 20), 50);
-    }
-    for (int chr : {-1, 256, 32767, -32768}) {
-        clear_to_color(target.get(), 50);
-        sheet.DrawGlyph(target.get(), chr, 15, 3, 0, 0);
-        EXPECT_EQ(At(7, 7), 3) << chr;
-    }
-    // The last column of glyphs is two pixels wide.
-    clear_to_color(sheet.NewSheet(10, 8), 9);
-    sheet.LayoutGlyphs();
-    sheet.DrawGlyph(target.get(), 1, -2, -2, 0, 0);
-    EXPECT_EQ(At(1, 7), 9);
-    EXPECT_EQ(At(2, 7), 0);
-}
-
-TEST_F(Font, TextIsARowOfGlyphs) {
-    sheet.DrawText(target.get(), "\x05\x05", 15, 3, 0, 0);
-    EXPECT_EQ(At(0, 0), 15);
-    EXPECT_EQ(At(8, 0), 15);
-    sheet.DrawText(target.get(), "\xff", 15, 4, 0, 0);
-    EXPECT_EQ(At(0, 0), 4) << "a byte above 127 counts as negative";
-    sheet.DrawText(target.get(), nullptr, 1, 1, 0, 0);
 }

@@ -1,6 +1,7 @@
 // The world through its handles: what a random walk cannot reach.
 
 #include "engine/report.h"
+#include "tests/support/random_world.h"
 #include "tests/support/test_world.h"
 
 #include <gmock/gmock.h>
@@ -14,20 +15,15 @@ using World = WorldTest;
 
 TEST_F(World, FullTablesAreReported) {
     Dobject& board = AddNode(world->Root(), "board", 1, 1);
-    std::vector<Handle> handles;
-    for (int i = 1; i < kMaxHandles; ++i)
-        handles.push_back(world->AddHandle(&AddNode(board, "o", 1, 1)));
-    EXPECT_EQ(handles.back(), 1023);
-    EXPECT_EQ(world->AddHandle(&AddNode(board, "one more", 1, 1)), -1);
-    EXPECT_EQ(reports.Texts(), "Error: Max Handles reached\n");
-    EXPECT_EQ(reports.Messages()[0].caption, "Oh No!!");
-    for (Handle h : handles) world->ReleaseHandle(h);
-    reports.Clear();
-    // A query for more nodes than there are handles ends after one message.
+    for (Handle h = 1; h < kMaxHandles; ++h) EXPECT_EQ(HandleOf(AddNode(board, "o", 1, 1)), h);
+    EXPECT_EQ(HandleOf(AddNode(board, "one more", 1, 1)), -1);
+    for (Handle h = 1; h < kMaxHandles; ++h) world->ReleaseHandle(h);
+    // A query for more nodes than there are handles gives back what it took.
     world->ReleaseHandleList(world->StartHandleListAt(kRootHandle, 0, 0));
-    EXPECT_EQ(reports.Messages().size(), 1u);
+    EXPECT_EQ(reports.Texts(), "Error: Max Handles reached\nError: Max Handles reached\n");
+    EXPECT_EQ(reports.Messages()[0].caption, "Oh No!!");
     reports.Clear();
-    EXPECT_EQ(world->GetId(1), -1) << "and is given back";
+    EXPECT_EQ(world->GetId(1), -1);
     for (int i = 0; i < kMaxHandleLists; ++i) EXPECT_EQ(world->StartHandleList(0, ".top"), i);
     EXPECT_EQ(world->StartHandleList(0, ".top"), -1);
     EXPECT_EQ(reports.Texts(), "Error: Max HandleLists reached\n");
@@ -37,6 +33,7 @@ TEST_F(World, FullTablesAreReported) {
 }
 
 TEST_F(World, BadHandlesDoNothing) {
+    const std::string before = Account(*world);
     for (Handle h : {-1, 5, 1023, 1024, INT_MAX, INT_MIN}) {
         world->SetName(h, "x");
         world->SetScript(h, "x");
@@ -69,8 +66,15 @@ TEST_F(World, BadHandlesDoNothing) {
     EXPECT_EQ(world->StartHandleList(0, nullptr), -1);
     EXPECT_EQ(world->NextHandle(kMaxHandleLists), -1);
     EXPECT_EQ(world->CountHandles(-1), -1);
+    // Nothing can be done to the root, which has no board.
+    world->SetName(kRootHandle, "other");
+    world->SetProperty(kRootHandle, kWidth, 4);
+    world->SetTile(kRootHandle, 0, 0, 1, 2, 3, 4);
+    EXPECT_EQ(Account(*world), before);
+    EXPECT_EQ(world->Root().name + std::to_string(world->Root().width), "world_tree0");
+    EXPECT_EQ(world->GetCurrentObject() + world->GetCurrentBoard(), -2);
     EXPECT_EQ(world->currentObject, 0);
-    EXPECT_EQ(world->TakeId(), 1) << "nothing was made";
+    EXPECT_EQ(world->TakeId(), 1);
 }
 
 TEST_F(World, SizesThatCannotBeAreRefusedAndNothingIsLost) {

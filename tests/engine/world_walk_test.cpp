@@ -1,5 +1,6 @@
 // The world through its handles: a random walk of all operations beside a plain model.
 
+#include "engine/copy_object.h"
 #include "tests/support/test_world.h"
 
 #include <map>
@@ -86,6 +87,16 @@ protected:
         node.tiles.resize(static_cast<std::size_t>(node.is[kWidth] * node.is[kHeight]));
         Insert(id, parent, ascending);
     }
+    void Copy(std::int32_t id, std::int32_t parent, bool ascending) {
+        const Plain from = At(id);
+        const std::int32_t made = ++lastId;
+        Plain& node = model[made] = from;
+        node.children.clear();
+        node.undo.clear();
+        node.realW = node.realH = node.hidden = 0;
+        Insert(made, parent, ascending);
+        for (std::int32_t child : from.children) Copy(child, made, false);
+    }
     void Resize(Plain& node, int w, int h) {
         w = std::max(w, 0);
         h = std::max(h, 0);
@@ -150,7 +161,7 @@ void Walk::Step() {
     Plain& node = At(id);
     const int small = Roll(-2, 6);
     const int w = node.is[kWidth];
-    switch (Roll(0, 17)) {
+    switch (Roll(0, 18)) {
         case 0:
             if (model.size() < 14) {
                 const Handle under = Open(AnyId(true));
@@ -317,7 +328,16 @@ void Walk::Step() {
             }
             break;
         }
-        case 16:
+        case 16: {
+            if (model.size() + Tree(id).size() > 20) break;
+            // Placed after those of the same z on a board's level, before them elsewhere.
+            const bool board = node.parent == 0;
+            Dobject& parent = board ? world->Root() : *world->Node(h)->parent;
+            EXPECT_EQ(CopyObject(parent, *world->Node(h))->id, lastId + 1);
+            Copy(id, node.parent, At(node.parent).name == "world_tree");
+            break;
+        }
+        case 17:
             kept.push_back(Open(AnyId(true)));
             break;
         default:
@@ -469,6 +489,8 @@ void Walk::Compare() {
         }
         Close(h);
     }
+    for (std::int32_t id = 1; id <= lastId + 1; ++id)
+        ASSERT_TRUE(model.count(id) || world->GetHandleById(kRootHandle, id) == kNoHandle) << id;
     for (Handle h = 1; h < 40; ++h)
         ASSERT_EQ(world->GetId(h), slots[h].first ? slots[h].second : -1) << "handle " << h;
 }

@@ -1,15 +1,11 @@
 // Runs the seeds of the fuzzers, and everything that ever made one stop, through the targets.
 
 #include "tests/fuzz/targets.h"
+#include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <ostream>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -26,11 +22,6 @@ constexpr std::size_t kSmall = 400;
 
 class Replay : public testing::TestWithParam<Target> {};
 
-std::vector<std::uint8_t> BytesOf(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 }  // namespace
 
 TEST_P(Replay, SeedsAndPastCrashes) {
@@ -41,7 +32,8 @@ TEST_P(Replay, SeedsAndPastCrashes) {
         if (!std::filesystem::exists(folder)) continue;
         for (const auto& entry : std::filesystem::directory_iterator(folder)) {
             SCOPED_TRACE(entry.path());
-            std::vector<std::uint8_t> bytes = BytesOf(entry.path());
+            const std::string file = FileBytes(entry.path());
+            std::vector<std::uint8_t> bytes(file.begin(), file.end());
             GetParam().run(bytes.data(), bytes.size());
             ++seeds;
             if (!GetParam().altered || bytes.size() > kSmall || kind != "corpus") continue;

@@ -9,23 +9,12 @@
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
 
 namespace {
 
-class SourceFolder : public testing::Test {
-protected:
-    std::string Write(const std::string& name, const std::string& text) {
-        return PutFile(folder / name, text);
-    }
-    TempFolder folder;
-};
-
-const std::string kRow = "..####..\n";
-
 std::string Rows(int count) {
     std::string rows;
-    for (int i = 0; i < count; ++i) rows += kRow;
+    for (int i = 0; i < count; ++i) rows += "..####..\n";
     return rows;
 }
 
@@ -38,47 +27,23 @@ std::string ManyGlyphs() {
 
 }  // namespace
 
-TEST_F(SourceFolder, FaultyGlyphsAreNamedWithTheirLine) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"glyph 255 last\n" + Rows(7), ":2296: glyph 255 has 7 rows, not 8"},
-        {"glyph 255 last\n" + Rows(9), ":2296: glyph 255 has 9 rows, not 8"},
-        {"glyph 255 last\n" + Rows(4) + "\n" + Rows(4), ":2296: glyph 255 has 4 rows, not 8"},
-        {"glyph 255 last\n" + Rows(7) + "..####...\n", ":2304: a row of 9 pixels, not 8"},
-        {"glyph 255 last\n" + Rows(7) + "..####r.\n", ":2304: pixel r has no value"},
+TEST(Sources, FaultsAreNamedWithTheirLine) {
+    const std::string last = "glyph 255 last\n";
+    const std::pair<std::string, std::string> glyphs[] = {
+        {last + Rows(7), ":2296: glyph 255 has 7 rows, not 8"},
+        {last + Rows(4) + "\n" + Rows(4), ":2296: glyph 255 has 4 rows, not 8"},
+        {last + Rows(7) + "..####...\n", ":2304: a row of 9 pixels, not 8"},
+        {last + Rows(7) + "..####r.\n", ":2304: pixel r has no value"},
         {"glyph 254 twice\n" + Rows(8), ":2296: glyph 254 has been drawn before"},
         {"glyph 256 out\n" + Rows(8), ":2296: glyph 256 is no number from 0 to 255"},
-        {"glyph 2x5 out\n" + Rows(8), ":2296: glyph 2x5 is no number from 0 to 255"},
         {"glyph 255\n" + Rows(8), ":2296: a glyph has a number and a name"},
         {"pixel r 256\n", ":2296: pixel value 256 is no number from 1 to 255"},
         {"pixel . 3\n", ":2296: a pixel has a letter and a value"},
         {"\n" + Rows(1), ":2297: a row of pixels outside a glyph"},
         {"", ": glyphs missing: 255"},
     };
-    for (auto& [text, expected] : cases) {
-        Write("glyphs.txt", ManyGlyphs() + text);
-        Problems problems;
-        ReadGlyphs(folder.Path(), problems);
-        EXPECT_THAT(problems.List(), Contains(EndsWith(expected))) << text;
-    }
-}
-
-TEST_F(SourceFolder, GlyphsMayStandInAnyOrderAndFile) {
-    Write("many.txt", ManyGlyphs());
-    Write("one.txt", "; the last\r\npixel r 12\r\n\r\nglyph 255 last of all\r\n" +
-                         std::string("r......#\r\n") + Rows(7));
-    Problems problems;
-    Glyphs glyphs = ReadGlyphs(folder.Path(), problems);
-    EXPECT_THAT(problems.List(), ElementsAre());
-    EXPECT_EQ(glyphs.names[255], "last of all");
-    EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 0, 0), 12);
-    EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 7, 0), 15);
-    EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, 1, 0), 0);
-}
-
-TEST_F(SourceFolder, FaultyColoursAreNamedWithTheirLine) {
-    const std::pair<std::string, std::string> cases[] = {
+    const std::pair<std::string, std::string> colors[] = {
         {"color 255 end 0 0 256", ":2: part of a colour 256 is no number from 0 to 255"},
-        {"color 255 end 0 -1 0", ":2: part of a colour -1 is no number from 0 to 255"},
         {"color 256 end 0 0 0", ":2: colour 256 is no number from 0 to 255"},
         {"color 254 end 0 0 0", ":2: colour 254 has been given before"},
         {"color 255 0 0 0", ":2: a color has a number, a name and three parts"},
@@ -88,26 +53,38 @@ TEST_F(SourceFolder, FaultyColoursAreNamedWithTheirLine) {
         {"colour 255 end 0 0 0", ":2: colour is neither color nor ramp"},
         {"", ": colours missing: 255"},
     };
-    for (auto& [text, expected] : cases) {
+    const TempFolder folder;
+    for (const auto& [text, expected] : glyphs) {
+        PutFile(folder / "glyphs.txt", ManyGlyphs() + text);
         Problems problems;
-        ReadPalette(Write("palette.txt", "ramp 0 255 grey 0 0 0 255 255 255\n" + text), problems);
-        EXPECT_THAT(problems.List(), Contains(EndsWith("palette.txt" + expected))) << text;
+        ReadGlyphs(folder.Path(), problems);
+        EXPECT_THAT(problems.List(), Contains(EndsWith(expected))) << text;
     }
-    Problems problems;
-    ReadPalette(folder / "none.txt", problems);
-    EXPECT_THAT(problems.List(), Contains(HasSubstr("none.txt: cannot be read")));
+    for (const auto& [text, expected] : colors) {
+        Problems problems;
+        ReadPalette(PutFile(folder / "palette", "ramp 0 255 grey 0 0 0 255 255 255\n" + text),
+                    problems);
+        EXPECT_THAT(problems.List(), Contains(EndsWith(expected))) << text;
+    }
 }
 
-TEST_F(SourceFolder, ARampPassesThroughItsColours) {
+TEST(Sources, AreReadInAnyOrder) {
+    const TempFolder folder;
     Problems problems;
-    Palette palette = ReadPalette(
-        Write("palette.txt", "ramp 0 5 run 0 0 255 255 0 0 255 255 0\nramp 5 251 rest 0 0 0 8 8 8"),
-        problems);
+    PutFile(folder / "many.txt", ManyGlyphs());
+    PutFile(folder / "one.txt",
+            "; the last\r\npixel r 12\r\n\r\nglyph 255 last of all\r\nr......#\r\n" + Rows(7));
+    Glyphs glyphs = ReadGlyphs(folder.Path(), problems);
+    EXPECT_EQ(glyphs.names[255], "last of all");
+    for (auto [x, value] : {std::pair{0, 12}, {7, 15}, {1, 0}})
+        EXPECT_EQ(GlyphPixel(glyphs.sheet, 255, x, 0), value);
+    const std::string ramps = "ramp 5 251 rest 0 0 0 8 8 8\nramp 0 5 run 0 0 255 255 0 0 255 255 0";
+    Palette palette = ReadPalette(PutFile(folder / "palette", ramps), problems);
     EXPECT_THAT(problems.List(), ElementsAre());
     const int expected[5][3] = {{0, 0, 63}, {32, 0, 32}, {63, 0, 0}, {63, 32, 0}, {63, 63, 0}};
-    for (size_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(palette.colors[i].red, expected[i][0]) << i;
-        EXPECT_EQ(palette.colors[i].green, expected[i][1]) << i;
-        EXPECT_EQ(palette.colors[i].blue, expected[i][2]) << i;
+    for (std::size_t i = 0; i < 5; ++i) {
+        const auto& color = palette.colors[i];
+        EXPECT_THAT((std::array<int, 3>{color.red, color.green, color.blue}),
+                    testing::ElementsAreArray(expected[i]));
     }
 }
