@@ -1,4 +1,5 @@
-// The application on the scripted backend: start, document commands and Run.
+// The application on the scripted backend: start, document commands, what they
+// keep, and Run.
 
 #include "editor/commands.h"
 #include "editor/shell/do_save_notification.h"
@@ -20,10 +21,8 @@ namespace {
 
 class App : public testing::Test {
 protected:
-    App() { std::filesystem::current_path(programFolder); }
-
     void Start(const std::string& game = "") {
-        app = std::make_unique<CQuiltApp>();
+        app = std::make_unique<CQuiltApp>(keep);
         ASSERT_TRUE(app->InitInstance(programFolder, game));
     }
     ScriptedFrame& Frame() { return *script.frame; }
@@ -32,59 +31,73 @@ protected:
     Dobject& FirstBoard() { return *vWorld->Root().children.front(); }
 
     const std::string programFolder = std::filesystem::current_path().string();
-    TempFolder temp;
+    TempFolder temp, keptFolder;
+    const std::string keep = keptFolder / "kept";
     ScriptedPlatform script;
     std::unique_ptr<CQuiltApp> app;
 };
 
 }  // namespace
 
-TEST_F(App, StartsOnANewGame) {
+TEST_F(App, StartsOnANewGameOrTheOneOfTheCommandLine) {
+    std::filesystem::copy_file("Library/default.zqlt", temp / "here.zqlt");
     std::filesystem::current_path(temp.Path());
     Start();
     EXPECT_EQ(std::filesystem::current_path().string(), programFolder);
     EXPECT_EQ(Frame().caption, "Untitled - Tessel Works's QUILT!");
-    EXPECT_TRUE(Frame().shown);
+    EXPECT_TRUE(Frame().shown && Frame().statusBar);
     EXPECT_EQ(Frame().home, &Frame().Edit());
     EXPECT_EQ(Frame().leftWidth, 200);
-    EXPECT_EQ(Frame().lowerHeight, 135);
-    EXPECT_EQ(Frame().idle,
-              "Use arrow keys to move cursor.  Ctrl + Left mouse button drags the view.");
-    EXPECT_EQ(Frame().Edit().name + Frame().List().name, "Edit viewBoard / Object List");
-    EXPECT_TRUE(Frame().statusBar);
     EXPECT_EQ(vWorld->currentBoard, FirstBoard().id);
     EXPECT_EQ(FirstBoard().width, 80);
     Frame().lowerHeight = 0;
     app->Frame().OnSize({});
     EXPECT_EQ(Frame().lowerHeight, 135);
     EXPECT_EQ(script.palette[15], 0xffffffu);
+    app.reset();
+    // Paths count from the user's folder.
+    std::filesystem::current_path(temp.Path());
+    Start("here.zqlt");
+    EXPECT_EQ(Doc().PathName(), temp / "here.zqlt");
+    app.reset();
+    script.ExpectMessage("could not be opened");
+    CQuiltApp failing;
+    EXPECT_FALSE(failing.InitInstance(programFolder, "missing.zqlt"));
 }
 
-// --- documents ---------------------------------------------------------------------------------
-
-TEST_F(App, SavesUnderANameAndOpensItAgain) {
+TEST_F(App, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
     Start();
+    const auto kept = [&] { return ListKept(keep).size(); };
+    Choose(kCmdFileNew);
+    EXPECT_EQ(kept(), 0u) << "an unaltered world is not kept";
     FirstBoard().PutTile(3, 4, 65, 14, 2, 1);
     const std::string path = temp / "my game.zqlt";
     script.ExpectSaveDialog(path);
     Choose(kCmdFileSave);
-    EXPECT_EQ(script.lastFileDialog.filter, "QUILT! game Files (*.zqlt)|*.zqlt||");
-    EXPECT_EQ(script.lastFileDialog.extension, ".zqlt");
+    EXPECT_EQ(script.lastFileDialog.filter + script.lastFileDialog.extension,
+              "QUILT! game Files (*.zqlt)|*.zqlt||.zqlt");
     EXPECT_EQ(std::filesystem::path(script.lastFileDialog.path).filename(), "Quilt.zqlt");
     EXPECT_EQ(Frame().caption, "my game.zqlt - Tessel Works's QUILT!");
 
     FirstBoard().PutTile(3, 4, 66, 14, 2, 1);
     Choose(kCmdFileSave);  // no dialog
+    EXPECT_EQ(kept(), 1u) << "the file that was replaced";
+    EXPECT_NE(Frame().notice.find(path + ": 1 board, 0 objects, "), std::string::npos);
+    FirstBoard().PutTile(3, 4, 67, 14, 2, 1);
     const std::int32_t oldId = FirstBoard().id;
     Choose(kCmdFileNew);
+    EXPECT_EQ(kept(), 2u);
     EXPECT_EQ(Doc().Title(), "Untitled");
     EXPECT_EQ(FirstBoard().GetTile(3, 4)->chr, 0) << "replaced without a question";
-
     EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent)->text, "&1 " + path);
     Choose(kCmdFileRecent);
     EXPECT_EQ(FirstBoard().GetTile(3, 4)->chr, 66);
     EXPECT_GT(FirstBoard().id, oldId);
     EXPECT_EQ(vWorld->currentBoard, FirstBoard().id);
+    // A kept game is saved under a name of its own.
+    ASSERT_TRUE(Doc().OnOpenDocument(ListKept(keep)[0].path));
+    EXPECT_EQ(FirstBoard().GetTile(3, 4)->chr, 67);
+    EXPECT_EQ(Doc().PathName(), "");
 
     const std::string second = temp / "Untitled2.zqlt";
     script.ExpectSaveDialog(second);
@@ -95,6 +108,17 @@ TEST_F(App, SavesUnderANameAndOpensItAgain) {
     EXPECT_EQ(script.lastFileDialog.path, second);
     EXPECT_EQ(Doc().PathName(), second);
     EXPECT_THAT(RecentFiles(), ElementsAre(second, path));
+
+    // Six recent files are kept; one that is not there leaves the list.
+    for (int i = 1; i <= 8; ++i) AddRecentFile("f" + std::to_string(i));
+    AddRecentFile("x/.././f5");
+    app->Frame().UpdateMenuBar();
+    script.ExpectMessage("could not be opened");
+    Choose(kCmdFileRecent + 1);
+    std::vector<std::string> shown;
+    for (const char* name : {"f5", "f7", "f6", "f4", "f3"}) shown.push_back(NormalPath(name));
+    EXPECT_EQ(RecentFiles(), shown);
+    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent + 1)->text, "&2 " + shown[1]);
 }
 
 TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
@@ -103,23 +127,16 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     script.ExpectSaveDialog(good);
     Choose(kCmdFileSaveAs);
     FirstBoard().name = "kept";
-    const std::string text = PutFile(temp / "text.zqlt", "no archive");
-    const std::string empty = PutFile(temp / "empty.zqlt", MakeZip({{"res.dat", "0 0"}}));
-    const struct {
-        std::string path, message;
-    } cases[] = {{temp / "none.zqlt", "could not be opened"},
-                 {temp.Path(), "could not be opened"},
-                 {text, "could not be loaded"},
-                 {empty, "There is no game in this archive"}};
-    for (const auto& c : cases) {
-        script.ExpectOpenDialog(c.path);
-        script.ExpectMessage(c.message);
+    for (const auto& [path, message] :
+         {std::pair(temp / "none.zqlt", "could not be opened"),
+          {temp.Path(), "could not be opened"},
+          {PutFile(temp / "text.zqlt", "no archive"), "could not be loaded"},
+          {PutFile(temp / "empty.zqlt", MakeZip({{"res.dat", "0 0"}})), "There is no game in"}}) {
+        script.ExpectOpenDialog(path);
+        script.ExpectMessage(message);
         Choose(kCmdFileOpen);
-        EXPECT_EQ(Doc().PathName(), good) << c.path;
-        EXPECT_EQ(FirstBoard().name, "kept") << c.path;
+        EXPECT_EQ(Doc().PathName() + FirstBoard().name, good + "kept") << path;
     }
-    script.ExpectOpenDialog(std::nullopt);
-    Choose(kCmdFileOpen);
     script.ExpectSaveDialog(temp / "no folder/x.zqlt");
     script.ExpectMessage("could not be saved");
     Choose(kCmdFileSaveAs);
@@ -128,35 +145,8 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     EXPECT_THAT(RecentFiles(), ElementsAre(good));
 }
 
-TEST_F(App, TheCommandLineCountsFromTheUsersFolder) {
-    std::filesystem::copy_file("Library/default.zqlt", temp / "here.zqlt");
-    std::filesystem::current_path(temp.Path());
-    Start("here.zqlt");
-    EXPECT_EQ(Doc().PathName(), temp / "here.zqlt");
-    app.reset();
-    script.ExpectMessage("could not be opened");
-    CQuiltApp failing;
-    EXPECT_FALSE(failing.InitInstance(programFolder, "missing.zqlt"));
-}
-
-TEST_F(App, SixRecentFilesAreKept) {
-    Start();
-    for (int i = 1; i <= 8; ++i) AddRecentFile("f" + std::to_string(i));
-    AddRecentFile("x/.././f5");
-    app->Frame().UpdateMenuBar();
-    script.ExpectMessage("could not be opened");
-    Choose(kCmdFileRecent + 1);  // it is not there, and leaves the list
-    std::vector<std::string> shown;
-    for (const char* name : {"f5", "f7", "f6", "f4", "f3"}) shown.push_back(NormalPath(name));
-    EXPECT_EQ(RecentFiles(), shown);
-    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent + 1)->text, "&2 " + shown[1]);
-}
-
-// --- Run ---------------------------------------------------------------------------------------
-
 TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
     Start();
-    const auto shown = [this] { return script.GetProfileInt("Notify", "param", 1); };
     const auto run = [this](int button, std::optional<std::string> path, bool asks = true) {
         script.ExpectDialog("Save Notification", [button](ScriptedForm& form) {
             EXPECT_TRUE(form.IsChecked(kNoticeHide)) << "it opens ticked";
@@ -171,8 +161,7 @@ TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
     script.answersAll = true;
     run(kIdOk, temp / "no folder/x.zqlt");
     script.answersAll = false;
-    ASSERT_EQ(script.asked.size(), 1u);
-    EXPECT_THAT(script.asked[0], testing::HasSubstr("could not be saved"));
+    EXPECT_THAT(script.asked, ElementsAre(testing::HasSubstr("could not be saved")));
     EXPECT_THAT(script.started, IsEmpty());
     EXPECT_THAT(temp.Names(), IsEmpty());
     EXPECT_EQ(Doc().Title(), "Untitled");
@@ -191,18 +180,13 @@ TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
     run(kIdOk, second);
     run(kIdOk, second);
     EXPECT_EQ(script.lastFileDialog.path, second);
-    EXPECT_EQ(shown(), 1);
-
-    // The tick is written at the click: ticking again and Cancel do not take it back.
+    // Without the tick the notice does not come again; this run is cancelled.
     script.ExpectDialog("Save Notification", [&](ScriptedForm& form) {
-        for (int i = 0; i < 2; ++i) {
-            form.Click(kNoticeHide);
-            EXPECT_EQ(shown(), 0);
-        }
+        form.Click(kNoticeHide);
         form.Click(kIdCancel);
     });
     Choose(kCmdRun);
-    EXPECT_EQ(script.started.size(), 4u) << "this run is cancelled";
+    EXPECT_EQ(script.started.size(), 4u);
     script.ExpectSaveDialog(second);
     Choose(kCmdRun);
     EXPECT_EQ(script.started.size(), 5u);

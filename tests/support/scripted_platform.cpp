@@ -2,6 +2,10 @@
 
 #include "engine/dinterface.h"
 
+using platform::Control;
+using platform::ControlKind;
+using platform::Menu;
+using platform::MenuItem;
 using platform::Pane;
 using platform::Size;
 
@@ -15,19 +19,22 @@ void ScriptedWindow::ShowPicture(const platform::Rows8& picture, Size shownAs) {
     for (int y = 0; y < h; ++y) pixels.insert(pixels.end(), picture.rows[y], picture.rows[y] + w);
 }
 
-int ScriptedWindow::TrackPopupMenu(const platform::Menu& menu, platform::Point corner) {
+int ScriptedWindow::TrackPopupMenu(const Menu& menu, platform::Point corner) {
     return script.TrackMenu(menu, corner);
 }
 
 void ScriptedWindow::Paint() {
     invalidated = 0;
-    if (events) script.Do([this] { events->OnDraw(*this); });
+    if (events) Do([this] { events->OnDraw(*this); });
+}
+
+void ScriptedWindow::ExpectPicture(const std::function<int(int, int)>& expected) const {
+    for (int p = 0; p < w * h; ++p)
+        ASSERT_EQ(PixelAt(p % w, p / w), expected(p % w, p / w)) << p % w << ", " << p / w;
 }
 
 void ScriptedWindow::ExpectPicture(BITMAP* expected) const {
-    for (int p = 0; p < w * h; ++p)
-        ASSERT_EQ(PixelAt(p % w, p / w), getpixel(expected, p % w, p / w))
-            << p % w << ", " << p / w;
+    ExpectPicture([expected](int x, int y) { return getpixel(expected, x, y); });
 }
 
 void ScriptedWindow::Drag(platform::Point from, platform::Point to, bool ctrl) {
@@ -39,157 +46,69 @@ void ScriptedWindow::Drag(platform::Point from, platform::Point to, bool ctrl) {
 
 // --- forms -------------------------------------------------------------------------------------
 
-namespace {
-
-using platform::Control;
-using platform::ControlKind;
-
-// What a form's table must be, whatever form it is: each control lies inside and over no other,
-// has a name, and says what it is for if anything can be done with it.
-void CheckLayout(const platform::Form& form) {
-    const auto meet = [](int a, int aw, int b, int bw) { return a < b + bw && b < a + aw; };
-    for (const Control& c : form.controls) {
-        SCOPED_TRACE(std::string(form.caption) + ": " + c.text);
-        EXPECT_STRNE(c.text, "");
-        EXPECT_TRUE(c.x > 0 && c.y > 0 && c.x + c.w < form.w && c.y + c.h < form.h);
-        if (c.kind == ControlKind::Group) continue;
-        const bool still = c.kind == ControlKind::Label || c.kind == ControlKind::Code;
-        EXPECT_EQ(std::string(c.tip).empty(), still);
-        for (const Control& o : form.controls)
-            EXPECT_TRUE(&o == &c ||
-                        (o.id != c.id && (o.kind == ControlKind::Group ||
-                                          !meet(o.x, o.w, c.x, c.w) || !meet(o.y, o.h, c.y, c.h))))
-                << o.text;
-    }
-}
-
-}  // namespace
-
 ScriptedForm::ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
                            platform::FormEvents& listener)
     : layout(form), events(listener), script(owner), bar(listener.FormMenu()) {
-    CheckLayout(form);
     for (const Control& control : form.controls) {
-        controls[control.id] = {&control, control.text, false, control.enabled, control.low};
+        State& state = controls[control.id];
+        state = {&control, control.text, false, control.enabled, control.low};
         if (control.kind == ControlKind::Picture)
-            pictures[control.id] = std::make_unique<ScriptedWindow>(
+            state.picture = std::make_unique<ScriptedWindow>(
                 owner, listener.PictureEvents(control.id), Size{control.w, control.h});
-        if (control.kind == ControlKind::Code) codes[control.id];
     }
     events.OnInit(*this);
     events.OnFormPaint(*this);
 }
 
-const ScriptedForm::State& ScriptedForm::Get(int id) const {
-    static const State none;
-    auto found = controls.find(id);
-    return found == controls.end() ? none : found->second;
-}
-
-ScriptedForm::State* ScriptedForm::Usable(int id) {
-    State& state = controls[id];
-    if (state.control && state.enabled) return &state;
-    ADD_FAILURE() << "control " << id << (state.control ? " is disabled" : " does not exist");
-    return nullptr;
-}
-
 std::string ScriptedForm::Look() const {
     std::string look;
     for (const Control& control : layout.controls) {
+        using enum ControlKind;
         const State& state = controls.at(control.id);
-        std::string held;
-        switch (control.kind) {
-            case ControlKind::Edit:
-            case ControlKind::NumberEdit:
-            case ControlKind::ReadOnlyEdit:
-                held = "'" + state.text + "'";
-                break;
-            case ControlKind::CheckBox:
-            case ControlKind::Radio:
-                held = state.checked ? "[x]" : "[ ]";
-                break;
-            case ControlKind::Slider:
-            case ControlKind::VSlider:
-                held = "=" + std::to_string(state.value);
-                break;
-            default:
-                break;
-        }
-        if (!state.enabled) held = "!" + held;
+        const ControlKind kind = control.kind;
+        std::string held = state.enabled ? "" : "!";
+        if (kind == Edit || kind == NumberEdit || kind == ReadOnlyEdit)
+            held += "'" + state.text + "'";
+        if (kind == CheckBox || kind == Radio) held += state.checked ? "[x]" : "[ ]";
+        if (kind == Slider || kind == VSlider) held += "=" + std::to_string(state.value);
         if (!held.empty()) look += (look.empty() ? "" : " ") + held;
     }
     return look;
 }
 
-bool ScriptedForm::Press(int code) {
-    bool taken = false;
-    script.Do([&] { taken = events.OnFormKey(*this, code); });
-    return taken;
-}
-
-platform::Window* ScriptedForm::Picture(int id) {
-    auto found = pictures.find(id);
-    return found == pictures.end() ? nullptr : found->second.get();
-}
-
-platform::CodeControl* ScriptedForm::Code(int id) {
-    auto found = codes.find(id);
-    return found == codes.end() ? nullptr : &found->second;
-}
-
-int ScriptedForm::TrackMenuBelow(int id, const platform::Menu& menu) {
-    EXPECT_NE(Get(id).control, nullptr) << "no control " << id << " to open a menu below";
-    return script.TrackMenu(menu, {});
-}
-
-namespace {
-
-// A failure when the menu has no such entry, or none that can be chosen.
-bool CanChoose(const platform::Menu& menu, int command) {
-    const platform::MenuItem* item = platform::FindEntry(menu, command);
-    EXPECT_TRUE(item && item->enabled)
-        << "menu entry " << command << (item ? " is disabled" : " does not exist");
-    return item && item->enabled;
-}
-
-}  // namespace
+int ScriptedForm::TrackMenuBelow(int, const Menu& menu) { return script.TrackMenu(menu, {}); }
 
 void ScriptedForm::Choose(int command) {
-    if (CanChoose(bar, command)) script.Do([&] { events.OnCommand(*this, command); });
+    if (ScriptedPlatform::CanChoose(bar, command)) Do([&] { events.OnCommand(*this, command); });
 }
 
-void ScriptedForm::Click(int id) {
-    State* state = Usable(id);
-    if (!state) return;
-    if (state->control->kind == ControlKind::CheckBox) state->checked = !state->checked;
-    if (state->control->kind == ControlKind::Radio) {
-        for (auto& [other, own] : controls)
-            if (own.control->kind == ControlKind::Radio) own.checked = other == id;
+void ScriptedForm::Use(int id, void (platform::FormEvents::*event)(platform::FormWindow&, int)) {
+    State& state = controls[id];
+    if (!state.control || !state.enabled) {
+        ADD_FAILURE() << "control " << id << " is disabled or does not exist";
+        return;
     }
-    script.Do([&] { events.OnControl(*this, id); });
+    if (state.control->kind == ControlKind::CheckBox) state.checked = !state.checked;
+    if (state.control->kind == ControlKind::Radio)
+        for (const Control& other : layout.controls)
+            if (other.kind == ControlKind::Radio) controls[other.id].checked = other.id == id;
+    Do([&] { (events.*event)(*this, id); });
 }
 
 void ScriptedForm::Type(int id, const std::string& text) {
-    if (State* state = Usable(id)) {
-        const bool limited = state->control->kind == ControlKind::Edit;
-        const auto most = static_cast<std::size_t>(limited ? state->control->high : 0);
-        state->text = most > 0 ? text.substr(0, most) : text;
-        script.Do([&] { events.OnChange(*this, id); });
-    }
+    const Control* control = controls[id].control;
+    const bool limited = control && control->kind == ControlKind::Edit && control->high > 0;
+    controls[id].text = limited ? text.substr(0, static_cast<std::size_t>(control->high)) : text;
+    Use(id, &platform::FormEvents::OnChange);
 }
 
 void ScriptedForm::Slide(int id, int value) {
-    if (State* state = Usable(id)) {
-        state->value = value;
-        script.Do([&] { events.OnChange(*this, id); });
-    }
+    const Control* control = controls[id].control;
+    controls[id].value = control ? std::clamp(value, control->low, control->high) : value;
+    Use(id, &platform::FormEvents::OnChange);
 }
 
 // --- the frame ---------------------------------------------------------------------------------
-
-void ScriptedFrame::CheckMenuItem(int command, bool checked) {
-    if (platform::MenuItem* item = platform::FindEntry(bar, command)) item->checked = checked;
-}
 
 platform::Window* ScriptedFrame::CreatePane(Pane pane, platform::WindowEvents& listener) {
     auto& window = panes[pane];
@@ -204,14 +123,8 @@ platform::FormWindow* ScriptedFrame::CreateFormPane(Pane, const platform::Form& 
 }
 
 Size ScriptedFrame::PaneSize(Pane pane) const {
-    switch (pane) {
-        case Pane::Left:
-            return {200, 768};
-        case Pane::Upper:
-            return {820, 629};
-        default:
-            return {820, 135};
-    }
+    if (pane == Pane::Left) return {200, 768};
+    return {820, pane == Pane::Upper ? 629 : 135};
 }
 
 void ScriptedFrame::InvalidateAll() {
@@ -221,10 +134,23 @@ void ScriptedFrame::InvalidateAll() {
 }
 
 void ScriptedFrame::Choose(int command) {
-    if (CanChoose(bar, command)) script.Do([&] { events.OnCommand(command); });
+    if (ScriptedPlatform::CanChoose(bar, command)) Do([&] { events.OnCommand(command); });
 }
 
 // --- the platform ------------------------------------------------------------------------------
+
+std::string Outline(const Menu& menu) {
+    std::string text;
+    for (const MenuItem& item : menu) {
+        if (!text.empty()) text += " ";
+        if (item.kind == MenuItem::Kind::Separator) text += "|";
+        text += (item.enabled ? "" : "!") + std::string(item.checked ? "+" : "") + item.text;
+        if (!item.key.empty()) text += "=" + item.key;
+        if (!item.prompt.empty()) text += "{" + item.prompt + "}";
+        if (item.kind == MenuItem::Kind::SubMenu) text += "(" + Outline(item.items) + ")";
+    }
+    return text;
+}
 
 ScriptedPlatform::~ScriptedPlatform() {
     for (const Step& step : steps)
@@ -232,54 +158,29 @@ ScriptedPlatform::~ScriptedPlatform() {
     vPlatform = nullptr;
 }
 
-void ScriptedPlatform::ExpectMessage(const std::string& text, bool answer) {
-    steps.push_back({.kind = "message", .text = text, .ok = answer});
-}
-
-void ScriptedPlatform::ExpectOpenDialog(std::optional<std::string> answer) {
-    steps.push_back({.kind = "open", .path = std::move(answer)});
-}
-
-void ScriptedPlatform::ExpectSaveDialog(std::optional<std::string> answer) {
-    steps.push_back({.kind = "save", .path = std::move(answer)});
-}
-
-void ScriptedPlatform::ExpectMenu(std::vector<std::string> texts, int choice) {
-    steps.push_back({.kind = "menu", .texts = std::move(texts), .choice = choice});
-}
-
-void ScriptedPlatform::ExpectDialog(const std::string& caption,
-                                    std::function<void(ScriptedForm&)> person) {
-    steps.push_back({.kind = "dialog", .text = caption, .person = std::move(person)});
-}
-
+// Steps name a dialog by its caption, a message by a part of it.
 std::optional<ScriptedPlatform::Step> ScriptedPlatform::Take(const std::string& kind,
                                                              const std::string& what) {
-    if (answersAll && (steps.empty() || steps.front().kind != kind)) {
+    const auto fits = [&](const Step& step) {
+        if (step.kind != kind) return false;
+        return kind == "dialog" ? what == step.text : what.find(step.text) != std::string::npos;
+    };
+    if (!steps.empty() && fits(steps.front())) {
+        Step step = std::move(steps.front());
+        steps.pop_front();
+        return step;
+    }
+    if (answersAll) {
         asked.push_back(kind + " " + what);
-        return Step{.kind = kind, .text = what, .person = [](ScriptedForm& form) {
-                        form.Click(platform::kIdOk);
-                    }};
+        return Step{.kind = kind,
+                    .person = [](ScriptedForm& form) { form.Click(platform::kIdOk); }};
     }
-    if (steps.empty() || steps.front().kind != kind) {
-        ADD_FAILURE() << "unexpected " << kind << " \"" << what << "\"";
-        return std::nullopt;
-    }
-    Step step = std::move(steps.front());
-    steps.pop_front();
-    return step;
-}
-
-void ScriptedPlatform::Pump() {
-    while (!posted.empty()) {
-        const int command = posted.front();
-        posted.pop_front();
-        Do([&] { frame->events.OnCommand(command); });
-    }
+    ADD_FAILURE() << "unexpected " << kind << " \"" << what << "\"";
+    return std::nullopt;
 }
 
 // What is open is a place that a probe does not get. The first slot is the root's for good.
-void ScriptedPlatform::ExpectNothingOpen() {
+void ExpectNothingOpen() {
     if (!vWorld) return;
     constexpr int kProbes = 64;
     static std::deque<Dobject> probes;
@@ -296,20 +197,13 @@ bool ScriptedPlatform::MessageBox(const std::string& text, const std::string& ca
                                   platform::Buttons buttons, platform::Icon) {
     lastCaption = caption;
     const auto step = Take("message", text);
-    if (!step) return false;
-    EXPECT_NE(text.find(step->text), std::string::npos) << text << " lacks " << step->text;
-    return buttons == platform::Buttons::Ok || step->ok;
+    return step && (buttons == platform::Buttons::Ok || step->ok);
 }
 
-std::optional<std::string> ScriptedPlatform::OpenFileDialog(const platform::FileDialog& dialog) {
+std::optional<std::string> ScriptedPlatform::AskForFile(const char* kind,
+                                                        const platform::FileDialog& dialog) {
     lastFileDialog = dialog;
-    const auto step = Take("open", dialog.path);
-    return step ? step->path : std::nullopt;
-}
-
-std::optional<std::string> ScriptedPlatform::SaveFileDialog(const platform::FileDialog& dialog) {
-    lastFileDialog = dialog;
-    const auto step = Take("save", dialog.path);
+    const auto step = Take(kind, "");
     return step ? step->path : std::nullopt;
 }
 
@@ -324,48 +218,31 @@ int ScriptedPlatform::RunDialog(const platform::Form& form, platform::FormEvents
     ScriptedForm window(*this, form, events);
     const auto step = Take("dialog", form.caption);
     if (!step) return platform::kIdCancel;
-    EXPECT_EQ(step->text, form.caption);
     step->person(window);
     EXPECT_NE(window.result, 0) << form.caption << " was left open";
     return window.result;
 }
 
-int ScriptedPlatform::TrackMenu(const platform::Menu& menu, platform::Point corner) {
+// A failure when the menu has no such entry, or none that can be chosen.
+bool ScriptedPlatform::CanChoose(const Menu& menu, int command) {
+    const MenuItem* item = platform::FindEntry(menu, command);
+    EXPECT_TRUE(item && item->enabled) << "no menu entry " << command << " to choose";
+    return item && item->enabled;
+}
+
+int ScriptedPlatform::TrackMenu(const Menu& menu, platform::Point corner) {
     PaintFrame();
     lastMenu = menu;
     lastMenuAt = corner;
     const auto step = Take("menu", menu.empty() ? "" : menu.front().text);
-    if (!step) return 0;
-    if (!step->texts.empty()) {
-        std::vector<std::string> texts;
-        for (const auto& item : menu)
-            texts.push_back(item.kind == platform::MenuItem::Kind::Separator ? "-" : item.text);
-        EXPECT_EQ(texts, step->texts);
-    }
-    if (step->choice) CanChoose(menu, step->choice);
-    return step->choice;
-}
-
-int ScriptedPlatform::GetProfileInt(const std::string& section, const std::string& entry,
-                                    int absent) {
-    auto found = settings.find({section, entry});
-    return found == settings.end() ? absent : std::stoi(found->second);
+    if (step && step->choice) CanChoose(menu, step->choice);
+    return step ? step->choice : 0;
 }
 
 std::string ScriptedPlatform::GetProfileString(const std::string& section, const std::string& entry,
                                                const std::string& absent) {
-    auto found = settings.find({section, entry});
+    const auto found = settings.find(section + "/" + entry);
     return found == settings.end() ? absent : found->second;
-}
-
-void ScriptedPlatform::WriteProfileInt(const std::string& section, const std::string& entry,
-                                       int value) {
-    settings[{section, entry}] = std::to_string(value);
-}
-
-void ScriptedPlatform::WriteProfileString(const std::string& section, const std::string& entry,
-                                          const std::string& value) {
-    settings[{section, entry}] = value;
 }
 
 std::unique_ptr<platform::Frame> ScriptedPlatform::CreateFrame(platform::FrameEvents& events) {

@@ -19,6 +19,17 @@
 
 class ScriptedPlatform;
 
+void ExpectNothingOpen();
+
+/// One event of a person. After it, dialogs and all, no handle and no list may be open.
+inline int vEventDepth = 0;
+template <typename Act>
+void Do(Act act) {
+    ++vEventDepth;
+    act();
+    if (--vEventDepth == 0) ExpectNothingOpen();
+}
+
 class ScriptedWindow final : public platform::Window {
 public:
     ScriptedWindow(ScriptedPlatform& owner, platform::WindowEvents* listener, platform::Size inside)
@@ -29,57 +40,45 @@ public:
     void SetCapture() override { captured = true; }
     void ReleaseCapture() override { captured = false; }
     platform::Point ClientToScreen(platform::Point at) const override {
-        return {at.x + kScreenOffset, at.y + kScreenOffset};
+        return {at.x + 1000, at.y + 1000};
     }
     void SetFocus() override { focused = true; }
     void ShowPicture(const platform::Rows8& picture, platform::Size shownAs) override;
     int TrackPopupMenu(const platform::Menu& menu, platform::Point screen) override;
-    void SetName(const std::string& text) override { name = text; }
+    void SetName(const std::string&) override {}
     void SetDescription(const std::string& text) override { description = text; }
 
     /// Repaints at once and keeps what is shown.
     void Paint();
     /// One event of a person, such as Send(&WindowEvents::OnKeyDown, kKeyTab).
     template <typename... Told, typename... Given>
-    void Send(void (platform::WindowEvents::*event)(Told...), Given... given);
-    void Keys(std::initializer_list<int> codes) {
-        for (int code : codes) Send(&platform::WindowEvents::OnKeyDown, code);
+    void Send(void (platform::WindowEvents::*event)(Told...), Given... given) {
+        Do([&] { (events->*event)(given...); });
     }
+    void Key(int code) { Send(&platform::WindowEvents::OnKeyDown, code); }
     /// The left button down at one place, up at another.
     void Drag(platform::Point from, platform::Point to, bool ctrl = false);
     void Click(platform::Point at, bool ctrl = false) { Drag(at, at, ctrl); }
-    /// Fails where the picture is not this one, which may be larger.
+    /// Fails where the picture is not this one, which may be larger, or has not these pixels.
     void ExpectPicture(BITMAP* expected) const;
+    void ExpectPicture(const std::function<int(int, int)>& expected) const;
     int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
-
-    static constexpr int kScreenOffset = 1000;
 
     ScriptedPlatform& script;
     platform::WindowEvents* events;
     platform::Size size;
     int invalidated = 0;
-    bool captured = false;
-    bool focused = false;
-    std::string name, description;
+    bool captured = false, focused = false;
+    std::string description;
     // The last picture shown: its own size, and the size on the screen.
     std::vector<unsigned char> pixels;
     int w = 0, h = 0;
     platform::Size shown;
 };
 
-/// A text control that only remembers what it was sent.
-class ScriptedCode final : public platform::CodeControl {
-public:
-    struct Message {
-        unsigned message;
-        std::uintptr_t wParam;
-        std::intptr_t lParam;
-    };
-    std::intptr_t Send(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override {
-        sent.push_back({message, wParam, lParam});
-        return 0;
-    }
-    std::vector<Message> sent;
+/// A text control without a text.
+struct ScriptedCode final : platform::CodeControl {
+    std::intptr_t Send(unsigned, std::uintptr_t, std::intptr_t) override { return 0; }
 };
 
 class ScriptedForm final : public platform::FormWindow {
@@ -88,32 +87,36 @@ public:
                  platform::FormEvents& listener);
 
     void SetText(int id, const std::string& text) override { controls[id].text = text; }
-    std::string GetText(int id) const override { return Get(id).text; }
+    std::string GetText(int id) const override { return controls[id].text; }
     void SetCheck(int id, bool on) override { controls[id].checked = on; }
-    bool IsChecked(int id) const override { return Get(id).checked; }
-    bool IsEnabled(int id) const { return Get(id).enabled; }
+    bool IsChecked(int id) const override { return controls[id].checked; }
+    bool IsEnabled(int id) const { return controls[id].enabled; }
     void SetValue(int id, int value) override { controls[id].value = value; }
-    int GetValue(int id) const override { return Get(id).value; }
+    int GetValue(int id) const override { return controls[id].value; }
     void Enable(int id, bool on) override { controls[id].enabled = on; }
     void SetFocus(int id) override { focus = id; }
-    platform::Window* Picture(int id) override;
-    platform::CodeControl* Code(int id) override;
-    int TrackMenuBelow(int id, const platform::Menu& menu) override;
+    platform::Window* Picture(int id) override { return controls[id].picture.get(); }
+    platform::CodeControl* Code(int) override { return &program; }
+    int TrackMenuBelow(int, const platform::Menu& menu) override;
     platform::Size ClientSize() const override { return {layout.w, layout.h}; }
     void Invalidate() override { events.OnFormPaint(*this); }
     void EndDialog(int value) override { result = value; }
 
-    ScriptedWindow& Shown(int id) { return *pictures.at(id); }
+    ScriptedWindow& Shown(int id) { return *controls[id].picture; }
     /// What every control that holds something holds, in tab order: a text in quotes, a tick as
     /// [x] or [ ], a slider as =3; "!" before what is disabled.
     std::string Look() const;
 
     /// What a person does. On a control that is disabled or not there it fails the test.
-    void Click(int id);
+    void Click(int id) { Use(id, &platform::FormEvents::OnControl); }
     void Type(int id, const std::string& text);
     void Slide(int id, int value);
     /// A key pressed; true when the form took it before its controls.
-    bool Press(int code);
+    bool Press(int code) {
+        bool taken = false;
+        Do([&] { taken = events.OnFormKey(*this, code); });
+        return taken;
+    }
     /// Chooses an entry of the form's menu bar.
     void Choose(int command);
 
@@ -125,19 +128,17 @@ public:
 private:
     struct State {
         const platform::Control* control = nullptr;
-        std::string text;
-        bool checked = false;
-        bool enabled = true;
+        std::string text{};
+        bool checked = false, enabled = true;
         int value = 0;
+        std::unique_ptr<ScriptedWindow> picture{};
     };
-    const State& Get(int id) const;
-    State* Usable(int id);
+    void Use(int id, void (platform::FormEvents::*event)(platform::FormWindow&, int));
 
     ScriptedPlatform& script;
     platform::Menu bar;
-    std::map<int, State> controls;
-    std::map<int, std::unique_ptr<ScriptedWindow>> pictures;
-    std::map<int, ScriptedCode> codes;
+    mutable std::map<int, State> controls;
+    ScriptedCode program;
 };
 
 class ScriptedFrame final : public platform::Frame {
@@ -147,8 +148,10 @@ public:
 
     void SetCaption(const std::string& text) override { caption = text; }
     void SetMenuBar(const platform::Menu& menu) override { bar = menu; }
-    void CheckMenuItem(int command, bool checked) override;
-    void SetIdleMessage(const std::string& text) override { idle = text; }
+    void CheckMenuItem(int command, bool checked) override {
+        if (auto* item = platform::FindEntry(bar, command)) item->checked = checked;
+    }
+    void SetIdleMessage(const std::string&) override {}
     void ShowNotice(const std::string& text) override { notice = text; }
     void ShowStatusBar(bool on) override { statusBar = on; }
     bool IsStatusBarShown() const override { return statusBar; }
@@ -171,7 +174,7 @@ public:
 
     ScriptedPlatform& script;
     platform::FrameEvents& events;
-    std::string caption, idle, notice;
+    std::string caption, notice;
     platform::Menu bar;
     bool statusBar = false, shown = false, closed = false;
     int leftWidth = 0, lowerHeight = 0;
@@ -180,19 +183,30 @@ public:
     std::unique_ptr<ScriptedForm> panel;
 };
 
+/// A menu in a line: "|" a separator, "!" before what is disabled, "+" before what is ticked, keys
+/// behind "=", prompts in braces and sub-menus in brackets.
+std::string Outline(const platform::Menu& menu);
+
 class ScriptedPlatform final : public platform::Platform {
 public:
     ScriptedPlatform() { vPlatform = this; }
     ~ScriptedPlatform() override;
 
     // --- the script ---
-    void ExpectMessage(const std::string& text, bool answer = true);
-    void ExpectOpenDialog(std::optional<std::string> answer);
-    void ExpectSaveDialog(std::optional<std::string> answer);
-    /// `texts` are the texts of the menu's own entries, separators as "-"; empty leaves them
-    /// unlooked at. `choice` is what TrackPopupMenu gives.
-    void ExpectMenu(std::vector<std::string> texts, int choice);
-    void ExpectDialog(const std::string& caption, std::function<void(ScriptedForm&)> person);
+    void ExpectMessage(const std::string& text, bool answer = true) {
+        steps.push_back({.kind = "message", .text = text, .ok = answer});
+    }
+    void ExpectOpenDialog(std::optional<std::string> answer) {
+        steps.push_back({.kind = "open", .path = std::move(answer)});
+    }
+    void ExpectSaveDialog(std::optional<std::string> answer) {
+        steps.push_back({.kind = "save", .path = std::move(answer)});
+    }
+    /// `choice` is what TrackPopupMenu gives; what was offered is in lastMenu.
+    void ExpectMenu(int choice) { steps.push_back({.kind = "menu", .choice = choice}); }
+    void ExpectDialog(const std::string& caption, std::function<void(ScriptedForm&)> person) {
+        steps.push_back({.kind = "dialog", .text = caption, .person = std::move(person)});
+    }
 
     /// From now on nothing is unexpected: what the script does not name is answered by OK, a
     /// menu or a choice of a file by Cancel, and written down here.
@@ -200,36 +214,37 @@ public:
     std::vector<std::string> asked;
 
     /// Carries out what was posted.
-    void Pump();
-    /// One event of a person. After it, dialogs and all, no handle and no list may be open.
-    template <typename Act>
-    void Do(Act act) {
-        ++depth;
-        act();
-        if (--depth == 0) ExpectNothingOpen();
+    void Pump() {
+        for (; !posted.empty(); posted.pop_front())
+            Do([&] { frame->events.OnCommand(posted.front()); });
     }
 
     // --- platform::Platform ---
     bool MessageBox(const std::string& text, const std::string& caption, platform::Buttons buttons,
                     platform::Icon icon) override;
-    std::optional<std::string> OpenFileDialog(const platform::FileDialog& dialog) override;
-    std::optional<std::string> SaveFileDialog(const platform::FileDialog& dialog) override;
-    int RunDialog(const platform::Form& form, platform::FormEvents& events) override;
-    int GetProfileInt(const std::string& section, const std::string& key, int absent) override;
-    std::string GetProfileString(const std::string& section, const std::string& key,
-                                 const std::string& absent) override;
-    void WriteProfileInt(const std::string& section, const std::string& key, int value) override;
-    void WriteProfileString(const std::string& section, const std::string& key,
-                            const std::string& value) override;
-    void SetPalette(const std::array<std::uint32_t, 256>& colours) override { palette = colours; }
-    std::unique_ptr<platform::Frame> CreateFrame(platform::FrameEvents& events) override;
-    void ShowWaitCursor(bool on) override {
-        waits += on;
-        waiting += on ? 1 : -1;
+    std::optional<std::string> OpenFileDialog(const platform::FileDialog& dialog) override {
+        return AskForFile("open", dialog);
     }
+    std::optional<std::string> SaveFileDialog(const platform::FileDialog& dialog) override {
+        return AskForFile("save", dialog);
+    }
+    int RunDialog(const platform::Form& form, platform::FormEvents& events) override;
+    int GetProfileInt(const std::string& section, const std::string& entry, int absent) override {
+        return std::stoi(GetProfileString(section, entry, std::to_string(absent)));
+    }
+    std::string GetProfileString(const std::string& section, const std::string& entry,
+                                 const std::string& absent) override;
+    void WriteProfileInt(const std::string& section, const std::string& entry, int value) override {
+        settings[section + "/" + entry] = std::to_string(value);
+    }
+    void WriteProfileString(const std::string& section, const std::string& entry,
+                            const std::string& value) override {
+        settings[section + "/" + entry] = value;
+    }
+    void SetPalette(const std::array<std::uint32_t, 256>& colors) override { palette = colors; }
+    std::unique_ptr<platform::Frame> CreateFrame(platform::FrameEvents& events) override;
     void PostCommand(int command) override { posted.push_back(command); }
     int Run() override { return 0; }
-
     std::vector<std::string> FixedPitchFaces() override { return faces; }
     bool StartProgram(const std::string& program, const std::string& argument,
                       const std::string& folder) override {
@@ -238,8 +253,8 @@ public:
     }
 
     int TrackMenu(const platform::Menu& menu, platform::Point screen);
+    static bool CanChoose(const platform::Menu& menu, int command);
 
-    int waits = 0, waiting = 0;  ///< wait pointers shown so far, and now
     ScriptedFrame* frame = nullptr;
     platform::Point lastMenuAt;
     platform::Menu lastMenu;
@@ -255,22 +270,14 @@ private:
         std::string text{};
         bool ok = true;
         std::optional<std::string> path{};
-        std::vector<std::string> texts{};
         int choice = 0;
         std::function<void(ScriptedForm&)> person{};
     };
     std::optional<Step> Take(const std::string& kind, const std::string& what);
-    static void ExpectNothingOpen();
+    std::optional<std::string> AskForFile(const char* kind, const platform::FileDialog& dialog);
     void PaintFrame();
-
-    int depth = 0;
 
     std::deque<Step> steps;
     std::deque<int> posted;
-    std::map<std::pair<std::string, std::string>, std::string> settings;
+    std::map<std::string, std::string> settings;
 };
-
-template <typename... Told, typename... Given>
-void ScriptedWindow::Send(void (platform::WindowEvents::*event)(Told...), Given... given) {
-    script.Do([&] { (events->*event)(given...); });
-}
