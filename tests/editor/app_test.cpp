@@ -146,6 +146,7 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
 }
 
 TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
+    std::filesystem::current_path(temp.Path());
     Start();
     const auto run = [this](int button, std::optional<std::string> path, bool asks = true) {
         script.ExpectDialog("Save Notification", [button](ScriptedForm& form) {

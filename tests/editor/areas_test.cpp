@@ -366,24 +366,19 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
 }
 
 TEST_F(Areas, ShapesAreOutlinesCutAtTheBox) {
+    const auto line = SelectLine, rect = SelectRectOutline, ellipse = SelectEllipse;
     const struct {
         void (*select)(Handle, Point, Point);
         Point cursor, anchor;
         const char* mask;
     } cases[] = {
-        {SelectLine, {2, 3}, {2, 3}, "......../......../......../..x...../......../......../"},
-        {SelectLine, {-2, 0}, {5, 2}, "......../xxxx..../....xx../......../......../......../"},
-        {SelectRectOutline,
-         {5, 1},
-         {1, 4},
-         "......../.xxxxx../.x...x../.x...x../.xxxxx../......../"},
-        {SelectRectOutline,
-         {-3, -3},
-         {2, 2},
-         "..x...../..x...../xxx...../......../......../......../"},
-        {SelectEllipse, {0, 0}, {3, 3}, "...x..../...x..../...x..../xxx...../......../......../"},
-        {SelectEllipse, {5, 2}, {99, 99}, "......../......../.....x.x/.....x.x/.....x.x/......x./"},
-        {SelectEllipse, {0, 0}, {6, 5}, ".x...x../x.....x./x.....x./x.....x./.x...x../..xxx.../"},
+        {line, {2, 3}, {2, 3}, "......../......../......../..x...../......../......../"},
+        {line, {-2, 0}, {5, 2}, "......../xxxx..../....xx../......../......../......../"},
+        {rect, {5, 1}, {1, 4}, "......../.xxxxx../.x...x../.x...x../.xxxxx../......../"},
+        {rect, {-3, -3}, {2, 2}, "..x...../..x...../xxx...../......../......../......../"},
+        {ellipse, {0, 0}, {3, 3}, "...x..../...x..../...x..../xxx...../......../......../"},
+        {ellipse, {5, 2}, {99, 99}, "......../......../.....x.x/.....x.x/.....x.x/......x./"},
+        {ellipse, {0, 0}, {6, 5}, ".x...x../x.....x./x.....x./x.....x./.x...x../..xxx.../"},
     };
     MakeBoard(8, 6);
     board->posx = board->viewy = 0;

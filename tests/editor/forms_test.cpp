@@ -1,6 +1,7 @@
-// One table over all dialogs: what they hold at first, refuse, and leave behind. And the library
-// from which the fades take their glyphs.
+// One table over all dialogs and one over the panels: what they hold at first, refuse, and leave
+// behind. And the library from which the fades take their glyphs.
 
+#include "editor/commands.h"
 #include "editor/script/do_programming.h"
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
@@ -9,6 +10,7 @@
 #include "editor/shell/do_size.h"
 #include "editor/shell/do_viewport.h"
 #include "editor/shell/main_frame.h"
+#include "editor/shell/panel_ids.h"
 #include "editor/tools/do_brush_settings.h"
 #include "editor/tools/do_color_select.h"
 #include "editor/tools/do_filter.h"
@@ -39,7 +41,8 @@ struct Row {
     std::function<void()> open;
     std::string look;
     std::string changes;  ///< by a person: "1003" clicks, "1001=8" types, "1001~8" slides,
-                          ///< "1001@8,9" clicks into a picture and "1001#39" is a key there
+                          ///< "1001@8,9" clicks into a picture and "1001#39" is a key there,
+                          ///< "1001?x" looks for a text
     std::string after;    ///< the state by OK
     char cancel = ' ';    ///< by Cancel: 'a' as OK, '-' there is none, '?' as it was, but asked
 };
@@ -70,36 +73,49 @@ protected:
         vFadeCenterX = vFadeCenterY = 0;
         std::srand(1);
     }
-    // What is not as Reset leaves it.
-    std::string State() {
+    // What has changed since the last call: of the controls of a form, and of all that forms
+    // change.
+    std::string News(const ScriptedForm* form = nullptr) {
+        std::string text;
+        const auto tell = [&](const std::string& name, const std::string& now) {
+            if (std::exchange(facts[name], now) != now) text += name + now + " ";
+        };
+        if (form)
+            for (const Control& c : form->layout.controls)
+                tell(std::to_string(c.id), form->Held(c.id));
+        tell("name", board->name);
         const auto& cells = board->tiles;
-        const std::ptrdiff_t blank = std::count(cells.begin(), cells.end(), Dtile{});
-        const char* names[] = {"x",   "y",  "z",  "w",      "h",    "vieww",  "viewh", "expanded",
-                               "chr", "fg", "bg", "attrib", "skip", "notice", "blank", "backup"};
-        const int first[] = {3, -4, 0, 6, 5, 5, 5, 0, 7, -2, 1, 2, 0, 1, 30, 0};
-        std::string text = board->name;
-        std::size_t i = 0;
-        for (const int now :
-             {board->posx, board->posy, board->posz, board->width, board->height, board->vieww,
-              board->viewh, board->evieww, vBrush.chr, vBrush.fg, vBrush.bg, vBrush.attrib,
-              vTileClipSkip, script.GetProfileInt("Notify", "param", 1), static_cast<int>(blank),
-              static_cast<int>(board->undoTiles.size())}) {
-            if (now != first[i]) text += std::string(" ") + names[i] + std::to_string(now);
-            ++i;
-        }
+        const auto blank = static_cast<int>(std::count(cells.begin(), cells.end(), Dtile{}));
+        const auto backup = static_cast<int>(board->undoTiles.size());
+        const int notice = script.GetProfileInt("Notify", "param", 1), attribs = vShowAttrib;
+        const std::pair<const char*, int> numbers[] = {
+            {"x", board->posx},        {"y", board->posy},      {"z", board->posz},
+            {"w", board->width},       {"h", board->height},    {"vieww", board->vieww},
+            {"viewh", board->viewh},   {"viewx", board->viewx}, {"expanded", board->evieww},
+            {"chr", vBrush.chr},       {"fg", vBrush.fg},       {"bg", vBrush.bg},
+            {"attrib", vBrush.attrib}, {"skip", vTileClipSkip}, {"notice", notice},
+            {"blank", blank},          {"backup", backup},      {"mode", vBrushMode},
+            {"slot", vBrushSlot},      {"attribs", attribs},    {"stepX", vStepX},
+            {"stepY", vStepY},         {"view", vViewMode},     {"panel", vPanelMode}};
+        for (const auto& [name, number] : numbers) tell(name, std::to_string(number));
         return text;
     }
-    static void Change(ScriptedForm& form, const std::string& changes) {
+    void Change(ScriptedForm& form, const std::string& changes) {
         std::istringstream words(changes);
         int id = 0;
         while (words >> id) {
             const auto kind = static_cast<char>(words.get());
             std::string to;
-            if (kind == '=' || kind == '~' || kind == '@' || kind == '#') words >> to;
+            if (kind != ' ' && kind != '=') words >> to;
+            if (kind == '=' && words.peek() != ' ') words >> to;
             if (kind == '=')
                 form.Type(id, to);
             else if (kind == '#')
-                form.Shown(id).Key(std::stoi(to));
+                (id ? form.Shown(id) : script.frame->Edit()).Key(std::stoi(to));
+            else if (kind == '?')
+                EXPECT_NE(form.GetText(id).find(to), to.npos) << id;
+            else if (kind == '%')
+                form.Press(std::stoi(to));
             else if (kind == '~')
                 form.Slide(id, std::stoi(to));
             else if (kind == '@')
@@ -110,6 +126,7 @@ protected:
     }
     void ExpectRow(const Row& row, int end) {
         Reset();
+        News();
         script.ExpectDialog(row.caption, [&](ScriptedForm& form) {
             EXPECT_EQ(form.Look(), row.look);
             for (auto [at, last] = refusals.equal_range(row.caption); at != last; ++at) {
@@ -120,7 +137,7 @@ protected:
                 form.Click(kIdOk);
                 EXPECT_EQ(std::exchange(form.focus, 0), r.field) << r.text;
                 EXPECT_EQ(form.result, 0) << r.text;
-                EXPECT_EQ(State(), "Attic") << r.text;
+                EXPECT_EQ(News(), "") << r.text;
                 form.Type(r.field, old);
             }
             Change(form, row.changes);
@@ -128,12 +145,13 @@ protected:
             if (!form.result) form.Click(end);
         });
         Do(row.open);
-        EXPECT_EQ(State(), end == kIdOk || row.cancel == 'a' ? row.after : "Attic");
+        EXPECT_EQ(News(), end == kIdOk || row.cancel == 'a' ? row.after : "");
     }
 
     ScriptedPlatform script;
     CMainFrame frame;
     Dobject* board = nullptr;
+    std::map<std::string, std::string> facts;
     const std::multimap<std::string, Refusal> refusals{
         {"Location", {kLocationX, "", "Please enter an integer."}},
         {"Location", {kLocationY, "2147483648", "Please enter an integer."}},
@@ -153,51 +171,124 @@ TEST_F(Forms, AllOfThem) {
     const std::function<void()> size = [] { DoSize().Run(); };
     const std::function<void()> brush = [this] { frame.EditBrush(); };
     const auto area = [](AreaDialog dialog) { return [dialog] { OpenAreaDialog(dialog); }; };
-    const std::string look = "[ ] [ ] [x] [ ] 'Numbers of the brush'",
-                      painted = "Attic blank0 backup30", name = "Hall_" + std::string(45, 'n');
+    const std::string look = "[ ] [ ] [x] [ ] 'Numbers of the brush'", painted = "blank0 backup30 ",
+                      name = "Hall_" + std::string(45, 'n');
     const Row rows[] = {
-        {"Name", [] { DoName().Run(); }, "'Attic'", "1001=" + name + "nn", name},
+        {"Name", [] { DoName().Run(); }, "'Attic'", "1001=" + name + "nn", "name" + name + " "},
         {"Location", [] { DoLocation().Run(); }, "'3' '-4' '0'", "1001=-8 1002=40000 1003=10",
-         "Attic x-8 y40000 z10"},
-        {"Size", size, "'6' '5' [x]", "1001=8 1002=4", "Attic w8 h4 vieww8 viewh4 blank24"},
-        {"Size", size, "'6' '5' [x]", "1003 1001=8 1002=4", "Attic w8 h4 viewh4 blank24"},
+         "x-8 y40000 z10 "},
+        {"Size", size, "'6' '5' [x]", "1001=8 1002=4", "w8 h4 vieww8 viewh4 blank24 "},
+        {"Size", size, "'6' '5' [x]", "1003 1001=8 1002=4", "w8 h4 viewh4 blank24 "},
         // Neither side of a grid passes through one that is too large.
-        {"Size", size, "'6' '5' [x]", "1001=2 1002=32000",
-         "Attic w2 h32000 vieww2 viewh32000 blank10"},
-        {"Viewport", [] { DoViewport().Run(); }, "'5' '5'", "1001=9 1002=3",
-         "Attic w9 vieww9 viewh3"},
+        {"Size", size, "'6' '5' [x]", "1001=2 1002=32000", "w2 h32000 vieww2 viewh32000 blank10 "},
+        {"Viewport", [] { DoViewport().Run(); }, "'5' '5'", "1001=9 1002=3", "w9 vieww9 viewh3 "},
         {"Speckle", area(AreaDialog::Speckle), "'50'", "1002=99", painted},
-        {"Filter", area(AreaDialog::Filter), "[x] [x] [x] [x]", "1001 1003", "Attic chr-1 bg-1"},
-        {"Filter", area(AreaDialog::Filter), "[x] [x] [x] [x]", "1002 1004", "Attic fg-1 attrib-1"},
+        {"Filter", area(AreaDialog::Filter), "[x] [x] [x] [x]", "1001 1003", "chr-1 bg-1 "},
+        {"Filter", area(AreaDialog::Filter), "[x] [x] [x] [x]", "1002 1004", "fg-1 attrib-1 "},
         {"Fade", area(AreaDialog::Fade), "'Left to right' =0 'Random: 0' =0", "1010~3 1003~1",
          painted},
         {"Distance Fade", area(AreaDialog::Distance),
-         "'X multiplier: 0.35' =35 'Y multiplier: 0.45' =45 'Random: 4' =4", "1005~400 1007~205",
-         painted},
+         "'X multiplier: 0.35' =35 'Y multiplier: 0.45' =45 'Random: 4' =4",
+         "1005~400 1007~205 1006?2.05", painted},
         {"Slime fade", area(AreaDialog::Slime), "'Random: 5' =5", "1010~15", painted},
         {"Brush Settings", brush, look, "1001@32,0 1002@33,0 1003@44,0 1009 1004@5,5",
-         "Attic chr2 fg3 bg4 attrib3"},
-        {"Brush Settings", brush, look, "1007 1011", "Attic chr0 fg0 bg0 attrib1"},
+         "chr2 fg3 bg4 attrib3 "},
+        {"Brush Settings", brush, look, "1007 1011", "chr0 fg0 bg0 attrib1 "},
         // The arrows stop at the edges of the grids.
         {"Brush Settings", brush, look, "1002#37 1002#39 1003#38 1003#40 1003#39 1002#40 1002#37",
-         "Attic fg16 bg18"},
+         "fg16 bg18 "},
         // A block has no holes, a heart has.
-        {"Brush Settings", brush, look, "1002@99,90 1010 1001@176,213", "Attic chr219"},
-        {"Brush Settings", brush, look, "1001@176,213 1002@0,0 1010 1001@48,0", "Attic chr3 bg0"},
-        {"Color Select", [] { DoColorSelect().Run(); }, "", "1001@0,10", "Attic fg16", 'a'},
-        {"Tile ClipBoard", [] { DoTileClip().Run(); }, "[ ]", "1002", "Attic skip1"},
-        {"Save Notification", [] { DoSaveNotification::Confirm(); }, "[x]", "1002 1002",
-         "Attic notice0", 'a'},
-        {"Load BMP As", [] { AskForForeground(); }, "", "1002", "Attic", '-'},
-        {"Object ClipBoard", [] { DoObjectClipBoard().Run(); }, "", "", "Attic", '-'},
-        {"Font Edit", [] { DoFontEdit().Run(); }, "=0 [x] [ ]", "", "Attic", '?'},
-        {"Programming", [] { DoProgramming().Run(); }, "", "", "Attic", '?'},
+        {"Brush Settings", brush, look, "1002@99,90 1010 1001@176,213", "chr219 "},
+        {"Brush Settings", brush, look, "1001@176,213 1002@0,0 1010 1001@48,0", "chr3 bg0 "},
+        {"Color Select", [] { DoColorSelect().Run(); }, "", "1001@0,10", "fg16 ", 'a'},
+        {"Tile ClipBoard", [] { DoTileClip().Run(); }, "[ ]", "1002", "skip1 "},
+        {"Save Notification", [] { DoSaveNotification::Confirm(); }, "[x]", "1002 1002", "notice0 ",
+         'a'},
+        {"Load BMP As", [] { AskForForeground(); }, "", "1002", "", '-'},
+        {"Object ClipBoard", [] { DoObjectClipBoard().Run(); }, "", "", "", '-'},
+        {"Font Edit", [] { DoFontEdit().Run(); }, "=0 [x] [ ]", "", "", '?'},
+        {"Programming", [] { DoProgramming().Run(); }, "", "", "", '?'},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.caption + ", row " + std::to_string(&row - rows));
         ExpectRow(row, kIdOk);
         if (row.cancel != '-') ExpectRow(row, kIdCancel);
     }
+}
+
+// What a person does in the panel or, by control 0, in the edit view; then the news, what is asked,
+// and what is redrawn: the list, the edit view, the brush.
+TEST_F(Forms, PanelsWriteAtOnce) {
+    const struct {
+        const char *changes, *outcome;
+    } cases[] = {
+        {"0#9", "1024'Brush - TAB' mode1 EB"},
+        {"1054", "1024'Brush - Text' 1052[ ] 1054[x] mode2 B"},
+        {"1053", "1024'Brush - Blender' 1053[x] 1054[ ] mode3 B"},
+        {"0#9", "1024'Brush - Blender TAB' mode4 EB"},
+        {"1052", "1024'Brush - Normal' 1052[x] 1053[ ] mode0 B"},
+        {"1051~3", "1051=3 chr0 fg0 bg0 attrib0 slot3 B"},
+        {"1051~8 1051~0", "1051=0 chr7 fg-2 bg1 attrib2 slot0 B"},
+        {"1057", "1056 backup30 "},
+        {"1056", "LE"},
+        {"1055", "1055[x] attribs1 LE"},
+        {"1049=3 1060", "1049'3' viewx1 stepX3 E"},
+        {"1059", "viewx0 E"},
+        // A step box may be empty for a while.
+        {"1049= 1050=100", "1049'' 1050'100' stepY100 "},
+        {"1050=101", "message Please enter an integer between 0 and 100. "},
+        {"0%13", "1049'3' "},
+        {"1013@5,5", "dialog Brush Settings "},
+        {"1058", "1076[ ] 1078[ ] 1079[ ] attribs0 panel0 LE"},
+        {"1078", "1078[x] view2 "},
+        {"1079", "1079[x] view3 "},
+        {"1078", "1078[ ] view1 "},
+        {"1076", "1076[x] vieww6 expanded5 LE"},
+        {"1076", "1076[ ] vieww5 expanded0 LE"},
+        {"1071", "dialog Name LE"},
+        {"1073", "vieww6 dialog Size LE"},
+        {"1074", "dialog Viewport LE"},
+        {"1075", "dialog Location LE"},
+        {"1072", "dialog Programming "},
+        {"1077", "1055[ ] panel1 LE"},
+    };
+    ScriptedFrame& own = *script.frame;
+    const auto preview = [&] {
+        return static_cast<ScriptedWindow*>(own.panel->Picture(kBrushPreview));
+    };
+    EXPECT_EQ(own.panel->Look(), "'Brush - Normal' =0 [x] [ ] [ ] [ ] ! '0' '0'");
+    News(own.panel.get());
+    script.answersAll = true;
+    for (const auto& c : cases) {
+        if (preview()) preview()->invalidated = 0;
+        own.List().invalidated = own.Edit().invalidated = 0;
+        Change(*own.panel, c.changes);
+        script.Pump();
+        std::string outcome = News(own.panel.get());
+        for (const std::string& asked : std::exchange(script.asked, {})) outcome += asked + " ";
+        if (own.List().invalidated) outcome += "L";
+        if (own.Edit().invalidated) outcome += "E";
+        if (preview() && preview()->invalidated) outcome += "B";
+        EXPECT_EQ(outcome, c.outcome) << c.changes;
+    }
+    EXPECT_TRUE(own.Edit().focused) << "after the brush's settings";
+    // What is restored; and there is a backup only of the node that one was taken of.
+    frame.EditView().OnCommand(kCmdFill);
+    EXPECT_NE(board->tiles[24], Dtile{});
+    own.panel->Click(kRestoreBackup);
+    EXPECT_EQ(board->tiles[24], Dtile{});
+    world->currentObject = AddNode(*board, "other", 1, 1).id;
+    own.InvalidateAll();
+    EXPECT_FALSE(own.panel->IsEnabled(kRestoreBackup));
+    own.panel->events.OnControl(*own.panel, kRestoreBackup);
+
+    own.panel->Click(kToProperties);
+    script.Pump();
+    ScriptedWindow& viewer = own.panel->Shown(kPropViewer);
+    own.Edit().Send(&WindowEvents::OnRButtonDown, false, Point{9, 9});
+    EXPECT_EQ(viewer.invalidated, 1);
+    viewer.Paint();
+    EXPECT_EQ(viewer.description, "other, Location: -2 x 5 z 0, Size: 1 x 1, View: 1 x 1");
 }
 
 TEST_F(Forms, FadeShowsAndPaintsTheBlendThroughTheSet) {

@@ -45,6 +45,7 @@ TEST(Script, LinesHaveTheStylesOfTheLanguage) {
         {"/n/n?e #die", "11111101111"},
         {"#try n #end", "11110701111"},
         {"#if x>=-5#die", "1110799441111"},
+        {"#if a-3", "1110794"},
         {"#set a/b 3rd", "111107970777"},
         {"#write 1 2 \"a #b .c\" d", "1111110404066666666607"},
         {"#play \"open", "11111066666"},

@@ -60,19 +60,22 @@ ScriptedForm::ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
     events.OnFormPaint(*this);
 }
 
+std::string ScriptedForm::Held(int id) const {
+    using enum ControlKind;
+    const State& state = controls.at(id);
+    const ControlKind kind = state.control->kind;
+    std::string held = state.enabled ? "" : "!";
+    if (kind == Edit || kind == NumberEdit || kind == ReadOnlyEdit) held += "'" + state.text + "'";
+    if (kind == CheckBox || kind == Radio) held += state.checked ? "[x]" : "[ ]";
+    if (kind == Slider || kind == VSlider) held += "=" + std::to_string(state.value);
+    return held;
+}
+
 std::string ScriptedForm::Look() const {
     std::string look;
-    for (const Control& control : layout.controls) {
-        using enum ControlKind;
-        const State& state = controls.at(control.id);
-        const ControlKind kind = control.kind;
-        std::string held = state.enabled ? "" : "!";
-        if (kind == Edit || kind == NumberEdit || kind == ReadOnlyEdit)
-            held += "'" + state.text + "'";
-        if (kind == CheckBox || kind == Radio) held += state.checked ? "[x]" : "[ ]";
-        if (kind == Slider || kind == VSlider) held += "=" + std::to_string(state.value);
-        if (!held.empty()) look += (look.empty() ? "" : " ") + held;
-    }
+    for (const Control& control : layout.controls)
+        if (const std::string held = Held(control.id); !held.empty())
+            look += (look.empty() ? "" : " ") + held;
     return look;
 }
 

@@ -103,8 +103,9 @@ public:
     void EndDialog(int value) override { result = value; }
 
     ScriptedWindow& Shown(int id) { return *controls[id].picture; }
-    /// What every control that holds something holds, in tab order: a text in quotes, a tick as
-    /// [x] or [ ], a slider as =3; "!" before what is disabled.
+    /// What a control holds: a text in quotes, a tick as [x] or [ ], a slider as =3; "!" before
+    /// it when it is disabled. And what all hold that hold something, in tab order.
+    std::string Held(int id) const;
     std::string Look() const;
 
     /// What a person does. On a control that is disabled or not there it fails the test.
