@@ -98,6 +98,7 @@ enum Command : int {
     kCmdObjectClipboard = 33122,
 
     // Posted, never on a menu.
+    kCmdOpenSample = 165534,
     kCmdShowPaintPanel = 165535,
     kCmdShowPropertiesPanel = 165536,
 };

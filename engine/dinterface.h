@@ -140,6 +140,9 @@ public:
     /// Selects the node whose row is hit at pixel y of a list scrolled by y0 pixels, and shows
     /// its board. (0, 15) hits the first board. A miss changes nothing.
     void ClickTreeList(int y0, int y);
+    /// Rows of nodes, without the title; and which of them is the selection's, -1 for none.
+    int TreeRowCount() const { return static_cast<int>(TreeRows().size()); }
+    int SelectedTreeRow() const;
 
     // --- font and picture --------------------------------------------------------------------
     Dfont* GetFont() { return vFont.get(); }

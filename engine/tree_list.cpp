@@ -63,6 +63,14 @@ const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
     return selection;
 }
 
+int Dinterface::SelectedTreeRow() const {
+    const std::vector<TreeRow>& list = TreeRows();
+    const auto found = std::find_if(list.begin(), list.end(), [this](const TreeRow& row) {
+        return row.node->id == currentObject;
+    });
+    return found == list.end() ? -1 : static_cast<int>(found - list.begin());
+}
+
 void Dinterface::ClickTreeList(int y0, int y) {
     constexpr int kGlyphHeight = 8;
     const std::vector<TreeRow>& list = TreeRows();

@@ -28,6 +28,7 @@ enum class ControlKind {
     VSlider,       ///< vertical, `low` at the top
     Picture,       ///< a Window; the client gives its WindowEvents by PictureEvents
     Code,          ///< the text control for scripts, see CodeControl
+    Page,          ///< a text that scrolls and cannot be changed, in simple HTML
 };
 
 struct Control {

@@ -21,6 +21,8 @@ public:
     virtual void OnCommand(int /*command*/) {}
     /// The user wants to close the window, by whatever road. True closes it.
     virtual bool OnClose() { return true; }
+    /// A file was dropped on the window; empty when it was not one file of this machine.
+    virtual void OnDrop(const std::string& /*path*/) {}
     /// The inside (without menu and status bar) has another size. Not sent while minimised.
     virtual void OnSize(Size /*client*/) {}
     /// The frame repaints: the place to put menu ticks in step with the world.

@@ -63,6 +63,9 @@ public:
     virtual bool StartProgram(const std::string& program, const std::string& argument,
                               const std::string& folder) = 0;
 
+    /// Opens a file in the desktop's own program for its kind; false when there is none.
+    virtual bool ShowDocument(const std::string& path) = 0;
+
     /// From true to false the pointer says that work is going on; calls nest. A box or a dialog
     /// that opens meanwhile has its usual pointer.
     virtual void ShowWaitCursor(bool /*on*/) {}

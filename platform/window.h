@@ -66,11 +66,13 @@ public:
     virtual void OnDraw(Window& window) = 0;
 
     /// For a picture in a form: whether Tab and a click give it the keyboard. It then hears the
-    /// keys that move (arrows, Home, End, Page Up, Page Down, Insert, Delete); the form has all
-    /// others.
+    /// keys that move (arrows, Home, End, Page Up, Page Down, Insert, Delete) and is pressed by
+    /// OnPress; the form has all others.
     virtual bool TakesKeys() const { return false; }
+    /// Space, or in a panel Enter, on a form's picture; true takes the key.
+    virtual bool OnPress() { return false; }
 
-    virtual void OnKeyDown(int /*key*/) {}  ///< platform::Key; a held key repeats
+    virtual void OnKeyDown(int /*key*/) {}  ///< platform::Key, with flags; a held key repeats
     virtual void OnKeyUp(int /*key*/) {}    ///< platform::Key; once, when the key is let go
     virtual void OnChar(int /*ch*/) {}      ///< code page 437, 1 to 255; Enter is 13
 

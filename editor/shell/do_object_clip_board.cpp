@@ -11,7 +11,6 @@ using platform::FormWindow;
 namespace {
 
 constexpr const char* kFilter = "QUILT! obj files (*.zobj)|*.zobj||";
-constexpr const char* kExtension = ".zobj";
 constexpr int kAlone = 2;  // DrawObjectMode: the node with its children and nothing else
 
 constexpr Control kControls[] = {
@@ -46,6 +45,13 @@ void DoObjectClipBoard::Run() {
     vPlatform->RunDialog(kForm, *this);
 }
 
+void DoObjectClipBoard::Show(const std::string& path) {
+    if (!FreshObjectClip() ||
+        !vWorld->Import(HandleGuard(vWorld->AddHandle(vObjectClip.get())), path))
+        return;
+    DoObjectClipBoard().Run();
+}
+
 platform::Menu DoObjectClipBoard::FormMenu() {
     return {platform::SubMenu(
         "&File", {platform::Entry("&Load", kObjectLoad), platform::Entry("&Save", kObjectSave)})};
@@ -56,7 +62,7 @@ platform::WindowEvents* DoObjectClipBoard::PictureEvents(int) { return &viewer; 
 void DoObjectClipBoard::OnInit(FormWindow& form) { viewer.Attach(form.Picture(kObjectPicture)); }
 
 void DoObjectClipBoard::OnCommand(FormWindow&, int command) {
-    const platform::FileDialog dialog{"", kFilter, kExtension, ""};
+    const platform::FileDialog dialog{"", kFilter, kObjectExtension, ""};
     const auto path = command == kObjectLoad ? vPlatform->OpenFileDialog(dialog)
                                              : vPlatform->SaveFileDialog(dialog);
     if (!path || !vObjectClip) return;

@@ -5,6 +5,8 @@
 #include "editor/tools/drag_viewer.h"
 #include "platform/form.h"
 
+#include <string>
+
 enum ObjectClipControl : int { kObjectPicture = 1001 };
 enum ObjectClipCommand : int { kObjectLoad = 1, kObjectSave = 2 };
 
@@ -15,10 +17,14 @@ protected:
     const char* Name() const override { return "ObjectViewer"; }
 };
 
+inline constexpr const char* kObjectExtension = ".zobj";
+
 class DoObjectClipBoard final : public platform::FormEvents {
 public:
     /// Modal.
     void Run();
+    /// Loads an object file and runs; a file that cannot be loaded has been reported.
+    static void Show(const std::string& path);
 
     platform::Menu FormMenu() override;
     platform::WindowEvents* PictureEvents(int id) override;

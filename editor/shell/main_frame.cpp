@@ -2,6 +2,7 @@
 
 #include "editor/commands.h"
 #include "editor/script/do_programming.h"
+#include "editor/shell/do_about.h"
 #include "editor/shell/do_name.h"
 #include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/menu_bar.h"
@@ -27,8 +28,10 @@ constexpr const char* kIdleMessage =
 
 }  // namespace
 
-CMainFrame::CMainFrame(std::function<void(int)> onCommand)
+CMainFrame::CMainFrame(std::function<void(int)> onCommand,
+                       std::function<void(const std::string&)> onFile)
     : otherCommand(std::move(onCommand)),
+      onDrop(std::move(onFile)),
       selectView(*this),
       quiltView(*this),
       paintView(*this),
@@ -132,15 +135,13 @@ void CMainFrame::EditName() { DoName().Run(); }
 
 void CMainFrame::EditScript() { DoProgramming().Run(); }
 
-void CMainFrame::About() {
-    vPlatform->MessageBox(
-        "QUILT! " QUILT_VERSION
-        "\n\nThe editor of a game-creation kit for tile games.\n\nFree software under the GNU "
-        "General Public License, version 3 or later.",
-        "About QUILT!", Buttons::Ok, Icon::None);
+void CMainFrame::OnDrop(const std::string& path) {
+    quiltView.EndBox();
+    onDrop(path);
 }
 
 void CMainFrame::OnCommand(int command) {
+    quiltView.EndBox();
     if (command >= kCmdVideoMode && command < kCmdVideoMode + kVideoModes) {
         vWorld->videoMode = command - kCmdVideoMode;
         ShowVideoMode();
@@ -170,7 +171,7 @@ void CMainFrame::OnCommand(int command) {
             DoObjectClipBoard().Run();
             break;
         case kCmdAbout:
-            About();
+            if (DoAbout().Run()) PostCommand(kCmdOpenSample);
             break;
         case kCmdFileExit:
             Close();

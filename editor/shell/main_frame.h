@@ -17,8 +17,10 @@
 class CMainFrame final : public platform::FrameEvents, public ViewHost, public PanelHost {
 public:
     /// `onCommand` takes the commands that are not the frame's own: those of the document and
-    /// the application.
-    explicit CMainFrame(std::function<void(int)> onCommand);
+    /// the application. `onFile` takes the files that are dropped on the window.
+    explicit CMainFrame(
+        std::function<void(int)> onCommand,
+        std::function<void(const std::string&)> onFile = [](const std::string&) {});
     CMainFrame(const CMainFrame&) = delete;
     CMainFrame& operator=(const CMainFrame&) = delete;
     ~CMainFrame() override;
@@ -41,6 +43,7 @@ public:
     // FrameEvents
     void OnCommand(int command) override;
     bool OnClose() override;
+    void OnDrop(const std::string& path) override;
     void OnSize(platform::Size client) override;
     void OnFramePaint() override;
 
@@ -56,6 +59,7 @@ public:
 
     // PanelHost
     void RedrawEditView() override { quiltView.Invalidate(); }
+    void EndBox() override { quiltView.EndBox(); }
     void FocusEditView() override { editWindow->SetFocus(); }
     void EditScript() override;
     void PostCommand(int command) override { vPlatform->PostCommand(command); }
@@ -66,9 +70,9 @@ private:
     void ShowPanel(int command);
     void RedrawPicture(bool isUp);
     void ShowVideoMode();
-    void About();
 
     std::function<void(int)> otherCommand;
+    std::function<void(const std::string&)> onDrop;
     CSelectView selectView;
     CQuiltView quiltView;
     CPaintView paintView;

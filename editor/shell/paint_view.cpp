@@ -19,7 +19,8 @@ constexpr int kMaxStep = 100;
 
 constexpr Control kControls[] = {
     {kBrushPreview, ControlKind::Picture, "Brush Preview", 3, 3, 39, 48, 0, 0,
-     "The brush; click for its settings. Home and End: foreground, Page Up and Page Down: "
+     "The brush; click, Enter or Space for its settings. Home and End: foreground, Page Up and "
+     "Page Down: "
      "background, Insert and Delete: glyph"},
     {kBrushName, ControlKind::ReadOnlyEdit, "Brush mode", 45, 3, 93, 12, 0, 0,
      "How the keys paint; Tab lets every step of the cursor paint"},
@@ -106,7 +107,6 @@ platform::WindowEvents* CPaintView::PictureEvents(int id) {
 void CPaintView::OnInit(FormWindow& form) {
     form.SetValue(kSlotSlider, vBrushSlot);
     preview.Attach(form.Picture(kBrushPreview));
-    preview.role = PreviewRole::Panel;
     preview.openSettings = [this, &form] {
         host.EditBrush();
         form.Invalidate();
@@ -130,6 +130,7 @@ bool CPaintView::OnFormKey(FormWindow& form, int code) {
 }
 
 void CPaintView::OnControl(FormWindow& form, int id) {
+    host.EndBox();
     for (const ModeRadio& radio : kRadios) {
         if (radio.id != id) continue;
         vBrushMode = radio.mode;

@@ -24,5 +24,5 @@ private:
     void ReadStep(platform::FormWindow& form, int id);
 
     PanelHost& host;
-    BrushPreview preview;
+    BrushPreview preview{PreviewRole::Panel};
 };

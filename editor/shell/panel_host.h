@@ -7,6 +7,8 @@ public:
     virtual void RedrawAll() = 0;
     virtual void RedrawTree() = 0;
     virtual void RedrawEditView() = 0;
+    /// A box that keys stretched in the edit view is no longer meant.
+    virtual void EndBox() = 0;
     /// Gives the edit view the keyboard.
     virtual void FocusEditView() = 0;
     /// Posts the command that swaps the panel: carrying it out destroys the panel that asks.

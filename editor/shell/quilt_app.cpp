@@ -1,6 +1,7 @@
 #include "editor/shell/quilt_app.h"
 
 #include "editor/commands.h"
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/recent_files.h"
 #include "engine/bitmap.h"
 #include "engine/compositor.h"
@@ -8,6 +9,7 @@
 #include "platform/platform.h"
 
 #include <array>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 
@@ -61,7 +63,8 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
     world = std::make_unique<Dinterface>();
     vPlatform->SetPalette(ScreenColors(world->GetFont()->GetPalette()));
 
-    frame = std::make_unique<CMainFrame>([this](int command) { OnCommand(command); });
+    frame = std::make_unique<CMainFrame>([this](int command) { OnCommand(command); },
+                                         [this](const std::string& file) { OpenDropped(file); });
     if (!frame->Create()) return false;
     document = std::make_unique<CQuiltDoc>(
         kept,
@@ -96,6 +99,20 @@ void CQuiltApp::OfferLost() {
         document->OnOpenDocument(lost);
 }
 
+void CQuiltApp::OpenDropped(const std::string& path) {
+    std::string ending = std::filesystem::path(path).extension().string();
+    for (char& c : ending) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (ending == kGameExtension)
+        document->OnOpenDocument(path);
+    else if (ending == kObjectExtension)
+        DoObjectClipBoard::Show(path);
+    else
+        ShowEngineMessage(("QUILT! takes one game (.zqlt) or object file (.zobj) at a time." +
+                           (path.empty() ? "" : "\nThis is neither:\n" + path))
+                              .c_str(),
+                          "QUILT!");
+}
+
 // By value: the list that the path comes from changes meanwhile.
 void CQuiltApp::OpenRecent(std::string path) {
     std::error_code error;
@@ -117,6 +134,9 @@ void CQuiltApp::OnCommand(int command) {
             return;
         case kCmdFileSaveAs:
             document->OnFileSaveAs();
+            return;
+        case kCmdOpenSample:
+            document->OnOpenDocument(std::filesystem::absolute(kSampleGame).string());
             return;
         case kCmdRun:
             document->OnFileRun();

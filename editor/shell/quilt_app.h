@@ -32,6 +32,7 @@ public:
 
 private:
     void OnCommand(int command);
+    void OpenDropped(const std::string& path);
     void OpenRecent(std::string path);
     bool OpenFirstDocument(const std::string& game);
     void OfferLost();

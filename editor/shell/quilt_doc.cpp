@@ -13,7 +13,6 @@ namespace {
 
 constexpr const char* kUntitled = "Untitled";
 constexpr const char* kNewFileBase = "Quilt";
-constexpr const char* kExtension = ".zqlt";
 constexpr const char* kPlayer = "QUILT! Runner";
 constexpr const char* kFilter = "QUILT! game Files (*.zqlt)|*.zqlt||";
 
@@ -97,12 +96,15 @@ bool CQuiltDoc::OnOpenDocument(const std::string& path) {
 
 std::string CQuiltDoc::DialogPath() const {
     if (!pathName.empty()) return pathName;
-    return (std::filesystem::path(startFolder) / (std::string(kNewFileBase) + kExtension)).string();
+    return (std::filesystem::path(startFolder) / (std::string(kNewFileBase) + kGameExtension))
+        .string();
 }
 
 bool CQuiltDoc::OnFileOpen() {
     const std::string folder = std::filesystem::path(DialogPath()).parent_path().string() + "/";
-    const auto path = vPlatform->OpenFileDialog({"", kFilter, kExtension, folder, {kept.Folder()}});
+    const auto samples = (std::filesystem::path(programFolder) / kSampleGame).parent_path();
+    const auto path = vPlatform->OpenFileDialog(
+        {"", kFilter, kGameExtension, folder, {kept.Folder(), samples.string()}});
     return path && OnOpenDocument(*path);
 }
 
@@ -124,7 +126,7 @@ bool CQuiltDoc::OnFileSave() {
 }
 
 bool CQuiltDoc::OnFileSaveAs() {
-    const auto path = vPlatform->SaveFileDialog({"", kFilter, kExtension, DialogPath()});
+    const auto path = vPlatform->SaveFileDialog({"", kFilter, kGameExtension, DialogPath()});
     return path && Save(*path, true);
 }
 

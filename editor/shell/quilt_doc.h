@@ -8,6 +8,10 @@
 #include <functional>
 #include <string>
 
+inline constexpr const char* kGameExtension = ".zqlt";
+/// From the program's folder.
+inline constexpr const char* kSampleGame = "Library/samples/lamplight.zqlt";
+
 class CQuiltDoc {
 public:
     /// `changed` is called when the title, the path or the list of recent files has changed,

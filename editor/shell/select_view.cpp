@@ -4,6 +4,7 @@
 #include "editor/shell/tree_menus.h"
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
+#include "platform/keys.h"
 
 #include <algorithm>
 #include <string>
@@ -11,6 +12,8 @@
 namespace {
 
 constexpr int kRowHeight = 10;
+constexpr int kTop = 3;      ///< of the title, pixels
+constexpr int kMenuAt = 30;  ///< where a menu opens by key, pixels from the left
 constexpr int kWheelRows = 5;
 constexpr int kFirstBoardAt = 15;  ///< a pixel row of the first board in the unscrolled list
 
@@ -114,6 +117,59 @@ void CSelectView::OnMouseWheel(int delta) {
     if (delta < 0) vRowY = std::max(vRowY - kWheelRows, 0);
     Invalidate();
 }
+
+// --- keys --------------------------------------------------------------------------------------
+
+int CSelectView::RowsInSight() const {
+    return std::max((window->ClientSize().h - kTop) / kRowHeight, 1);
+}
+
+void CSelectView::SelectRow(int row) {
+    row = std::clamp(row, 0, vWorld->TreeRowCount() - 1);
+    if (row < 0) return;
+    // The title is row 0 of the picture and comes into sight with the first board.
+    vRowY = std::max(std::min(vRowY, row == 0 ? 0 : row + 1), row + 2 - RowsInSight());
+    PickRow(kTop + 1 + (row + 1 - vRowY) * kRowHeight);
+}
+
+void CSelectView::RowMenu() {
+    const int row = vWorld->SelectedTreeRow();
+    if (row >= 0) SelectRow(row);
+    OnCommand(RunMenu({kMenuAt, kTop + std::max(row + 1 - vRowY, 0) * kRowHeight}));
+}
+
+void CSelectView::OnKeyDown(int code) {
+    const int row = vWorld->SelectedTreeRow();
+    const int page = std::max(RowsInSight() - 1, 1);
+    switch (code) {
+        case platform::kKeyUp:
+            return SelectRow(row - 1);
+        case platform::kKeyDown:
+            return SelectRow(row + 1);
+        case platform::kKeyPageUp:
+            return SelectRow(row - page);
+        case platform::kKeyPageDown:
+            return SelectRow(row + page);
+        case platform::kKeyHome:
+            return SelectRow(0);
+        case platform::kKeyEnd:
+            return SelectRow(vWorld->TreeRowCount() - 1);
+        case platform::kKeyEnter:
+            return EditScript();
+        case platform::kKeyEnter | platform::kWithCtrl:
+            return SwapPanel();
+        case platform::kKeyApps:
+            return RowMenu();
+        case platform::kKeyDelete:
+            return Delete();
+        case platform::kKeyEscape:
+            return host.FocusEditView();
+        default:
+            break;
+    }
+}
+
+// --- menus -------------------------------------------------------------------------------------
 
 int CSelectView::RunMenu(platform::Point at) {
     // Where there is no board yet, the menu of boards adds one.

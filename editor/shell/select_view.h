@@ -17,6 +17,8 @@ public:
     void Invalidate() { window->Invalidate(); }
 
     void OnDraw(platform::Window& own) override;
+    bool TakesKeys() const override { return true; }
+    void OnKeyDown(int code) override;
     void OnLButtonDown(bool ctrl, platform::Point at) override;
     void OnLButtonUp(bool ctrl, platform::Point at) override;
     void OnLButtonDblClk(bool ctrl, platform::Point at) override;
@@ -34,6 +36,10 @@ private:
     static const Binding kBindings[];
 
     void PickRow(int y);
+    /// By its place in the list, brought into sight; one beyond an end is that at the end.
+    void SelectRow(int row);
+    int RowsInSight() const;
+    void RowMenu();
     void SelectFirstBoard();
     void SwapPanel();
     int RunMenu(platform::Point at);

@@ -36,6 +36,12 @@ void BrushPreview::OnDraw(platform::Window& own) {
     if (role == PreviewRole::Settings && showNumbers) showNumbers(BrushNumbers());
 }
 
+bool BrushPreview::OnPress() {
+    if (role != PreviewRole::Panel || !openSettings) return false;
+    openSettings();
+    return true;
+}
+
 void BrushPreview::OnLButtonUp(bool, platform::Point at) {
     if (role == PreviewRole::Panel && openSettings && Holds(at)) openSettings();
 }

@@ -7,19 +7,23 @@
 
 enum class PreviewRole {
     Settings = 0,    ///< in Brush Settings: also writes the brush's numbers
-    Panel = 1,       ///< on the paint panel: a click opens Brush Settings
+    Panel = 1,       ///< on the paint panel: a click, Enter or Space opens Brush Settings
     FontEditor = 2,  ///< only shows
 };
 
 class BrushPreview final : public PictureControl {
 public:
+    explicit BrushPreview(PreviewRole use) : role(use) {}
+
     void OnDraw(platform::Window& own) override;
     void OnLButtonUp(bool ctrl, platform::Point at) override;
+    bool TakesKeys() const override { return role == PreviewRole::Panel; }
+    bool OnPress() override;
 
-    PreviewRole role = PreviewRole::Panel;
+    const PreviewRole role;
     /// In the role Settings, at each repaint: glyph, colours and attribute of the brush.
     std::function<void(const std::string&)> showNumbers;
-    /// In the role Panel, after a click.
+    /// In the role Panel, after a click, Enter or Space.
     std::function<void()> openSettings;
 };
 

@@ -66,7 +66,6 @@ void DoBrushSettings::OnInit(FormWindow& form) {
     fg.Attach(form.Picture(kBrushFg));
     bg.Attach(form.Picture(kBrushBg));
     preview.Attach(form.Picture(kBrushSwatch));
-    preview.role = PreviewRole::Settings;
     preview.showNumbers = [&form](const std::string& text) { form.SetText(kBrushNumbers, text); };
     glyphs.repaintPreview = fg.repaintPreview = bg.repaintPreview = [this] { ShowBrush(); };
     if (vBrush.attrib >= 0 && vBrush.attrib < kAttributes)

@@ -38,5 +38,5 @@ private:
     CharSelect glyphs;
     FgColorSelect fg;
     BgColorSelect bg;
-    BrushPreview preview;
+    BrushPreview preview{PreviewRole::Settings};
 };

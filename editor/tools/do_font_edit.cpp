@@ -97,7 +97,6 @@ void DoFontEdit::OnInit(FormWindow& form) {
     editor.Attach(form.Picture(kFontCharEdit));
     preview.Attach(form.Picture(kFontPreview));
     browser.Attach(form.Picture(kFontCharSelect));
-    preview.role = PreviewRole::FontEditor;
     browser.repaintPreview = [this] { preview.Invalidate(); };
     browser.repaintCharEdit = [this] { editor.Invalidate(); };
     form.SetCheck(kFontCharMode, true);

@@ -52,7 +52,7 @@ private:
     void Save();
 
     CharEdit editor;
-    BrushPreview preview;
+    BrushPreview preview{PreviewRole::FontEditor};
     CharSelect browser;
     GlyphPixels copied{};  ///< by the last Copy
     bool spriteMode = false;

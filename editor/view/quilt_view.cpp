@@ -93,7 +93,8 @@ void CQuiltView::DrawMarks() {
     const Point anchor{vAnchorX + tPX, vAnchorY + tPY};
     Point first;
     Point last;
-    if (vPanelMode == kPanelPaint && vToolState == kDragBox) {
+    const bool box = vToolState == kDragBox || vToolState == kKeyBox;
+    if (vPanelMode == kPanelPaint && box) {
         first = {std::min(cursor.x, anchor.x), std::min(cursor.y, anchor.y)};
         last = {std::max(cursor.x, anchor.x), std::max(cursor.y, anchor.y)};
         DrawBoxMark(to, first, last);
@@ -133,7 +134,11 @@ void CQuiltView::OnDraw(platform::Window& own) {
     const double zoom = static_cast<double>(vZoom);
     own.ShowPicture({vBackBuffer->line, vBackW, vBackH},
                     {Truncated(vBackW / zoom), Truncated(vBackH / zoom)});
-    own.SetDescription(Describe(Cursor()));
+    std::string description = Describe(Cursor());
+    if (vToolState == kKeyBox)
+        description += "; box of " + std::to_string(std::abs(vAnchorX - vCursorX) + 1) + " x " +
+                       std::to_string(std::abs(vAnchorY - vCursorY) + 1);
+    own.SetDescription(description);
     onShown();
 }
 
@@ -143,8 +148,8 @@ Point CQuiltView::TileAt(Point pixel) const {
     return {Truncated(pixel.x / Scale() - tPX), Truncated(pixel.y / Scale() - tPY)};
 }
 
-Point CQuiltView::CursorCorner() const {
-    return {Truncated((vCursorX + tPX + 1) * Scale()), Truncated((vCursorY + tPY + 1) * Scale())};
+Point CQuiltView::CornerOf(Point tile) const {
+    return {Truncated((tile.x + tPX + 1) * Scale()), Truncated((tile.y + tPY + 1) * Scale())};
 }
 
 void CQuiltView::PlaceCursor(Point tile) {
@@ -246,6 +251,12 @@ void CQuiltView::OnMouseMove(bool, Point at) {
 void CQuiltView::OnMouseWheel(int delta) {
     if (delta > 0) OnCommand(kCmdZoomIn);
     if (delta < 0) OnCommand(kCmdZoomOut);
+}
+
+void CQuiltView::EndBox() {
+    if (vToolState != kKeyBox) return;
+    vToolState = kIdle;
+    Invalidate();
 }
 
 // --- menus and picking -------------------------------------------------------------------------

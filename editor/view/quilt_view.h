@@ -19,6 +19,7 @@
 #include <functional>
 #include <limits>
 #include <set>
+#include <span>
 
 /// What the view asks of the panes and panels around it.
 class ViewHost {
@@ -50,6 +51,7 @@ public:
     /// The window that the view lives in; before the first event.
     void Attach(platform::Window& own) { window = &own; }
     void Invalidate() { window->Invalidate(); }
+    void EndBox();
     /// Called after each repaint, which every change of the world brings.
     std::function<void()> onShown = [] {};
 
@@ -72,7 +74,7 @@ public:
     float Zoom() const { return vZoom; }
     /// The scroll in tiles.
     platform::Point Scroll() const { return {tPX, tPY}; }
-    /// The codes of the keys that act while that panel is up, each once.
+    /// The codes, with flags, of the keys that act while that panel is up, each once.
     static std::set<int> KeysOf(PanelMode panel);
 
 private:
@@ -82,11 +84,13 @@ private:
         kDragBox = 2,     ///< right button: a box, or a move of the current object
         kFollow = 3,      ///< left button in the paint panel: the cursor follows
         kDragPoints = 4,  ///< right button with Ctrl: where a primitive begins and ends
+        kKeyBox = 5,      ///< Ctrl and arrows in the paint panel: a box that stays
     };
     static constexpr std::int32_t kNowhere = std::numeric_limits<std::int32_t>::min();
 
     using KeyAction = void (CQuiltView::*)();
     struct KeyBinding;
+    static const KeyBinding kViewKeys[];
     static const KeyBinding kPaintKeys[];
     static const KeyBinding kPropertiesKeys[];
 
@@ -98,8 +102,8 @@ private:
     // places
     double Scale() const { return 8.0 / static_cast<double>(vZoom); }
     platform::Point TileAt(platform::Point pixel) const;
-    /// Window point of the lower right corner of the cursor's tile.
-    platform::Point CursorCorner() const;
+    /// Window point of the lower right corner of a world tile.
+    platform::Point CornerOf(platform::Point tile) const;
     void PlaceCursor(platform::Point tile);
     void DragView(platform::Point pixel);
     void MoveCurrentObject(platform::Point tile);
@@ -112,8 +116,7 @@ private:
     void ZoomBy(float factor);
 
     // keys
-    template <std::size_t Count>
-    void RunKey(const KeyBinding (&bindings)[Count], int code, unsigned mode);
+    bool RunKey(std::span<const KeyBinding> bindings, int code, unsigned mode);
     void Stamp();
     void BlendStep();
     void PaintStep();
@@ -129,7 +132,13 @@ private:
     void EnterTabMode();
     void LeaveTabMode();
     void SetBrushMode(int mode);
-    void ToolMenuAtCursor();
+    template <int dx, int dy>
+    void StretchBox();
+    template <int dx, int dy>
+    void ScrollTiles();
+    void CenterCursor();
+    void ToolMenuByKey();
+    void ShapesByKey();
     void StepBrush(std::int32_t& field, int step, int last);
     void FgDown();
     void FgUp();

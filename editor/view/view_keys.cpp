@@ -8,7 +8,6 @@
 #include "platform/keys.h"
 
 #include <algorithm>
-#include <span>
 
 namespace {
 
@@ -21,6 +20,9 @@ constexpr unsigned kBrushes = kNormal | In(kBrushTab);
 constexpr unsigned kBySteps = kNormal | kBlender;
 constexpr unsigned kAllButText = kBySteps | kTabs;
 constexpr unsigned kAlways = ~0u;
+
+constexpr int kCtrl = platform::kWithCtrl;
+constexpr int kCtrlShift = kCtrl | platform::kWithShift;
 
 constexpr int kLastColor = 255;
 constexpr int kBlank = 32;
@@ -53,7 +55,22 @@ struct CQuiltView::KeyBinding {
     KeyAction action;
 };
 
+// Of both panels.
+const CQuiltView::KeyBinding CQuiltView::kViewKeys[] = {
+    {kCtrlShift | platform::kKeyUp, kAlways, &CQuiltView::ScrollTiles<0, -1>},
+    {kCtrlShift | platform::kKeyDown, kAlways, &CQuiltView::ScrollTiles<0, 1>},
+    {kCtrlShift | platform::kKeyLeft, kAlways, &CQuiltView::ScrollTiles<-1, 0>},
+    {kCtrlShift | platform::kKeyRight, kAlways, &CQuiltView::ScrollTiles<1, 0>},
+    {platform::kKeyF4, kAlways, &CQuiltView::CenterCursor},
+};
+
 const CQuiltView::KeyBinding CQuiltView::kPaintKeys[] = {
+    {kCtrl | platform::kKeyUp, kAllButText, &CQuiltView::StretchBox<0, -1>},
+    {kCtrl | platform::kKeyDown, kAllButText, &CQuiltView::StretchBox<0, 1>},
+    {kCtrl | platform::kKeyLeft, kAllButText, &CQuiltView::StretchBox<-1, 0>},
+    {kCtrl | platform::kKeyRight, kAllButText, &CQuiltView::StretchBox<1, 0>},
+    {kCtrl | platform::kKeyApps, kAllButText, &CQuiltView::ShapesByKey},
+    {platform::kKeyEscape, kAllButText, &CQuiltView::EndBox},
     {platform::kKeyUp, kAllButText, &CQuiltView::KeyUpArrow},
     {platform::kKeyDown, kAllButText, &CQuiltView::KeyDownArrow},
     {platform::kKeyLeft, kAllButText, &CQuiltView::KeyLeftArrow},
@@ -63,7 +80,7 @@ const CQuiltView::KeyBinding CQuiltView::kPaintKeys[] = {
     {platform::kKeyEnter, kBySteps, &CQuiltView::Eyedropper},
     {platform::kKeyTab, kBySteps, &CQuiltView::EnterTabMode},
     {platform::kKeyTab, kTabs, &CQuiltView::LeaveTabMode},
-    {platform::kKeyApps, kBySteps, &CQuiltView::ToolMenuAtCursor},
+    {platform::kKeyApps, kAllButText, &CQuiltView::ToolMenuByKey},
     {platform::kKeyHome, kAllButText, &CQuiltView::FgDown},
     {platform::kKeyEnd, kAllButText, &CQuiltView::FgUp},
     {platform::kKeyPageUp, kAllButText, &CQuiltView::BgDown},
@@ -86,30 +103,37 @@ const CQuiltView::KeyBinding CQuiltView::kPropertiesKeys[] = {
 
 std::set<int> CQuiltView::KeysOf(PanelMode panel) {
     using Bindings = std::span<const KeyBinding>;
-    const auto bindings = panel == kPanelPaint ? Bindings(kPaintKeys) : Bindings(kPropertiesKeys);
+    const auto own = panel == kPanelPaint ? Bindings(kPaintKeys) : Bindings(kPropertiesKeys);
     std::set<int> keys;
-    for (const KeyBinding& binding : bindings) keys.insert(binding.key);
+    for (const Bindings bindings : {Bindings(kViewKeys), own})
+        for (const KeyBinding& binding : bindings) keys.insert(binding.key);
     return keys;
 }
 
-template <std::size_t Count>
-void CQuiltView::RunKey(const KeyBinding (&bindings)[Count], int code, unsigned mode) {
+bool CQuiltView::RunKey(std::span<const KeyBinding> bindings, int code, unsigned mode) {
     for (const KeyBinding& binding : bindings) {
         if (binding.key != code || !(binding.modes & mode)) continue;
         (this->*binding.action)();
         Invalidate();
-        return;
+        return true;
     }
+    return false;
 }
 
 void CQuiltView::OnKeyDown(int code) {
-    if (vPanelMode != kPanelPaint) {
-        RunKey(kPropertiesKeys, code, kAlways);
-        return;
-    }
-    const bool blender = vBrushMode == kBrushBlender;
-    RunKey(kPaintKeys, code, In(vBrushMode));
-    if (blender) RememberVisit(code);
+    const bool paint = vPanelMode == kPanelPaint;
+    // Shift is then on its way to be a part of another key.
+    const bool half = code == (kCtrl | platform::kKeyShift) ||
+                      (vToolState == kKeyBox && code == platform::kKeyShift);
+    if (half || RunKey(kViewKeys, code, kAlways)) return;
+    using Bindings = std::span<const KeyBinding>;
+    const auto own = paint ? Bindings(kPaintKeys) : Bindings(kPropertiesKeys);
+    const unsigned mode = paint ? In(vBrushMode) : kAlways;
+    const bool blender = paint && vBrushMode == kBrushBlender;
+    const int plain = platform::PlainKey(code);
+    // A key that is not another one with Ctrl is itself with Ctrl, too.
+    if (!RunKey(own, code, mode) && code != plain) RunKey(own, plain, mode);
+    if (blender) RememberVisit(plain);
 }
 
 // The Blender steps once for a visit to a tile, so that a held key does not run through all its
@@ -152,6 +176,7 @@ void CQuiltView::PenDown() {
 }
 
 void CQuiltView::MoveCursor(int dx, int dy) {
+    EndBox();
     vCursorX += dx;
     vCursorY += dy;
     if (vPanelMode != kPanelPaint) return;
@@ -177,11 +202,50 @@ void CQuiltView::LeaveTabMode() {
     SetBrushMode(vBrushMode == kBrushTab ? kBrushNormal : kBrushBlender);
 }
 
-void CQuiltView::ToolMenuAtCursor() {
-    vAnchorX = vCursorX;
-    vAnchorY = vCursorY;
-    RunToolMenu(CursorCorner());
+// --- boxes and the view ------------------------------------------------------------------------
+
+template <int dx, int dy>
+void CQuiltView::StretchBox() {
+    if (vToolState != kKeyBox) {
+        vToolState = kKeyBox;
+        vAnchorX = vCursorX;
+        vAnchorY = vCursorY;
+    }
+    vAnchorX += dx;
+    vAnchorY += dy;
 }
+
+void CQuiltView::ToolMenuByKey() {
+    const bool box = vToolState == kKeyBox;
+    if (!box && !(In(vBrushMode) & kBySteps)) return;
+    if (!box) {
+        vAnchorX = vCursorX;
+        vAnchorY = vCursorY;
+    }
+    RunToolMenu(CornerOf(Anchor()));
+}
+
+void CQuiltView::ShapesByKey() {
+    if (vToolState != kKeyBox) return ToolMenuByKey();
+    // The two points show while the menu is up.
+    vToolState = kDragPoints;
+    Invalidate();
+    RunMenu(vPrimMenu, CornerOf(Anchor()));
+}
+
+template <int dx, int dy>
+void CQuiltView::ScrollTiles() {
+    tPX -= dx;
+    tPY -= dy;
+}
+
+void CQuiltView::CenterCursor() {
+    const platform::Size client = window->ClientSize();
+    tPX = static_cast<int>(client.w / Scale() / 2) - vCursorX;
+    tPY = static_cast<int>(client.h / Scale() / 2) - vCursorY;
+}
+
+// --- the brush ---------------------------------------------------------------------------------
 
 void CQuiltView::StepBrush(std::int32_t& field, int step, int last) {
     if (step < 0 ? field > 0 : field < last) field += step;
@@ -234,7 +298,7 @@ void CQuiltView::RecolorGrid() {
     RestoreBrush();
 }
 
-void CQuiltView::PickAtCursor() { Pick(CursorCorner()); }
+void CQuiltView::PickAtCursor() { Pick(CornerOf(Cursor())); }
 
 // --- typing ------------------------------------------------------------------------------------
 

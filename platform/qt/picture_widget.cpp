@@ -328,7 +328,10 @@ void PictureWidget::keyPressEvent(QKeyEvent* event) {
     const bool forForm = inForm && (!moves || ctrl);
     if (!events || forForm || (alt && !ctrl)) return QWidget::keyPressEvent(event);
     if (code == platform::kKeyShift) shiftDown = true;
-    if (code) events->OnKeyDown(code);
+    const bool flagged = code && ctrl && !alt && !inForm;
+    const bool shift = event->modifiers() & Qt::ShiftModifier && code != platform::kKeyShift;
+    const int flags = platform::kWithCtrl | (shift ? platform::kWithShift : 0);
+    if (code) events->OnKeyDown(flagged ? code | flags : code);
     // Ctrl with Alt types the third level of some keyboards, as AltGr does.
     if (ctrl && !alt) return;
     for (int ch : TypedCodes(event->text())) events->OnChar(ch);

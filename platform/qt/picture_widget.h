@@ -25,6 +25,8 @@ public:
     PictureWidget(QWidget* parent, platform::WindowEvents* listener);
     /// A form's picture: Tab and a click give it the keyboard if the listener takes keys.
     void BePartOfForm();
+    /// Space or Enter on a form's picture; true when the listener took it.
+    bool PressByKey() { return events && events->OnPress(); }
 
     // platform::Window
     platform::Size ClientSize() const override;

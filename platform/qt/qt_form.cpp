@@ -16,6 +16,7 @@
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QSlider>
+#include <QTextBrowser>
 #include <algorithm>
 
 using platform::CodeEvent;
@@ -135,6 +136,11 @@ QWidget* QtForm::MakeControl(const Control& control) {
             auto* picture = new PictureWidget(this, events.PictureEvents(control.id));
             picture->BePartOfForm();
             return picture;
+        }
+        case ControlKind::Page: {
+            auto* page = new QTextBrowser(this);
+            page->setTabChangesFocus(true);
+            return page;
         }
         case ControlKind::Code:
             return MakeCode(control);
@@ -257,7 +263,7 @@ void QtForm::LayOut() {
 }
 
 void QtForm::FocusFirst() {
-    if (focusWidget()) return;
+    if (QWidget* last = focusWidget()) return last->setFocus(Qt::TabFocusReason);
     for (const Control& control : form.controls) {
         QWidget* widget = widgets[control.id];
         if (!widget->isEnabled() || !(widget->focusPolicy() & Qt::TabFocus)) continue;
@@ -284,6 +290,8 @@ void QtForm::SetText(int id, const std::string& text) {
         button->setText(shown);
     } else if (auto* label = Find<QLabel>(id)) {
         label->setText(shown);
+    } else if (auto* page = Find<QTextBrowser>(id)) {
+        page->setHtml(shown);
     }
 }
 
@@ -361,6 +369,23 @@ void QtForm::GiveUp(const QList<QKeySequence>& mnemonics) {
 
 // --- events ------------------------------------------------------------------------------------
 
+// In a panel Tab goes round.
+bool QtForm::focusNextPrevChild(bool next) {
+    if (!onHome) return QWidget::focusNextPrevChild(next);
+    std::vector<QWidget*> stops;
+    for (const Control& control : form.controls) {
+        QWidget* widget = widgets[control.id];
+        if (widget->isEnabled() && widget->focusPolicy() & Qt::TabFocus) stops.push_back(widget);
+    }
+    const auto present = std::find(stops.begin(), stops.end(), focusWidget());
+    const auto count = static_cast<std::ptrdiff_t>(stops.size());
+    if (present == stops.end()) return false;
+    const auto to = (present - stops.begin() + (next ? 1 : count - 1)) % count;
+    stops[static_cast<std::size_t>(to)]->setFocus(next ? Qt::TabFocusReason
+                                                       : Qt::BacktabFocusReason);
+    return true;
+}
+
 void QtForm::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     events.OnFormPaint(*this);
@@ -379,6 +404,9 @@ bool QtForm::eventFilter(QObject* watched, QEvent* event) {
         if (plain && code && events.OnFormKey(*this, code)) return true;
         const auto* edit = qobject_cast<const QLineEdit*>(watched);
         if (edit && edit->validator() && key.text() == QLatin1String("-")) return true;
+        const bool presses = code == platform::kKeySpace || (onHome && code == platform::kKeyEnter);
+        auto* picture = dynamic_cast<PictureWidget*>(watched);
+        if (plain && presses && picture && picture->PressByKey()) return true;
         const bool leaves = code == platform::kKeyEscape || code == platform::kKeyEnter;
         if (onHome && leaves) {
             onHome();

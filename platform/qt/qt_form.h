@@ -26,7 +26,8 @@ public:
     void SetHome(std::function<void()> focusHome) { onHome = std::move(focusHome); }
     /// These Alt keys belong to others: the buttons that have them as well lose them.
     void GiveUp(const QList<QKeySequence>& mnemonics);
-    /// The first control that takes the keyboard, with its text selected, unless one has it.
+    /// The keyboard goes to the control that had it last, else to the first that takes it, with
+    /// its text selected.
     void FocusFirst();
 
     // platform::FormWindow
@@ -51,6 +52,7 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void MakeControls();

@@ -10,8 +10,11 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QMimeData>
+#include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QWindow>
 #include <algorithm>
@@ -59,20 +62,41 @@ public:
     QSize sizeHint() const override { return widget()->sizeHint(); }
 };
 
+// Lies around the pane that has the keyboard, over the bars between the panes.
+class PaneRing final : public QWidget {
+public:
+    static constexpr int kWidth = 2;
+
+    explicit PaneRing(QWidget* parent) : QWidget(parent) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+protected:
+    void resizeEvent(QResizeEvent*) override {
+        const QMargins inside(kWidth, kWidth, kWidth, kWidth);
+        setMask(QRegion(rect()) - QRegion(rect().marginsRemoved(inside)));
+    }
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).fillRect(rect(), palette().color(QPalette::Highlight));
+    }
+};
+
 }  // namespace
 
 QtFrame::QtFrame(platform::FrameEvents& listener)
     : events(listener),
       outer(new QSplitter(Qt::Horizontal, this)),
       inner(new QSplitter(Qt::Vertical, this)),
-      message(new QLabel(this)) {
+      message(new QLabel(this)),
+      ring(new PaneRing(this)) {
     setCentralWidget(outer);
     outer->addWidget(inner);
     outer->setStretchFactor(0, 1);
     outer->setChildrenCollapsible(false);
     inner->setChildrenCollapsible(false);
-    constexpr int kFrameEdge = 1;
-    outer->setContentsMargins(kFrameEdge, kFrameEdge, kFrameEdge, kFrameEdge);
+    constexpr int kEdge = PaneRing::kWidth;
+    outer->setContentsMargins(kEdge, kEdge, kEdge, kEdge);
 
     statusBar()->addWidget(message, 1);
     const char* const names[] = {"CAP", "NUM", "SCRL"};
@@ -81,7 +105,14 @@ QtFrame::QtFrame(platform::FrameEvents& listener)
         locks[i]->setEnabled(false);
         statusBar()->addPermanentWidget(locks[i]);
     }
+    setAcceptDrops(true);
     qApp->installEventFilter(this);
+    connect(qApp, &QApplication::focusChanged, this, [this] { ShowFocus(); });
+    for (const int step : {1, -1}) {
+        const QKeySequence keys(step > 0 ? Qt::Key_F6 : Qt::SHIFT | Qt::Key_F6);
+        connect(new QShortcut(keys, this), &QShortcut::activated, this,
+                [this, step] { GoToPane(step); });
+    }
     const QSize room = screen()->availableSize() - kTitleBar;
     resize(kUsualSize.boundedTo(room));
 }
@@ -179,9 +210,10 @@ bool QtFrame::eventFilter(QObject* watched, QEvent* event) {
     if (message->text() != idle && EndsNotice(*watched, *event)) message->setText(idle);
     // Once for each event, on its way to the window.
     if (isKey && watched == windowHandle()) ShowLocks(*static_cast<QKeyEvent*>(event));
-    if (event->type() == QEvent::MouseButtonRelease &&
-        std::find(panes.begin(), panes.end(), watched) != panes.end())
-        FocusHome();
+    if (std::find(panes.begin(), panes.end(), watched) != panes.end()) {
+        if (event->type() == QEvent::MouseButtonRelease) FocusHome();
+        if (event->type() == QEvent::Resize || event->type() == QEvent::Move) ShowFocus();
+    }
     // A text field would keep some of the menu bar's keys to itself.
     if (event->type() == QEvent::ShortcutOverride) {
         const auto* widget = qobject_cast<QWidget*>(watched);
@@ -221,6 +253,7 @@ platform::Window* QtFrame::CreatePane(Pane pane, platform::WindowEvents& listene
     auto* window = new PictureWidget(nullptr, &listener);
     constexpr int kLeast = 24;
     window->setMinimumSize(kLeast, kLeast);
+    if (listener.TakesKeys()) window->setFocusPolicy(Qt::TabFocus);
     window->setObjectName(QString::fromLatin1(pane == Pane::Left ? "list" : "edit"));
     Place(pane, window);
     return window;
@@ -292,6 +325,36 @@ void QtFrame::FocusHome() {
     if (home) home->setFocus(Qt::OtherFocusReason);
 }
 
+QWidget* QtFrame::FocusedPane() const {
+    const QWidget* focus = QApplication::focusWidget();
+    const auto has = [focus](const QWidget* pane) {
+        return pane && focus && (pane == focus || pane->isAncestorOf(focus));
+    };
+    const auto found = std::find_if(panes.begin(), panes.end(), has);
+    return found == panes.end() ? nullptr : found->data();
+}
+
+void QtFrame::GoToPane(int step) {
+    const auto count = static_cast<std::ptrdiff_t>(panes.size());
+    const auto present = std::find(panes.begin(), panes.end(), FocusedPane()) - panes.begin();
+    if (present == count) return FocusHome();
+    QWidget* next = panes[static_cast<std::size_t>((present + step + count) % count)];
+    if (next == panes[IndexOf(Pane::Lower)])
+        form->FocusFirst();
+    else
+        next->setFocus(Qt::TabFocusReason);
+}
+
+void QtFrame::ShowFocus() {
+    const QWidget* pane = FocusedPane();
+    ring->setVisible(pane);
+    if (!pane) return;
+    constexpr int kOut = PaneRing::kWidth;
+    ring->setGeometry(
+        QRect(pane->mapTo(this, QPoint()), pane->size()).adjusted(-kOut, -kOut, kOut, kOut));
+    ring->raise();
+}
+
 void QtFrame::Show() {
     show();
     // The panes have their real sizes only now.
@@ -304,6 +367,19 @@ void QtFrame::Show() {
 void QtFrame::Post(int command) {
     QMetaObject::invokeMethod(
         this, [this, command] { events.OnCommand(command); }, Qt::QueuedConnection);
+}
+
+void QtFrame::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void QtFrame::dropEvent(QDropEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const std::string path = urls.size() == 1 ? ToUtf8(urls.front().toLocalFile()) : "";
+    event->acceptProposedAction();
+    // Whoever the file comes from waits until the drop has been answered.
+    QMetaObject::invokeMethod(
+        this, [this, path] { events.OnDrop(path); }, Qt::QueuedConnection);
 }
 
 void QtFrame::closeEvent(QCloseEvent* event) {

@@ -40,6 +40,8 @@ public:
     void Post(int command);
 
 protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -49,6 +51,12 @@ private:
     /// Puts a widget in a pane's place, in the size of what stood there.
     void Place(platform::Pane pane, QWidget* content);
     void FocusHome();
+    /// The pane that has the keyboard, or null.
+    QWidget* FocusedPane() const;
+    /// Gives the keyboard to the next pane, or with -1 to the one before.
+    void GoToPane(int step);
+    /// Puts the ring around the pane that has the keyboard.
+    void ShowFocus();
     /// Whether a notice has been seen by the time of this event.
     bool EndsNotice(const QObject& watched, const QEvent& event) const;
     void ShowLocks(const QKeyEvent& event);
@@ -68,6 +76,7 @@ private:
     std::array<QPointer<QWidget>, 3> panes;
     QPointer<QtForm> form;
     QPointer<PictureWidget> home;
+    QWidget* ring;
     int leftWidth = 0;
     int lowerHeight = 0;
 };

@@ -31,6 +31,7 @@ constexpr KeyPair kKeys[] = {
     {Qt::Key_Menu, platform::kKeyApps},
     {Qt::Key_F1, platform::kKeyF1},
     {Qt::Key_F2, platform::kKeyF2},
+    {Qt::Key_F4, platform::kKeyF4},
 };
 
 bool IsControl(char32_t c) {
@@ -42,6 +43,7 @@ bool IsControl(char32_t c) {
 
 int KeyCode(const QKeyEvent& event) {
     const int qt = event.key();
+    if (qt == Qt::Key_F10 && event.modifiers() & Qt::ShiftModifier) return platform::kKeyApps;
     for (const KeyPair& pair : kKeys)
         if (pair.qt == qt) return pair.code;
     const bool plain = (qt >= Qt::Key_0 && qt <= Qt::Key_9) || (qt >= Qt::Key_A && qt <= Qt::Key_Z);

@@ -8,12 +8,14 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/usual_cursor.h"
 
+#include <QDesktopServices>
 #include <QFontDatabase>
 #include <QGridLayout>
 #include <QIcon>
 #include <QMessageBox>
 #include <QProcess>
 #include <QScreen>
+#include <QUrl>
 
 #include <algorithm>
 #include <charconv>
@@ -142,6 +144,10 @@ std::vector<std::string> QtPlatform::FixedPitchFaces() {
 bool QtPlatform::StartProgram(const std::string& program, const std::string& argument,
                               const std::string& folder) {
     return QProcess::startDetached(FromUtf8(program), {FromUtf8(argument)}, FromUtf8(folder));
+}
+
+bool QtPlatform::ShowDocument(const std::string& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(FromUtf8(path)));
 }
 
 void QtPlatform::ShowWaitCursor(bool on) {

@@ -36,6 +36,7 @@ public:
     std::vector<std::string> FixedPitchFaces() override;
     bool StartProgram(const std::string& program, const std::string& argument,
                       const std::string& folder) override;
+    bool ShowDocument(const std::string& path) override;
     void ShowWaitCursor(bool on) override;
     void PostCommand(int command) override;
     int Run() override;

@@ -1,6 +1,6 @@
 // What the documents say, against the program and the tree.
 
-#include "editor/shell/menu_bar.h"
+#include "editor/shell/key_table.h"
 #include "editor/view/quilt_view.h"
 #include "platform/keys.h"
 #include "tests/support/temp_folder.h"
@@ -59,18 +59,6 @@ Row Split(const std::string& text, const std::string& by) {
     return {std::sregex_token_iterator(text.begin(), text.end(), separator, -1), {}};
 }
 
-// The rows of the README's table with that heading, cell by cell.
-std::vector<Row> Table(const std::string& heading) {
-    std::istringstream readme(FileBytes(kSource / "README.md"));
-    std::vector<Row> rows;
-    std::string line;
-    while (std::getline(readme, line) && line != heading) {
-    }
-    while (std::getline(readme, line) && line.starts_with("|"))
-        if (line[1] != '-') rows.push_back(Split(line.substr(2), " *\\| *"));
-    return rows;
-}
-
 const std::map<std::string, int> kKeyNames{
     {"Up", platform::kKeyUp},
     {"Down", platform::kKeyDown},
@@ -89,15 +77,16 @@ const std::map<std::string, int> kKeyNames{
     {"Delete", platform::kKeyDelete},
     {"F1", platform::kKeyF1},
     {"F2", platform::kKeyF2},
+    {"F4", platform::kKeyF4},
+    {"Escape", platform::kKeyEscape},
 };
 
-void CollectShortcuts(const platform::Menu& menu, std::map<std::string, std::string>& found) {
-    for (const platform::MenuItem& item : menu) {
-        std::string text = item.text;
-        std::erase(text, '&');
-        if (!item.key.empty()) found[item.key] = text;
-        CollectShortcuts(item.items, found);
-    }
+// The code of a key with what is held beside it.
+int CodeOf(std::string name) {
+    int flags = 0;
+    if (name.starts_with("Ctrl+")) flags |= platform::kWithCtrl, name.erase(0, 5);
+    if (name.starts_with("Shift+")) flags |= platform::kWithShift, name.erase(0, 6);
+    return kKeyNames.at(name) | flags;
 }
 
 }  // namespace
@@ -128,22 +117,17 @@ TEST(Docs, LinksLeadSomewhereAndEveryPictureIsUsed) {
 }
 
 TEST(Docs, TheTableOfKeysIsThatOfTheProgram) {
+    const std::string readme = FileBytes(kSource / "README.md");
+    for (const KeyTable& table : KeyTables())
+        EXPECT_NE(readme.find(KeyTableAsMarkdown(table)), readme.npos) << KeyTableAsMarkdown(table);
     std::set<int> paint, properties;
-    for (const Row& row : Table("| keys | paint panel | properties panel |")) {
-        ASSERT_GE(row.size(), 2u);
-        for (const std::string& name : Split(row[0], ", ")) {
-            ASSERT_TRUE(kKeyNames.contains(name)) << name;
-            if (!row[1].empty()) paint.insert(kKeyNames.at(name));
-            if (row.size() > 2 && !row[2].empty()) properties.insert(kKeyNames.at(name));
+    const KeyTable& view = KeyTables().front();
+    for (auto row = view.begin() + 1; row != view.end(); ++row) {
+        for (const std::string& name : Split((*row)[0], ", ")) {
+            if (!(*row)[1].empty()) paint.insert(CodeOf(name));
+            if (!(*row)[2].empty()) properties.insert(CodeOf(name));
         }
     }
     EXPECT_EQ(paint, CQuiltView::KeysOf(kPanelPaint));
     EXPECT_EQ(properties, CQuiltView::KeysOf(kPanelProperties));
-}
-
-TEST(Docs, TheShortcutsAreThoseOfTheMenus) {
-    std::map<std::string, std::string> told, real;
-    for (const Row& row : Table("| keys | menu |")) told[row.at(0)] = row.at(1);
-    CollectShortcuts(MakeMenuBar({}), real);
-    EXPECT_EQ(told, real);
 }

@@ -151,7 +151,7 @@ TEST_F(Pickers, ShowWhatThereIsToChoose) {
         return (40 + own) ^ (rim ? flicker : 0);
     });
 
-    BrushPreview preview;
+    BrushPreview preview(PreviewRole::Panel);
     ScriptedWindow& swatch = Place(preview, {60, 37});
     EXPECT_EQ(swatch.shown, (Size{60, 38}));
     EXPECT_EQ(swatch.description, "Glyph 9, colour 20 on 30, attribute 2");

@@ -3,6 +3,7 @@
 
 #include "editor/commands.h"
 #include "editor/script/do_programming.h"
+#include "editor/shell/do_about.h"
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
 #include "editor/shell/do_object_clip_board.h"
@@ -61,6 +62,7 @@ const OpenDialog kDialogs[] = {
     {"Load BMP As", [] { AskForForeground(); }},
     {"Object ClipBoard", [] { DoObjectClipBoard().Run(); }},
     {"Save Notification", [] { DoSaveNotification::Confirm(); }},
+    {"About QUILT!", [] { DoAbout().Run(); }},
     {"Programming", [] { DoProgramming().Run(); }},
 };
 
