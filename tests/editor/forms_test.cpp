@@ -277,10 +277,13 @@ TEST_F(Forms, PanelsWriteAtOnce) {
     EXPECT_NE(board->tiles[24], Dtile{});
     own.panel->Click(kRestoreBackup);
     EXPECT_EQ(board->tiles[24], Dtile{});
-    world->currentObject = AddNode(*board, "other", 1, 1).id;
+    Dobject& other = AddNode(*board, "other", 1, 1);
+    other.PutTile(0, 0, 7, 7, 7, 0);
+    world->currentObject = other.id;
     own.InvalidateAll();
     EXPECT_FALSE(own.panel->IsEnabled(kRestoreBackup));
     own.panel->events.OnControl(*own.panel, kRestoreBackup);
+    EXPECT_EQ(other.tiles[0].chr, 7);
 
     own.panel->Click(kToProperties);
     script.Pump();

@@ -1,10 +1,9 @@
-// The frame: what every entry of every menu does, the list, and the two panels.
+// The frame: what every entry of every menu does, and the list.
 
 #include "editor/commands.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
 #include "editor/shell/tree_menus.h"
-#include "editor/view/brush.h"
 #include "editor/view/object_clip.h"
 #include "platform/keys.h"
 #include "tests/support/scripted_platform.h"
@@ -29,7 +28,6 @@ protected:
     Shell() { EXPECT_TRUE(app.InitInstance(std::filesystem::current_path().string(), "")); }
 
     ScriptedFrame& Frame() { return *script.frame; }
-    ScriptedForm& Panel() { return *Frame().panel; }
     ScriptedWindow& List() { return Frame().List(); }
     /// "Attic(lamp(bulb) shelf)" in place of what there is, and a second board.
     void Plant(bool second = true) {
@@ -300,6 +298,6 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
         EXPECT_EQ(attic->evieww, toPaint ? 2 : 0);
         EXPECT_EQ(attic->vieww, toPaint ? 6 : 2);
         script.Pump();
-        EXPECT_EQ(Panel().Picture(kBrushPreview) != nullptr, toPaint);
+        EXPECT_EQ(Frame().panel->Picture(kBrushPreview) != nullptr, toPaint);
     }
 }
