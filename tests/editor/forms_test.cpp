@@ -40,11 +40,11 @@ struct Row {
     std::string caption;
     std::function<void()> open;
     std::string look;
-    std::string changes;  ///< by a person: "1003" clicks, "1001=8" types, "1001~8" slides,
-                          ///< "1001@8,9" clicks into a picture and "1001#39" is a key there,
-                          ///< "1001?x" looks for a text
-    std::string after;    ///< the state by OK
-    char cancel = ' ';    ///< by Cancel: 'a' as OK, '-' there is none, '?' as it was, but asked
+    /// By a person: "1003" clicks, "1001=a+b" types with a blank, "1001~8" slides, "1001@8,9"
+    /// clicks into a picture, "1001#39" is a key there, "1001?x" looks for a text.
+    std::string changes;
+    std::string after;  ///< the state by OK
+    char cancel = ' ';  ///< by Cancel: 'a' as OK, '-' there is none, '?' as it was, but asked
 };
 
 struct Refusal {
@@ -108,6 +108,7 @@ protected:
             std::string to;
             if (kind != ' ' && kind != '=') words >> to;
             if (kind == '=' && words.peek() != ' ') words >> to;
+            std::replace(to.begin(), to.end(), '+', ' ');
             if (kind == '=')
                 form.Type(id, to);
             else if (kind == '#')
@@ -175,6 +176,7 @@ TEST_F(Forms, AllOfThem) {
                       name = "Hall_" + std::string(45, 'n');
     const Row rows[] = {
         {"Name", [] { DoName().Run(); }, "'Attic'", "1001=" + name + "nn", "name" + name + " "},
+        {"Name", [] { DoName().Run(); }, "'Attic'", "1001=the+hall", "namethe_hall "},
         {"Location", [] { DoLocation().Run(); }, "'3' '-4' '0'", "1001=-8 1002=40000 1003=10",
          "x-8 y40000 z10 "},
         {"Size", size, "'6' '5' [x]", "1001=8 1002=4", "w8 h4 vieww8 viewh4 blank24 "},
@@ -292,6 +294,12 @@ TEST_F(Forms, PanelsWriteAtOnce) {
     EXPECT_EQ(viewer.invalidated, 1);
     viewer.Paint();
     EXPECT_EQ(viewer.description, "other, Location: -2 x 5 z 0, Size: 1 x 1, View: 1 x 1");
+    const Bitmap picture = MakeBitmap(viewer.w, viewer.h);
+    clear_to_color(picture.get(), 255);
+    int row = -1;
+    for (const char* text : {"other", "Location: -2 x 5 z 0", "Size: 1 x 1", "View: 1 x 1"})
+        world->GetFont()->DrawText(picture.get(), text, 15, 255, 1, row += 2);
+    viewer.ExpectPicture(picture.get());
 }
 
 TEST_F(Forms, FadeShowsAndPaintsTheBlendThroughTheSet) {
@@ -355,6 +363,7 @@ TEST_F(Forms, TheFadeLibraryIsReadAsFarAsItMakesSense) {
           std::pair(AreaDialog::Slime, "Slime fade")}) {
         script.ExpectDialog(caption, [](ScriptedForm& form) {
             EXPECT_EQ(form.GetText(kFadeSetButton), "No fade sets");
+            EXPECT_TRUE(!form.Picture(kFadePicture) || !form.IsEnabled(kFadeBlendSlider));
             form.events.OnControl(form, kIdOk);  // Enter, though the button is disabled
             EXPECT_EQ(form.result, 0);
             form.Click(kIdCancel);

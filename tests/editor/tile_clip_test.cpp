@@ -68,6 +68,8 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
     const auto zip = [](const char* size, const char* cells) {
         return MakeZip({{"size.hdr", size}, {"clip.dat", cells, 0}});
     };
+    std::string damaged = zip("1 1", "1 1 1 1");
+    damaged.replace(damaged.find("1 1 1 1"), 7, "1 1 1 2");
     // What the clipboard holds then; or "!" and a message; or "?" and a line of
     // the trace.
     const struct {
@@ -87,6 +89,7 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
         {"a.att", "2 x", "?two numbers"},
         {"a.att", "30000 30000 1", "!30000 by 30000"},
         {"a.qcf", zip("2 1\n", "65 -2 1 2\n-1 7 40000 65535"), "2x1 c65f-2b1a2 f7b-25536"},
+        {"a.qcf", damaged, "?damaged"},
         {"a.qcf", "2 2", "?no game archive"},
         {"a.qcf", MakeZip({{"clip.dat", "1 1 1 1 "}}), "?size.hdr"},
         {"a.qcf", MakeZip({{"size.hdr", "1 1\r\n"}}), "?clip.dat"},
