@@ -27,6 +27,7 @@ struct DiffOptions {
     bool quiet = false;
     bool stat = false;
     bool json = false;
+    bool values = false;  ///< in JSON: with all that is needed to make the one of the other
     std::string picture;  ///< empty: none
     std::string board;    ///< empty: all
 };

@@ -1,17 +1,15 @@
 #include "tool/compare/diff.h"
 
 #include "tool/commands.h"
+#include "tool/diff_json.h"
 #include "tool/diff_picture.h"
 
 #include <unistd.h>
-#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <iostream>
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // --- text --------------------------------------------------------------------------------------
 
@@ -76,11 +74,6 @@ std::string ScriptCounts(const LineDiff& script) {
     return "script +" + std::to_string(script.added) + " -" + std::to_string(script.removed);
 }
 
-const std::string& Title(const NodeChange& change) {
-    static const std::string top = "boards";
-    return change.path.empty() || (change.after && !change.after->parent) ? top : change.path;
-}
-
 void PrintStat(const GameDiff& diff) {
     for (const std::string& line : GameLines(diff)) std::cout << line << '\n';
     for (const NodeChange& change : diff.nodes) {
@@ -112,45 +105,6 @@ void PrintText(const GameDiff& diff) {
     }
 }
 
-// --- data --------------------------------------------------------------------------------------
-
-Json Numbers(const std::vector<NumberChange>& changes) {
-    Json json = Json::object();
-    for (const NumberChange& change : changes) json[change.name] = {change.before, change.after};
-    return json;
-}
-
-Json Described(const NodeChange& change) {
-    Json json = {{"path", Title(change)},
-                 {"change", !change.before  ? "added"
-                            : !change.after ? "removed"
-                                            : "changed"}};
-    if (!change.before || !change.after) json["objects"] = change.objects;
-    if (!change.from.empty()) json["from"] = change.from;
-    if (change.renamed) json["renamed"] = true;
-    if (change.moved) json["moved"] = true;
-    if (change.reordered) json["reordered"] = true;
-    if (!change.numbers.empty()) json["numbers"] = Numbers(change.numbers);
-    if (change.tiles > 0) {
-        json["tiles"] = change.tiles;
-        for (const Box& box : change.boxes) json["boxes"].push_back({box.x, box.y, box.w, box.h});
-    }
-    if (!change.script.hunks.empty())
-        json["script"] = {{"added", change.script.added},
-                          {"removed", change.script.removed},
-                          {"hunks", change.script.hunks}};
-    return json;
-}
-
-void PrintJson(const GameDiff& diff) {
-    Json json = {{"settings", Numbers(diff.settings)},
-                 {"sheet", Numbers(diff.sheet)},
-                 {"glyphs", diff.glyphs},
-                 {"nodes", Json::array()}};
-    for (const NodeChange& change : diff.nodes) json["nodes"].push_back(Described(change));
-    std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
-}
-
 // --- the call ----------------------------------------------------------------------------------
 
 bool IsOfBoard(const NodeChange& change, const std::string& board) {
@@ -173,6 +127,11 @@ bool TakeGitFiles(const std::vector<std::string>& from, std::string& name,
 }
 
 }  // namespace
+
+const std::string& Title(const NodeChange& change) {
+    static const std::string top = "boards";
+    return change.path.empty() || (change.after && !change.after->parent) ? top : change.path;
+}
 
 int Diff(const DiffOptions& options) {
     std::string files[2];
@@ -202,7 +161,7 @@ int Diff(const DiffOptions& options) {
                                                 : "")
                   << '\n';
     if (options.json)
-        PrintJson(diff);
+        PrintJson(games[0], games[1], diff, options.values);
     else if (options.stat)
         PrintStat(diff);
     else if (!options.quiet)

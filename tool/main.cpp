@@ -50,10 +50,14 @@ void DescribeDiff(CLI::App& app, Call& call) {
         ->expected(2, 9);
     diff->add_flag("--stat", call.diff.stat, "One line for each board or object");
     diff->add_flag("--quiet", call.diff.quiet, "Only by the exit status");
-    diff->add_flag("--json", call.diff.json, "As one JSON object");
+    CLI::Option* json = diff->add_flag("--json", call.diff.json, "As one JSON object");
+    CLI::Option* values = diff->add_flag("--values", call.diff.values,
+                                         "With --json: all that makes the later of the earlier");
     diff->add_option("--picture", call.diff.picture,
                      "A PNG file, or a folder for a file a board: before, after, and what changed");
-    diff->add_option("--board", call.diff.board, "Only this board, in text and picture");
+    CLI::Option* board =
+        diff->add_option("--board", call.diff.board, "Only this board, in text and picture");
+    values->needs(json)->excludes(board);
     diff->add_flag("--git", call.diff.git, "The arguments are those that git gives, status 0");
 }
 

@@ -11,17 +11,24 @@
 namespace {
 
 constexpr std::size_t kHeaderSize = 30;
-constexpr std::string_view kSignature = "PK\3\4";
+constexpr std::size_t kRecordSize = 46;
+constexpr std::size_t kEndSize = 22;
+constexpr std::string_view kHeader = "PK\3\4";
+constexpr std::string_view kRecord = "PK\1\2";
+constexpr std::string_view kEnd = "PK\5\6";
+constexpr std::string_view kSums = "PK\7\b";
 constexpr int kStored = 0;
 constexpr int kDeflated = 8;
 constexpr unsigned kSizesFollow = 8;
+constexpr std::size_t kMostTried = 8;  // of the entries that may be the same one
+constexpr std::size_t kMostEntries = 256;
 
 struct Entry {
     std::string name;  ///< in small letters
     int method = 0;
-    bool sizesFollow = false;
+    bool sizesFollow = false;  ///< so its checksum stands behind it
     std::uint32_t checksum = 0;
-    std::string_view data;  ///< to the archive's end, or as long as a stored one says
+    std::string_view data;  ///< to the archive's end, or as long as it is known to be
 };
 
 std::uint32_t NumberAt(std::string_view bytes, std::size_t at, int size) {
@@ -37,28 +44,75 @@ bool IsKnown(const std::string& name) {
            name.ends_with(".qlt") || name.ends_with(".obj");
 }
 
-std::vector<Entry> FindEntries(std::string_view archive) {
-    std::vector<Entry> entries;
-    for (std::size_t at = archive.find(kSignature);
-         at != archive.npos && at + kHeaderSize <= archive.size();
-         at = archive.find(kSignature, at + kSignature.size())) {
-        const std::size_t name = NumberAt(archive, at + 26, 2);
-        const std::size_t start = at + kHeaderSize + name + NumberAt(archive, at + 28, 2);
-        if (start > archive.size()) continue;
-        Entry entry;
-        for (const char c : archive.substr(at + kHeaderSize, name))
-            entry.name += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-        entry.sizesFollow = (NumberAt(archive, at + 6, 2) & kSizesFollow) != 0;
-        entry.method = static_cast<int>(NumberAt(archive, at + 8, 2));
-        entry.checksum = NumberAt(archive, at + 14, 4);
-        entry.data = archive.substr(start);
-        if (entry.method == kStored)
-            entry.data = entry.sizesFollow ? entry.data.substr(0, entry.data.find("PK"))
-                                           : entry.data.substr(0, NumberAt(archive, at + 18, 4));
-        if (IsKnown(entry.name)) entries.push_back(entry);
+// The entries that the directory tells of, then those with a header of their own that says
+// something else: either may be the damaged one.
+class EntryFinder {
+public:
+    explicit EntryFinder(std::string_view in) : archive(in) {
+        const std::size_t end = archive.rfind(kEnd);
+        if (end != archive.npos && end + kEndSize <= archive.size())
+            shift = end - NumberAt(archive, end + 12, 4) - NumberAt(archive, end + 16, 4);
+        Each(kRecord, kRecordSize, &EntryFinder::TakeRecord);
+        Each(kHeader, kHeaderSize, &EntryFinder::TakeHeader);
     }
-    return entries;
-}
+
+    std::vector<Entry> entries;
+
+private:
+    void Each(std::string_view signature, std::size_t size,
+              void (EntryFinder::*take)(std::size_t)) {
+        for (std::size_t at = archive.find(signature);
+             at != archive.npos && at + size <= archive.size();
+             at = archive.find(signature, at + signature.size()))
+            (this->*take)(at);
+    }
+
+    // Of what stands before the data only the lengths matter, and they may be wrong.
+    void TakeRecord(std::size_t at) {
+        const std::size_t name = NumberAt(archive, at + 28, 2);
+        for (const std::size_t moved : {shift, std::size_t{0}}) {
+            const std::size_t header = NumberAt(archive, at + 42, 4) + moved;
+            if (header >= archive.size() || archive.size() - header < kHeaderSize) continue;
+            const std::size_t start = header + kHeaderSize + name;
+            Take(at + 8, at + kRecordSize, start + NumberAt(archive, header + 28, 2), true);
+            Take(at + 8, at + kRecordSize, start, true);
+        }
+    }
+
+    void TakeHeader(std::size_t at) {
+        const std::size_t name = at + kHeaderSize;
+        Take(at + 6, name, name + NumberAt(archive, at + 26, 2) + NumberAt(archive, at + 28, 2),
+             false);
+    }
+
+    // Headers and records tell the same in the same order from their flags on.
+    void Take(std::size_t flags, std::size_t name, std::size_t start, bool inDirectory) {
+        if (start > archive.size()) return;
+        Entry entry;
+        for (const char c : archive.substr(name, NumberAt(archive, flags + 20, 2)))
+            entry.name += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        if (!IsKnown(entry.name) || entries.size() == kMostEntries) return;
+        entry.sizesFollow = !inDirectory && (NumberAt(archive, flags, 2) & kSizesFollow) != 0;
+        entry.method = static_cast<int>(NumberAt(archive, flags + 2, 2));
+        entry.checksum = NumberAt(archive, flags + 8, 4);
+        entry.data = archive.substr(start);
+        if (entry.method == kStored && entry.sizesFollow)
+            entry.data =
+                entry.data.substr(0, std::min({entry.data.find(kSums), entry.data.find(kHeader),
+                                               entry.data.find(kRecord)}));
+        else if (entry.method == kStored)
+            entry.data = entry.data.substr(0, NumberAt(archive, flags + 12, 4));
+        const bool known = std::any_of(entries.begin(), entries.end(), [&](const Entry& other) {
+            return entry.name == other.name && entry.method == other.method &&
+                   entry.data.data() == other.data.data() &&
+                   (entry.sizesFollow || entry.checksum == other.checksum);
+        });
+        if (!known) entries.push_back(entry);
+    }
+
+    std::string_view archive;
+    std::size_t shift = 0;  ///< of all places that the directory tells, when the start is lost
+};
 
 // The unpacked bytes of an entry as a text, up to where unpacking fails.
 class EntryText : public std::streambuf {
@@ -78,10 +132,14 @@ public:
 
     /// After reading to the end: everything was there, and as its checksum says.
     bool Whole() {
-        while (sbumpc() != traits_type::eof()) {
-        }
-        return ended && (entry.sizesFollow || checksum == entry.checksum);
+        while (const std::size_t got = Unpack()) size += got;
+        if (!entry.sizesFollow) return ended && checksum == entry.checksum;
+        const std::string_view rest(reinterpret_cast<const char*>(stream.next_in), stream.avail_in);
+        const bool told = rest.starts_with(kSums) && rest.size() >= 2 * kSums.size();
+        return ended && (!told || checksum == NumberAt(rest, kSums.size(), 4));
     }
+    /// Bytes that Whole unpacked.
+    std::size_t Size() const { return size; }
 
 protected:
     int_type underflow() override {
@@ -126,6 +184,7 @@ private:
     char piece[1 << 16];
     char text[sizeof piece + 1];  ///< the same with line feeds alone
     bool heldReturn = false;
+    std::size_t size = 0;
     uLong checksum = 0;
     bool ready = false;
     bool opened = false;
@@ -143,7 +202,8 @@ void SortAll(Dobject& node) {
 
 class Salvager {
 public:
-    Salvager(std::string_view archive, Salvage& to) : entries(FindEntries(archive)), result(to) {
+    Salvager(std::string_view archive, Salvage& to)
+        : entries(EntryFinder(archive).entries), result(to) {
         Game& game = result.game;
         game.root.name = kRootName;
         const Entry* object = Find(".obj");
@@ -164,12 +224,21 @@ public:
 private:
     void Miss(const std::string& what) { result.missing.push_back(what); }
 
-    // By the end of its name; the first with a known way of packing, when there are several.
+    // By the end of its name; of several the first that is whole, else the one with most in it.
     const Entry* Find(std::string_view name) const {
-        const auto found = std::find_if(entries.begin(), entries.end(), [name](const Entry& entry) {
-            return entry.name.ends_with(name);
-        });
-        return found == entries.end() ? nullptr : &*found;
+        std::vector<const Entry*> found;
+        for (const Entry& entry : entries)
+            if (entry.name.ends_with(name) && found.size() < kMostTried) found.push_back(&entry);
+        if (found.size() < 2) return found.empty() ? nullptr : found[0];
+        const Entry* best = nullptr;
+        for (std::size_t most = 0; const Entry* entry : found) {
+            EntryText text(*entry);
+            if (text.Whole()) return entry;
+            if (best && text.Size() <= most) continue;
+            best = entry;
+            most = text.Size();
+        }
+        return best;
     }
 
     void Sheet() {

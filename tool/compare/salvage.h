@@ -13,9 +13,9 @@ struct Salvage {
     bool empty = false;                ///< there was nothing to read at all
     std::vector<std::string> missing;  ///< what was not to be had, each as a sentence's end
 };
-/// Entries are found by the headers before them and unpacked as far as that goes; every node is
-/// kept whose own text was all there, and one that its grid's or its script's end is missing of as
-/// far as it goes.
+/// Entries are found by the directory and by the headers before them, where either is left, and
+/// unpacked as far as that goes; every node is kept whose own text was all there, and one that its
+/// grid's or its script's end is missing of as far as it goes.
 void SalvageGame(std::string_view archive, Salvage& to);
 
 /// An archive that must have a single object entry: the text of it as a world with one board.
