@@ -1,5 +1,6 @@
 #include "engine/dfont.h"
 #include "tool/commands.h"
+#include "tool/script_findings.h"
 
 #include <algorithm>
 #include <iostream>
@@ -37,6 +38,8 @@ private:
                                  Quoted(parent.name));
             LookAtGlyphs(*child);
             LookAtViewport(*child);
+            for (const std::string& finding : LookAtScript(child->script))
+                Note(*child, "script of " + Quoted(child->name) + ", " + finding);
             LookAtSiblings(*child);
         }
     }

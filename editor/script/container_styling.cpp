@@ -1,7 +1,7 @@
 #include "editor/script/container_styling.h"
 
 #include "editor/script/scintilla_messages.h"
-#include "editor/script/script_styler.h"
+#include "engine/script_styler.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "editor/script/do_programming.h"
 
-#include "editor/script/command_table.h"
 #include "editor/script/container_styling.h"
 #include "editor/script/scintilla_messages.h"
 #include "editor/script/script_colors.h"
 #include "editor/script/script_hints.h"
+#include "engine/command_table.h"
 #include "engine/dinterface.h"
 #include "engine/game_limits.h"
 #include "engine/game_text.h"

@@ -1,7 +1,7 @@
 // The colours of the script editor's text, which the user can change in a file.
 #pragma once
 
-#include "editor/script/script_styler.h"
+#include "engine/script_styler.h"
 
 #include <cstdint>
 

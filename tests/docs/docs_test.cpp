@@ -2,6 +2,7 @@
 
 #include "editor/shell/key_table.h"
 #include "editor/view/quilt_view.h"
+#include "engine/command_table.h"
 #include "platform/keys.h"
 #include "tests/support/temp_folder.h"
 
@@ -114,6 +115,17 @@ TEST(Docs, LinksLeadSomewhereAndEveryPictureIsUsed) {
         bytes += picture.file_size();
     }
     EXPECT_LT(bytes, 1500u * 1024) << "the pictures are to stay small";
+}
+
+TEST(Docs, EveryCommandStandsInTheTable) {
+    const std::string text = FileBytes(kSource / "docs/scripts.md");
+    for (const ScriptCommand& command : ScriptCommands()) {
+        const bool bare = !command.NeedsWord();
+        std::string row = "\n| `" + std::string(command.word) + "` | " + (bare ? "nothing" : "`");
+        if (!bare)
+            row += std::regex_replace(std::string(command.tip), std::regex("\n "), " ") + "`";
+        EXPECT_NE(text.find(row + " |\n"), text.npos) << row;
+    }
 }
 
 TEST(Docs, TheTableOfKeysIsThatOfTheProgram) {

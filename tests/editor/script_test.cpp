@@ -1,8 +1,8 @@
 // The script commands, the styles of a script's text, and its colors.
 
-#include "editor/script/command_table.h"
 #include "editor/script/script_colors.h"
 #include "editor/script/script_hints.h"
+#include "engine/command_table.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>

@@ -6,7 +6,7 @@
 
 #include "editor/script/container_styling.h"
 #include "editor/script/do_programming.h"
-#include "editor/script/script_styler.h"
+#include "engine/script_styler.h"
 #include "platform/platform.h"
 #include "platform/qt/code_widget.h"
 #include "tests/gui/person.h"

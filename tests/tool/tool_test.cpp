@@ -169,6 +169,15 @@ TEST_F(Tool, CheckFindsWhatIsSuspect) {
     const std::string past = Run("check views.zqlt").out;
     for (int i = 0; i < number; ++i)
         EXPECT_EQ(past.find("'v" + std::to_string(i) + "' reaches past") != past.npos, i < 8) << i;
+    PutFile(folder / "scripts.zqlt",
+            MakeZip(GameEntries("~endvars\n~endimports\n~ob s 0\n0 0 1 1\n0 0 1 1\n0 0 0 0\n~pb\n"
+                                "#WALK n\n#board\n#zap here\n#restore gone\n:Here now\n'#foo\n"
+                                "#play \"#foo\"\nan #foe\n#zap cat.gone\n#if #end\n~pe\n~oe\n")));
+    const std::string script = "scripts.zqlt: game.qlt, line 3: script of 's', line ";
+    EXPECT_EQ(Run("check scripts.zqlt").out,
+              script + "2: #board has nothing behind it\n" + script +
+                  "4: #restore names the label 'gone', which the script does not have\n" + script +
+                  "8: #foe is no command\n" + script + "10: #if has nothing behind it\n");
     PutFile(folder / "good.zqlt", MakeZip(GameEntries("~endvars\n~endimports\n")));
     PutFile(folder / "bad.zqlt", MakeZip(GameEntries("~endvars")));
     const char* lines[] = {

@@ -1,8 +1,20 @@
-// What the editor knows of the script language: its commands, each with a usage tip.
+// What is known of the script language: its commands, each with a usage tip.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
+
+struct ScriptCommand {
+    std::string_view word;  ///< with its "#"
+    std::string_view tip;   ///< what stands behind it
+
+    bool NeedsWord() const { return tip.starts_with('<') && tip != "<no params>"; }
+    bool NamesLabel() const { return tip == "<label name>"; }
+};
+std::span<const ScriptCommand> ScriptCommands();
+/// Null for a word that is none; any case.
+const ScriptCommand* FindCommand(std::string_view word);
 
 /// The command words, each with its "#", separated by one blank.
 extern const std::string_view vKeywordList;

@@ -1,4 +1,4 @@
-#include "editor/script/command_table.h"
+#include "engine/command_table.h"
 
 #include <algorithm>
 #include <array>
@@ -7,11 +7,7 @@
 
 namespace {
 
-struct Command {
-    std::string_view word;
-    std::string_view tip;
-};
-constexpr Command kCommands[] = {
+constexpr ScriptCommand kCommands[] = {
     {"#patch", "<midi instrument> ie: 1"},
     {"#fadein", "<no params>"},
     {"#fadeout", "<no params>"},
@@ -74,20 +70,21 @@ constexpr Command kCommands[] = {
 
 constexpr std::size_t KeywordsLength() {
     std::size_t length = std::size(kCommands) - 1;
-    for (const Command& command : kCommands) length += command.word.size();
+    for (const ScriptCommand& command : kCommands) length += command.word.size();
     return length;
 }
 
 constexpr std::size_t TipsLength() {
     std::size_t length = std::size(kCommands);
-    for (const Command& command : kCommands) length += command.word.size() + command.tip.size();
+    for (const ScriptCommand& command : kCommands)
+        length += command.word.size() + command.tip.size();
     return length;
 }
 
 constexpr auto kKeywords = [] {
     std::array<char, KeywordsLength()> text{};
     auto to = text.begin();
-    for (const Command& command : kCommands) {
+    for (const ScriptCommand& command : kCommands) {
         if (to != text.begin()) *to++ = ' ';
         to = std::copy(command.word.begin(), command.word.end(), to);
     }
@@ -97,7 +94,7 @@ constexpr auto kKeywords = [] {
 constexpr auto kTips = [] {
     std::array<char, TipsLength()> text{};
     auto to = text.begin();
-    for (const Command& command : kCommands) {
+    for (const ScriptCommand& command : kCommands) {
         to = std::copy(command.word.begin(), command.word.end(), to);
         *to++ = ' ';
         to = std::copy(command.tip.begin(), command.tip.end(), to);
@@ -108,6 +105,17 @@ constexpr auto kTips = [] {
 char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 }  // namespace
+
+std::span<const ScriptCommand> ScriptCommands() { return kCommands; }
+
+const ScriptCommand* FindCommand(std::string_view word) {
+    const auto same = [word](const ScriptCommand& command) {
+        return std::equal(word.begin(), word.end(), command.word.begin(), command.word.end(),
+                          [](char typed, char own) { return LowerAscii(typed) == own; });
+    };
+    const auto* found = std::find_if(std::begin(kCommands), std::end(kCommands), same);
+    return found == std::end(kCommands) ? nullptr : found;
+}
 
 constinit const std::string_view vKeywordList{kKeywords.data(), kKeywords.size()};
 constinit const std::string_view vCallTipList{kTips.data(), kTips.size()};

@@ -1,4 +1,4 @@
-#include "editor/script/script_styler.h"
+#include "engine/script_styler.h"
 
 #include <algorithm>
 
