@@ -6,295 +6,284 @@
 // loop, so that they go on inside the loops of dialogs and menus.
 
 #include "editor/shell/quilt_app.h"
-#include "engine/bitmap.h"
+#include "editor/tools/tile_clip_files.h"
+#include "editor/view/tile_clip.h"
+#include "engine/picture_file.h"
 #include "engine/program_folder.h"
 #include "engine/report.h"
 #include "platform/qt/qt_platform.h"
 #include "tests/robot/run.h"
-#include "tests/support/hands/hands.h"
 #include "tests/support/random_world.h"
 
 #include <unistd.h>
 #include <QAbstractScrollArea>
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QHashSeed>
-#include <QLineEdit>
 #include <QMainWindow>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QThread>
 #include <QTimer>
-
-#include <chrono>
-#include <cstdlib>
+#include <ctime>
+#include <map>
+#include <set>
 
 namespace {
 
 constexpr unsigned kLongestStep = 20;  // seconds; the signal of the alarm ends the process
-constexpr long kCheckEvery = 1000;
-constexpr long kWatchEvery = 20;
-constexpr long kSurfacesEvery = 200;
-constexpr int kMostWaiting = 2000;
-// Turns of the event loop between two steps, in which what the step has posted is carried out.
-constexpr int kSettle = 2;
+constexpr long kWatchEvery = 20, kSurfacesEvery = 200, kSaveEvery = 1000, kLongestOpen = 3000;
+// Of turns of the event loop every third: in the others what a step has posted is carried out.
+constexpr int kTurnsOfStep = 3;
+constexpr std::size_t kMostNodes = 500, kMostPixels = 100'000'000;  // of a world
 
 class Robot {
 public:
-    Robot(Run& own, long stepCount, long secondCount)
-        : run(own), steps(stepCount), seconds(secondCount) {}
-
-    /// Steps are taken from the next turn of the event loop on.
-    void Start() {
-        QTimer::singleShot(0, &context, [this] { Turn(); });
+    /// Takes steps from the event loop, so many, or for so many seconds, from now on.
+    Robot(Run& own, unsigned chance, long stepCount, long secondCount)
+        : run(own),
+          seed(chance),
+          steps(secondCount ? LONG_MAX : stepCount),
+          end(std::time(nullptr) + (secondCount ? secondCount : LONG_MAX / 2)) {
+        Turn();
     }
-    bool IsDone() const { return done; }
-    /// A life of the program begins with this game, or with any when it is empty. Gives the
-    /// game's path, empty for a new one.
-    std::string FirstGame(std::string given) {
+    /// The lives of the program, one after the other: File, Exit ends one. The first begins with
+    /// that game, or with any when it is empty.
+    void Live(QtPlatform& qt, std::string game) {
         constexpr const char* kGames[] = {"good.zqlt", "bad-half.zqlt", "missing.zqlt", "", ""};
-        phase = Phase::Steps;
-        if (given.empty()) {
-            const std::string game = run.chance.Pick(kGames);
-            if (!game.empty() && game != kGames[0]) run.Excuse();
-            given = game.empty() ? game : run.folder / game;
+        for (; !done; game.clear()) {
+            const std::string any = run.Pick(kGames);
+            if (game.empty() && !any.empty()) game = run.folder / any;
+            run.Excuse();
+            run.Say("start the program", game.c_str());
+            CQuiltApp life;
+            app = &life;
+            if (life.InitInstance(ProgramFolder(), game)) qt.Run();
         }
-        run.Say("start the program", given.c_str());
-        return given;
     }
-    /// Ends the process with a failure.
-    [[noreturn]] void Finding(const QString& text) {
-        run.Say("finding:", text);
-        std::fprintf(stderr, "finding: %s at step %ld\n", text.toUtf8().constData(), run.step);
+    /// Ends the process with a failure if something is not as it shall be.
+    void Expect(bool good, const QString& finding) {
+        if (good) return;
+        run.Say("finding:", finding);
+        std::fprintf(stderr, "finding: %s at step %ld\n", finding.toUtf8().constData(), run.step);
         // What is open cannot be closed any more in an orderly way.
         _exit(EXIT_FAILURE);
     }
 
 private:
-    /// What the robot is about between two thousands, and around them.
-    enum class Phase { Steps, Closing, Saving, Opening };
-
     void Turn() {
         // First of all: what follows may not return before more turns have been taken.
-        Start();
-        if (done || settling-- > 0) return;
-        settling = kSettle;
-        QWidget* dialog = QApplication::activeModalWidget();
-        QWidget* popup = QApplication::activePopupWidget();
-        window = nullptr;
+        QTimer::singleShot(0, &context, [this] { Turn(); });
+        if (done || ++turns % kTurnsOfStep) return;
+        QWidget* window = nullptr;
         for (QWidget* widget : QApplication::topLevelWidgets())
             if (qobject_cast<QMainWindow*>(widget) && widget->isVisible()) window = widget;
-        top = popup ? popup : dialog ? dialog : window;
+        QWidget* top = QApplication::activePopupWidget();
+        if (!top) top = QApplication::activeModalWidget();
+        if (!top) top = window;
         if (!top) return;
         alarm(kLongestStep);
         // A text control measures its lines while it paints and shows a scroll bar accordingly; the
         // first time may end where the text gets its colours.
         for (const auto* area : top->findChildren<QAbstractScrollArea*>())
             for (int times = 0; times < 2; ++times) area->viewport()->repaint();
-        CheckBox();
+        if (auto* box = qobject_cast<QMessageBox*>(top)) CheckBox(*box);
         // No handler is running, so nothing holds a handle.
-        const bool idle = top == window && QThread::currentThread()->loopLevel() == 1;
-        if (phase == Phase::Steps) {
-            if (idle && run.step % kWatchEvery == 0) CheckWorld(run.step % kSurfacesEvery == 0);
-            if (run.step - checked >= kCheckEvery || IsTimeUp()) {
-                phase = Phase::Closing;
-                waiting = 0;
-            } else {
-                ++run.step;
-                // However often the program has painted itself, its own run.chance is the same in
-                // each run.step.
-                std::srand(static_cast<unsigned>(run.seed) + static_cast<unsigned>(run.step));
-                if (!idle || !IsTooLarge()) return RandomStep(run, *top);
-                run.Say("leave a world that has grown too large");
-                return Choose("&New");
-            }
-        }
-        if (++waiting > kMostWaiting) Finding(QStringLiteral("what is open does not close"));
-        return idle ? GoOn() : Close();
-    }
-
-    bool IsTimeUp() const {
-        const auto used = std::chrono::steady_clock::now() - began;
-        return (steps > 0 && run.step >= steps) ||
-               (seconds > 0 && used >= std::chrono::seconds(seconds));
-    }
-
-    void CheckWorld(bool surfaces) {
-        const std::string fault = WorldFault(surfaces);
-        if (!fault.empty()) Finding(QString::fromStdString(fault));
-        if (surfaces)
-            run.Say("digest", vWorld->currentObject,
-                    qHash(QByteArray::fromStdString(Account(*vWorld))));
+        if (top == window && QThread::currentThread()->loopLevel() == 1) OnIdle();
+        if (done) return QApplication::exit();
+        Expect(++run.step - idle < kLongestOpen, QStringLiteral("what is open does not close"));
+        // However often the program has painted itself, its own chance is the same in each step.
+        std::srand(seed + static_cast<unsigned>(run.step));
+        RandomStep(run, *top);
     }
 
     // The engine reports in boxes of which the caption names the place.
-    void CheckBox() {
-        auto* box = qobject_cast<QMessageBox*>(top);
-        if (!box || seen == box) return;
-        seen = box;
-        const QString caption = box->windowTitle(), text = box->text();
+    void CheckBox(QMessageBox& box) {
+        if (std::exchange(seen, &box) == &box) return;
+        const QString caption = box.windowTitle(), text = box.text();
         run.Say("box", caption, text);
         const bool isReport =
             caption.startsWith(QLatin1String("Error in ")) || caption == QLatin1String("Oh No!!");
         const bool namesBadFile =
-            text.contains(QRegularExpression(QStringLiteral("/(bad|missing|locked|run.folder)")));
-        if (isReport && run.step > run.excusedUntil && !namesBadFile) Finding(text);
+            text.contains(QRegularExpression(QStringLiteral("/(bad|missing)")));
+        Expect(!isReport || run.step <= run.excusedUntil || namesBadFile, text);
     }
 
-    void Choose(const char* entry) {
-        for (const QAction* menu : window->findChild<QMenuBar*>()->actions())
-            for (QAction* action : menu->menu()->actions())
-                if (action->text() == QLatin1String(entry)) return action->trigger();
-        Finding(QStringLiteral("there is no entry ") + QLatin1String(entry));
+    void OnIdle() {
+        idle = run.step;
+        done = run.step >= steps || std::time(nullptr) >= end;
+        if (run.step % kWatchEvery == 0) CheckWorld();
+        if (done || run.step - saved >= kSaveEvery) SaveAndOpen();
     }
 
-    void GoOn() {
-        if (phase == Phase::Closing) {
-            run.held = nullptr;
-            CheckWorld(true);
-            run.Say("save the world, open it and compare");
-            // Opening a game shows its first board.
-            if (!vWorld->Root().children.empty())
-                vWorld->ShowBoard(vWorld->Root().children.front()->id);
-            wanted = Account(*vWorld, Kept::InFile);
-            std::filesystem::remove(run.folder / "checked.zqlt");
-            phase = Phase::Saving;
-            return Choose("Save &As...");
+    // What must hold whenever nothing is going on.
+    void CheckWorld() {
+        ids.clear();
+        const std::string before = LookAt(vWorld->Root());
+        for (Handle h = kRootHandle + 1; h < kMaxHandles; ++h)
+            Expect(!vWorld->Node(h), QStringLiteral("handle %1 is still held").arg(h));
+        Expect(vWorld->FindFreeHandleList() == 0, QStringLiteral("a list of handles is open"));
+        // A world without boards has nothing to select.
+        Expect(ids.contains(vWorld->currentObject) || vWorld->Root().children.empty(),
+               QStringLiteral("the selected id is no node's"));
+        if (ids.size() > kMostNodes || before.size() > kMostPixels) {
+            run.Say("leave a world that has grown too large");
+            app->Document().OnNewDocument();
+        } else if (run.step % kSurfacesEvery == 0) {
+            run.Say("digest", qHash(QByteArray::fromStdString(Account(*vWorld))));
+            vWorld->Root().RedrawTiles();
+            ids.clear();
+            Expect(LookAt(vWorld->Root()) == before,
+                   QStringLiteral("a surface does not show its tiles"));
         }
-        if (phase == Phase::Saving) {
-            // Nothing of the world that is opened may be there already.
-            const int videoMode = (vWorld->videoMode + 1) % kVideoModes,
-                      windowed = !vWorld->windowed;
-            Choose("&New");
-            vWorld->videoMode = videoMode;
-            vWorld->windowed = windowed;
-            phase = Phase::Opening;
-            return Choose("&Open...");
-        }
-        const std::string difference = Difference(wanted, Account(*vWorld));
-        if (!difference.empty()) Finding(QString::fromStdString(difference));
-        CheckWorld(true);
-        phase = Phase::Steps;
-        checked = run.step;
-        done = IsTimeUp();
-        if (done) QApplication::exit();
     }
 
-    void Close() {
-        if (auto* name = top->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-            name && phase != Phase::Closing) {
-            name->setText(QString::fromStdString(run.folder / "checked.zqlt"));
-            return Press(*name, Qt::Key_Return);
+    // Gives what the surfaces show.
+    std::string LookAt(const Dobject& node) {
+        const auto expect = [&](bool good, const char* wrong) {
+            Expect(good, QString::fromStdString("\"" + node.name + "\" has " + wrong));
+        };
+        std::string shown;
+        expect(ids.insert(node.id).second, "the id of another node");
+        // The root has the size of the view, and no cells.
+        expect(
+            !node.parent || node.tiles.size() == static_cast<std::size_t>(node.width * node.height),
+            "more or fewer cells than its size");
+        if (const BITMAP* surface = node.vSurf.get()) {
+            expect(surface->w == node.width * kTileSize && surface->h == node.height * kTileSize,
+                   "a surface of another size");
+            for (int y = 0; y < surface->h; ++y)
+                shown.append(surface->line[y], surface->line[y] + surface->w);
         }
-        // A question whether to leave a dialog is answered with OK, one whether to leave the
-        // program not.
-        const bool leave = top->windowTitle() == QLatin1String("Confirm Cancel");
-        Press(*top, leave || phase != Phase::Closing ? Qt::Key_Return : Qt::Key_Escape);
+        for (const auto& child : node.children) {
+            expect(child->parent == &node, "a child with another parent");
+            shown += LookAt(*child);
+        }
+        return shown;
+    }
+
+    // Each node gets numbers of its own, so that one in the place of another is seen.
+    void Scatter(const Dobject& parent) {
+        for (const auto& node : parent.children) {
+            for (auto* number : {&node->posx, &node->posy, &node->viewx, &node->viewy})
+                *number += run.Below(9) - 4;
+            Scatter(*node);
+        }
+    }
+
+    void SaveAndOpen() {
+        run.Say("save the world, open it and compare");
+        saved = run.step;
+        run.held = nullptr;
+        Scatter(vWorld->Root());
+        // Opening a game shows its first board.
+        if (!vWorld->Root().children.empty())
+            vWorld->ShowBoard(vWorld->Root().children.front()->id);
+        const std::string wanted = Account(*vWorld, Kept::InFile);
+        // Nothing of the world that is opened may be there already.
+        const int mode = (vWorld->videoMode + 1) % kVideoModes, windowed = !vWorld->windowed;
+        const std::string path = run.folder / "checked.zqlt";
+        vWorld->Save(path);
+        app->Document().OnNewDocument();
+        vWorld->videoMode = mode;
+        vWorld->windowed = windowed;
+        app->Document().OnOpenDocument(path);
+        Expect(Account(*vWorld) == wanted,
+               QString::fromStdString(Difference(wanted, Account(*vWorld))));
     }
 
     Run& run;
-    long steps, seconds;  ///< 0 for no limit
+    CQuiltApp* app = nullptr;
+    unsigned seed;
+    long steps;
+    std::time_t end;
     QObject context;
-    std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
-    QWidget* window = nullptr;  ///< the main window
-    QWidget* top = nullptr;     ///< what has the keyboard and the mouse: menu, dialog or window
-    Phase phase = Phase::Steps;
-    long checked = 0;  ///< the step of the last check
-    int settling = 0;
-    int waiting = 0;  ///< turns in the present phase
+    long saved = 0, idle = 0;  ///< the last steps at which the world was saved, and nothing open
+    int turns = 0;
     bool done = false;
-    std::string wanted;  ///< the account of the world that was saved
     QPointer<QMessageBox> seen;
+    std::set<std::int32_t> ids;  ///< of the nodes looked at
 };
+
+// Good files, and two bad ones beside each.
+void MakeFiles(const TempFolder& folder, unsigned seed) {
+    std::mt19937 random(seed);
+    Dinterface world;
+    PlantRandomWorld(world, random);
+    world.Export(HandleGuard(world.AddHandle(world.Root().children.front().get())),
+                 folder / "good.zobj");
+    world.Save(folder / "good.zqlt");
+    world.GetFont()->AddRow();
+    PutFile(folder / "good.bmp", MakeBmp(world.GetFont()->Sheet(), world.GetFont()->GetPalette()));
+    vTileClipW = vTileClipH = 4;
+    vTileClip.assign(16, {1, 2, 3, 1});
+    SaveTileClip(folder / "good.qcf");
+    ClearTileClip();
+    for (const std::string kind : {".zobj", ".zqlt", ".bmp", ".qcf"}) {
+        const std::string bytes = FileBytes(folder / ("good" + kind));
+        PutFile(folder / ("bad-half" + kind), bytes.substr(0, bytes.size() / 2));
+        PutFile(folder / ("bad-other" + kind), FileBytes(folder / "good.zobj"));
+    }
+}
+
+// Nothing of the user's is read or written, and nothing differs from run to run. Every other seed
+// has a screen of another scale.
+void SetEnvironment(const std::string& settings, unsigned seed) {
+    constexpr const char* kScales[] = {"1.5", "1", "2", "1"};
+    setenv("QT_SCALE_FACTOR", kScales[seed % std::size(kScales)], 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+        setenv(name, settings.c_str(), 1);
+    setenv("LC_ALL", "C.UTF-8", 1);
+    unsetenv("QUILT_TRACE");
+    QHashSeed::setDeterministicGlobalSeed();
+}
 
 Robot* vRobot = nullptr;
 
 // What Qt complains of is a fault of the program, but for what an off-screen window cannot do.
 void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     const bool isOffscreen = text.startsWith(QLatin1String("This plugin does not support"));
-    if (type == QtDebugMsg || type == QtInfoMsg || isOffscreen) return;
-    vRobot->Finding(QLatin1String("Qt says: ") + text);
-}
-
-// Nothing of the user's is read or written, and nothing differs from run to run. Every other seed
-// has a screen of another scale.
-void SetEnvironment(const TempFolder& folder, std::uint64_t seed) {
-    constexpr const char* kScales[] = {"1.5", "1", "2", "1"};
-    setenv("QT_SCALE_FACTOR", kScales[seed % std::size(kScales)], 1);
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
-        setenv(name, (folder / "settings").c_str(), 1);
-    setenv("LC_ALL", "C.UTF-8", 1);
-    unsetenv("QUILT_TRACE");
-    QHashSeed::setDeterministicGlobalSeed();
+    vRobot->Expect(type == QtDebugMsg || type == QtInfoMsg || isOffscreen, text);
 }
 
 }  // namespace
 
+// quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] [GAME.zqlt]
 int main(int argc, char** argv) {
-    QCommandLineParser line;
-    line.addOptions({{QStringLiteral("seed"), {}, QStringLiteral("N"), QStringLiteral("1")},
-                     {QStringLiteral("steps"), {}, QStringLiteral("N")},
-                     {QStringLiteral("seconds"), {}, QStringLiteral("N")},
-                     {QStringLiteral("log"), {}, QStringLiteral("FILE")}});
-    bool good = line.parse(QStringList(argv, argv + argc)) && line.positionalArguments().size() < 2;
-    const auto number = [&](const char* option, const char* usual) {
-        const QString text = line.value(QLatin1String(option));
-        bool isNumber = true;
-        const long value = (text.isEmpty() ? QString::fromLatin1(usual) : text).toLong(&isNumber);
-        good = good && isNumber;
-        return value;
-    };
-    const long seconds = number("seconds", "0");
-    Run run{static_cast<std::uint64_t>(number("seed", "1"))};
-    const long steps = number("steps", seconds ? "0" : "1000");
-    if (!good) {
-        std::fputs(
-            "usage: quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] "
-            "[GAME.zqlt]\n",
-            stderr);
-        return 2;
-    }
+    Run run;
+    std::map<std::string, std::string> options{{"--seed", "1"},
+                                               {"--steps", "1000"},
+                                               {"--seconds", "0"},
+                                               {"--log", run.folder / "robot.log"}};
+    for (int i = 1; i + 1 < argc; i += 2) options.at(argv[i]) = argv[i + 1];
+    const auto number = [&](const char* option) { return std::stol(options[option]); };
+    const auto seed = static_cast<unsigned>(number("--seed"));
+    run.random.seed(seed);
     // Of the game a copy is used: the robot saves over what it has opened.
-    std::string game = line.positionalArguments().join(QString()).toStdString();
-    const std::string bytes = FileBytes(game);
+    const bool given = argc % 2 == 0;
+    const std::string game =
+        given ? PutFile(run.folder / "first.zqlt", FileBytes(argv[argc - 1])) : "";
+    run.log = std::fopen(options["--log"].c_str(), "w");
+    if (!run.log) return std::perror(options["--log"].c_str()), 2;
     StartAllegro();
     StartTrace(nullptr);
-
-    const TempFolder& folder = run.folder;
-    const std::string log = line.isSet(QStringLiteral("log"))
-                                ? line.value(QStringLiteral("log")).toStdString()
-                                : folder / "robot.log";
-    run.log = std::fopen(log.c_str(), "w");
-    if (!run.log) return std::perror(log.c_str()), 2;
-    MakeFiles(run, ProgramFolder());
-    if (!game.empty()) PutFile(game = folder / "first.zqlt", bytes);
-    SetEnvironment(folder, run.seed);
+    std::filesystem::current_path(ProgramFolder());
+    MakeFiles(run.folder, seed);
+    SetEnvironment(run.folder.Path(), seed);
     // However the process ends, the last line of the log is the step that did it.
-    std::printf("seed %s, log %s\n", std::to_string(run.seed).c_str(), log.c_str());
+    std::printf("seed %u, log %s\n", seed, options["--log"].c_str());
     std::fflush(stdout);
-    Robot robot(run, steps, seconds);
-    vRobot = &robot;
-    qInstallMessageHandler(OnQtMessage);
     {
         QtPlatform qt(argc, argv);
         QApplication::setCursorFlashTime(0);
         // The text control would tell double clicks by the time between two clicks.
         QApplication::setDoubleClickInterval(0);
-        robot.Start();
-        // One life of the program after the other: File, Exit ends one.
-        while (!robot.IsDone()) {
-            CQuiltApp app;
-            const std::string first = robot.FirstGame(game);
-            // File dialogs begin here.
-            std::filesystem::current_path(folder / "folder");
-            if (app.InitInstance(folder / "program", first)) qt.Run();
-            game.clear();
-        }
+        Robot robot(run, seed, number("--steps"), number("--seconds"));
+        vRobot = &robot;
+        qInstallMessageHandler(OnQtMessage);
+        robot.Live(qt, game);
+        qInstallMessageHandler(nullptr);
         alarm(0);
     }
-    std::filesystem::current_path("/");
-    std::filesystem::permissions(folder / "locked", std::filesystem::perms::owner_all);
     std::printf("%ld steps without a finding\n", run.step);
 }

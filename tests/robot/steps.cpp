@@ -11,94 +11,67 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
-#include <QSplitter>
-#include <algorithm>
+#include <QRegularExpression>
 
 namespace {
 
 constexpr Qt::Key kKeys[] = {
-    Qt::Key_Left,   Qt::Key_Right,  Qt::Key_Up,        Qt::Key_Down,     Qt::Key_Left,
-    Qt::Key_Right,  Qt::Key_Up,     Qt::Key_Down,      Qt::Key_Space,    Qt::Key_Space,
-    Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Tab,       Qt::Key_Backtab,  Qt::Key_Backspace,
-    Qt::Key_Home,   Qt::Key_End,    Qt::Key_Menu,      Qt::Key_PageUp,   Qt::Key_PageDown,
-    Qt::Key_Insert, Qt::Key_Delete, Qt::Key_Shift,     Qt::Key_Control,  Qt::Key_Escape,
-    Qt::Key_F1,     Qt::Key_F2,     Qt::Key_F3,        Qt::Key_CapsLock, Qt::Key_ScrollLock,
-    Qt::Key_Plus,   Qt::Key_Minus,  Qt::Key_Semicolon, Qt::Key_Asterisk, Qt::Key_NumLock,
+    Qt::Key_Left,  Qt::Key_Right,    Qt::Key_Up,       Qt::Key_Down,    Qt::Key_Space,
+    Qt::Key_Left,  Qt::Key_Right,    Qt::Key_Up,       Qt::Key_Down,    Qt::Key_Space,
+    Qt::Key_Enter, Qt::Key_Tab,      Qt::Key_Backtab,  Qt::Key_Menu,    Qt::Key_Backspace,
+    Qt::Key_Home,  Qt::Key_End,      Qt::Key_PageUp,   Qt::Key_Control, Qt::Key_PageDown,
+    Qt::Key_Shift, Qt::Key_Escape,   Qt::Key_Insert,   Qt::Key_Delete,  Qt::Key_Return,
+    Qt::Key_F1,    Qt::Key_F2,       Qt::Key_F3,       Qt::Key_F4,      Qt::Key_F6,
+    Qt::Key_Plus,  Qt::Key_CapsLock, Qt::Key_Asterisk, Qt::Key_NumLock, Qt::Key_ScrollLock,
 };
-
+constexpr Qt::Key kMenuKeys[] = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Left,  Qt::Key_Right,
+                                 Qt::Key_F,    Qt::Key_Return, Qt::Key_Escape};
+constexpr Qt::KeyboardModifier kModifiers[] = {Qt::ControlModifier, Qt::ControlModifier,
+                                               Qt::ShiftModifier, Qt::AltModifier};
 // Of some characters no code page has any. No tilde: a line that begins with "~pe" ends a script
 // in the file.
 constexpr const char* kTexts[] = {
-    "a",
-    "two words",
-    "7",
-    "#set a 1\n",
-    "#if .self.x > 3 goto b\n",
-    ":touch\n",
-    "#",
-    "#p",
-    ".",
-    "\u00e9",
-    "\u2588\u2591\u4e2d",
-    "\U0001f600",
-    "\n\n",
-    "\t",
-    "&&%s%n",
-    "\"--CC\"",
-    "'comment\n",
-    "#bind wall ",
+    "0", "1",         "3",    "8",      "12",     "60",          "-1",
+    "",  "two words", ".",    "#",      ":a\n#p", "#if .self.x", "99999999999",
+    "é", "\u2588中",  "\t\n", "&&%s%n", "\"--CC", "'comment\n",  "\U0001f600",
 };
-constexpr const char* kNumbers[] = {"",   "0",  "1",      "3",     "8",           "12",
-                                    "60", "-1", "100000", "32767", "99999999999", "x"};
-// A side of this many cells is as long as a grid can be; with the other side its surface has
-// hundreds of megabytes, so it comes seldom.
-constexpr const char* kLongSide = "32767";
-constexpr int kSeldom = 40;
+constexpr const char* kGoodFiles[] = {"good", "good", "good", "saved0", "saved1", "saved2"};
+constexpr const char* kBadFiles[] = {"bad-half", "bad-other", "missing", "missing/a", ""};
 
 QString NameOf(const QWidget& widget) {
-    const QString own =
-        widget.accessibleName().isEmpty() ? widget.objectName() : widget.accessibleName();
-    return QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') + own;
+    return QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') +
+           (widget.accessibleName().isEmpty() ? widget.objectName() : widget.accessibleName());
 }
 
-// What paints itself: a plain widget that holds no others.
-bool IsPicture(const QWidget& widget) {
-    return widget.metaObject() == &QWidget::staticMetaObject && !widget.findChild<QWidget*>();
-}
-
-// How often a control is used; 0 for what cannot be used.
+// How often a control is used; 0 for what cannot be used. What paints itself is a plain widget
+// that holds no others, and is used by its size.
 int WeightOf(const QWidget& control) {
     if (const auto* field = qobject_cast<const QLineEdit*>(&control))
         return field->isReadOnly() ? 0 : 2;
     if (qobject_cast<const QMenuBar*>(&control)) return 6;
-    if (IsPicture(control)) return 2 + control.width() * control.height() / 30'000;
+    if (control.metaObject() == &QWidget::staticMetaObject && !control.findChild<QWidget*>())
+        return 2 + control.width() * control.height() / 30'000;
     return qobject_cast<const QAbstractButton*>(&control) ||
-           qobject_cast<const QAbstractSlider*>(&control) ||
-           qobject_cast<const QSplitterHandle*>(&control);
+           qobject_cast<const QAbstractSlider*>(&control) || control.inherits("QSplitterHandle");
 }
 
-std::vector<QAction*> EnabledEntries(const QWidget& menu) {
-    std::vector<QAction*> entries;
-    for (QAction* action : menu.actions())
-        if (action->isEnabled() && action->isVisible() && !action->isSeparator())
-            entries.push_back(action);
+QList<QAction*> Entries(const QWidget& menu) {
+    QList<QAction*> entries = menu.actions();
+    entries.removeIf([](const QAction* entry) {
+        return !entry->isEnabled() || !entry->isVisible() || entry->isSeparator();
+    });
     return entries;
 }
 
-// --- menus and file dialogs --------------------------------------------------------------------
-
 void MenuStep(Run& run, QMenu& menu) {
-    constexpr Qt::Key kMenuKeys[] = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Left,  Qt::Key_Right,
-                                     Qt::Key_F,    Qt::Key_Return, Qt::Key_Escape};
-    const std::vector<QAction*> entries = EnabledEntries(menu);
-    if (entries.empty() || run.chance.OneIn(3)) {
-        const Qt::Key key = entries.empty() ? Qt::Key_Escape : run.chance.Pick(kMenuKeys);
+    const QList<QAction*> entries = Entries(menu);
+    if (entries.empty() || run.OneIn(3)) {
+        const Qt::Key key = entries.empty() ? Qt::Key_Escape : run.Pick(kMenuKeys);
         run.Say("menu key", key);
         return Press(menu, key);
     }
-    QAction* entry = run.chance.Pick(entries);
-    const bool click = run.chance.OneIn(4);
+    QAction* entry = run.Pick(entries);
+    const bool click = run.OneIn(4);
     run.Say(click ? "click" : "choose", entry->text());
     if (click) return Click(menu, menu.actionGeometry(entry).center());
     menu.setActiveAction(entry);
@@ -107,143 +80,102 @@ void MenuStep(Run& run, QMenu& menu) {
 }
 
 void FileStep(Run& run, QFileDialog& dialog) {
-    constexpr const char* kBad[] = {"bad-half", "bad-other", "bad-text", "bad-empty", "bad saved",
-                                    "folder",   "missing",   "locked/a", "missing/a", ""};
-    const QString filters = dialog.nameFilters().join(QLatin1Char(' '));
-    std::vector<std::string> kinds{""};
-    for (const char* kind : {".zqlt", ".zobj", ".qcf", ".chr", ".bmp", ".att", ".txt"})
-        if (filters.contains(QLatin1String(kind))) kinds.emplace_back(kind);
-    // A sheet's picture and a clipboard's are of the same form but not of the same use: what a
-    // clipboard has saved may be too large for a font.
-    bool isFont = false;
-    for (const QWidget* window : QApplication::topLevelWidgets())
-        isFont |= window->isVisible() && window->windowTitle() == QLatin1String("Font Edit");
-    const bool bad = run.chance.OneIn(3);
-    std::string name = bad ? run.chance.Pick(kBad) : isFont ? "font-" : "";
-    if (bad) run.Excuse();
+    const bool bad = run.OneIn(3);
+    QString name = QLatin1String(bad ? run.Pick(kBadFiles) : run.Pick(kGoodFiles));
+    const QRegularExpression others(QStringLiteral("[^.a-z]+"));
+    const QStringList kinds =
+        dialog.nameFilters().join(QString()).split(others).filter(QLatin1String("."));
+    // A sheet's picture and a clipboard's are of the same form but not of the same use.
+    if (bad || kinds.size() > 1 || kinds.contains(QLatin1String(".bmp"))) run.Excuse();
     // The program puts the ending behind a name that it saves under.
-    const bool saves = dialog.acceptMode() == QFileDialog::AcceptSave;
-    if (!bad)
-        name +=
-            saves || run.chance.OneIn(2) ? "saved" + std::to_string(run.chance.Below(3)) : "good";
-    if (bad || !saves)
-        name += kinds[static_cast<std::size_t>(
-            run.chance.Roll(kinds.size() > 1, static_cast<int>(kinds.size()) - 1))];
-    run.Say("file name", name.c_str());
+    if (bad || dialog.acceptMode() == QFileDialog::AcceptOpen) name += run.Pick(kinds);
+    run.Say("file name", name);
     auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    field->setText(QString::fromStdString(run.folder / name));
-    Press(*field, run.chance.OneIn(4) ? Qt::Key_Escape : Qt::Key_Return);
+    field->setText(QString::fromStdString(run.folder / name.toStdString()));
+    Press(*field, run.OneIn(4) ? Qt::Key_Escape : Qt::Key_Return);
 }
 
-// --- the keyboard ------------------------------------------------------------------------------
-
-Qt::KeyboardModifiers Modifiers(Chance& chance) {
-    constexpr Qt::KeyboardModifier kAny[] = {Qt::ControlModifier, Qt::ControlModifier,
-                                             Qt::ShiftModifier, Qt::AltModifier};
-    if (!chance.OneIn(4)) return {};
-    const Qt::KeyboardModifiers one = chance.Pick(kAny);
-    return chance.OneIn(4) ? one | chance.Pick(kAny) : one;
-}
-
-QString Text(Chance& chance) {
-    QString text;
-    for (int words = chance.Roll(1, 3); words > 0; --words)
-        text += QString::fromUtf8(chance.Pick(kTexts));
-    return text;
+Qt::KeyboardModifiers Modifiers(Run& run) {
+    const Qt::KeyboardModifiers one = run.Pick(kModifiers), other = run.Pick(kModifiers);
+    return !run.OneIn(4) ? Qt::NoModifier : run.OneIn(4) ? one | other : one;
 }
 
 void KeyStep(Run& run, QWidget& target) {
-    const auto letter = static_cast<Qt::Key>(Qt::Key_A + run.chance.Below(26));
-    const Qt::Key key = run.chance.OneIn(4) ? letter : run.chance.Pick(kKeys);
-    const Qt::KeyboardModifiers with = Modifiers(run.chance);
+    const auto letter = static_cast<Qt::Key>(Qt::Key_A + run.Below(26));
+    const Qt::Key key = run.OneIn(4) ? letter : run.Pick(kKeys);
+    const Qt::KeyboardModifiers with = Modifiers(run);
     run.Say("key", key, with, "to", NameOf(target));
     Press(target, key, with);
 }
 
 void TextStep(Run& run, QWidget& target) {
-    const QString text = Text(run.chance);
-    const int way = run.chance.Below(8);
+    QString text = QString::fromUtf8(run.Pick(kTexts));
+    if (run.OneIn(3)) text += QString::fromUtf8(run.Pick(kTexts));
+    const int way = run.Below(8);
     run.Say("type", text, "to", NameOf(target), way);
     if (way == 0) return QGuiApplication::clipboard()->setText(text);
     way == 1 ? Compose(target, text) : Type(target, text);
 }
 
-// --- the mouse ---------------------------------------------------------------------------------
-
-QPoint PointOf(Chance& chance, const QWidget& widget) {
-    const int outside = chance.OneIn(12) ? 40 : 0;
-    // Most of a long list is empty: its rows are at the top.
-    const int tall = chance.OneIn(2) ? std::min(widget.height(), 160) : widget.height();
-    return {chance.Roll(-outside, widget.width() - 1 + outside),
-            chance.Roll(-outside, tall - 1 + outside)};
-}
-
 void MouseStep(Run& run, QWidget& widget) {
-    std::vector<QPoint> path;
-    for (int points = run.chance.Roll(1, 5); points > 0; --points)
-        path.push_back(PointOf(run.chance, widget));
-    const Qt::MouseButton button = run.chance.OneIn(3) ? Qt::RightButton : Qt::LeftButton;
-    const Qt::KeyboardModifiers with = Modifiers(run.chance);
-    const int way = run.chance.Below(14);
-    run.Say("mouse", way, button, with, path, "in", NameOf(widget));
-    if (way == 0 && run.held == &widget) {
-        run.held = nullptr;
-        return MouseUp(widget, path[0], run.heldButton, with);
+    std::vector<QPoint> path(static_cast<std::size_t>(1 + run.Below(5)));
+    for (QPoint& point : path) {
+        const int outside = run.OneIn(12) ? 40 : 0;
+        // Most of a long list is empty: its rows are at the top.
+        const int tall = run.OneIn(2) ? std::min(widget.height(), 160) : widget.height();
+        point = {run.Below(widget.width() + 2 * outside) - outside,
+                 run.Below(tall + 2 * outside) - outside};
     }
+    const Qt::MouseButton button = run.OneIn(3) ? Qt::RightButton : Qt::LeftButton;
+    const Qt::KeyboardModifiers with = Modifiers(run);
+    const int way = run.Below(14);
+    run.Say("mouse", way, button, with, path, "in", NameOf(widget));
     // A text control would go on scrolling by the clock.
     if (way == 0 && !run.held && !qobject_cast<QAbstractScrollArea*>(widget.parentWidget())) {
         run.held = &widget;
         run.heldButton = button;
         return MouseDown(widget, path[0], button, with);
     }
-    if (way < 2)
-        return MouseMove(widget, path[0], run.held == &widget ? run.heldButton : Qt::NoButton);
+    const bool isHeld = run.held == &widget;
+    if (way == 1) return MouseMove(widget, path[0], isHeld ? run.heldButton : Qt::NoButton);
     // What else is pressed takes the release of what was held.
     run.held = nullptr;
-    if (way < 3) return TurnWheel(widget, path[0], run.chance.Roll(-3, 3) * 60, with);
+    if (way == 0 && isHeld) return MouseUp(widget, path[0], run.heldButton, with);
+    if (way < 3) return TurnWheel(widget, path[0], run.Below(7) * 60 - 180, with);
     if (way < 5) return DoubleClick(widget, path[0], button, with);
     if (way < 10) return Click(widget, path[0], button, with);
     Drag(widget, path, button, with);
 }
 
-// --- controls ----------------------------------------------------------------------------------
-
 void ControlStep(Run& run, QWidget& top) {
-    std::vector<QWidget*> controls;
+    QWidgetList controls;
     for (QWidget* widget : top.findChildren<QWidget*>())
         if (widget->window() == &top && widget->isVisible() && widget->isEnabled())
-            controls.insert(controls.end(), static_cast<std::size_t>(WeightOf(*widget)), widget);
+            controls += QWidgetList(WeightOf(*widget), widget);
     if (controls.empty()) return KeyStep(run, top);
-    QWidget& control = *run.chance.Pick(controls);
-    if (auto* bar = qobject_cast<QMenuBar*>(&control)) {
-        QAction* menu = run.chance.Pick(EnabledEntries(*bar));
-        run.Say("open menu", menu->text());
-        return bar->setActiveAction(menu);
-    }
+    QWidget& control = *run.Pick(controls);
+    run.Say("use", NameOf(control));
+    if (auto* bar = qobject_cast<QMenuBar*>(&control))
+        return bar->setActiveAction(run.Pick(Entries(*bar)));
     if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
         // Most worlds would be left before they have come to anything.
-        if (top.windowTitle() == QLatin1String("Confirm Quit") && run.chance.OneIn(2))
+        if (top.windowTitle() == QLatin1String("Confirm Quit") && run.OneIn(2))
             return Press(top, Qt::Key_Escape);
-        run.Say("press", NameOf(*button), button->text());
-        if (!run.chance.OneIn(4)) return Click(*button, button->rect().center());
+        if (!run.OneIn(4)) return Click(*button, button->rect().center());
         button->setFocus();
         return Press(*button, Qt::Key_Space);
     }
     if (!qobject_cast<QLineEdit*>(&control)) return MouseStep(run, control);
-    QString text =
-        run.chance.OneIn(3) ? Text(run.chance) : QString::fromLatin1(run.chance.Pick(kNumbers));
-    if (text == QLatin1String(kLongSide) && !run.chance.OneIn(kSeldom)) text.chop(4);
-    run.Say("fill", NameOf(control), "with", text);
     control.setFocus();
     Press(control, Qt::Key_A, Qt::ControlModifier);
     Press(control, Qt::Key_Delete);
-    Type(control, text);
+    TextStep(run, control);
 }
 
 // Moves, resizes, maximizes or closes a window, at times off the screen.
 void FrameStep(Run& run, QWidget& top) {
-    const QPoint to(run.chance.Roll(-999, 999), run.chance.Roll(-999, 999));
-    const int way = run.chance.Below(qobject_cast<QDialog*>(&top) ? 2 : 5);
+    const QPoint to(run.Below(1999) - 999, run.Below(1999) - 999);
+    const int way = run.Below(qobject_cast<QDialog*>(&top) ? 2 : 5);
     run.Say("frame", way, to);
     if (way == 0) return void(top.close());
     if (way == 1) return top.move(to);
@@ -257,7 +189,7 @@ void RandomStep(Run& run, QWidget& top) {
     if (auto* menu = qobject_cast<QMenu*>(&top)) return MenuStep(run, *menu);
     if (auto* dialog = qobject_cast<QFileDialog*>(&top)) return FileStep(run, *dialog);
     QWidget& focus = top.focusWidget() ? *top.focusWidget() : top;
-    const int kind = run.chance.Below(40);
+    const int kind = run.Below(40);
     if (kind < 14) return KeyStep(run, focus);
     if (kind < 18) return TextStep(run, focus);
     if (kind < 19) return FrameStep(run, top);
