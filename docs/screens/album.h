@@ -12,7 +12,7 @@
 struct Studio {
     CQuiltApp& app;
     QtFrame& window;
-    Camera camera;
+    Camera& camera;
 
     QWidget& Edit() const { return *window.findChild<QWidget*>(QStringLiteral("edit")); }
     QWidget& List() const { return *window.findChild<QWidget*>(QStringLiteral("list")); }

@@ -11,17 +11,21 @@ class Camera {
 public:
     /// `intoFolder` ends with a slash.
     explicit Camera(std::string intoFolder) : folder(std::move(intoFolder)) {}
+    Camera(const Camera&) = delete;
+    Camera& operator=(const Camera&) = delete;
+    virtual ~Camera() = default;
 
     /// Writes a picture, with at most 256 colours.
-    void Save(const QPixmap& picture, const std::string& name);
+    virtual void Save(const QPixmap& picture, const std::string& name);
     /// Runs something that opens a dialog, lets `act` use it, takes its picture under its title
     /// and closes it.
-    void TakeDialog(const std::string& name, const std::function<void()>& open,
-                    const std::function<void(QDialog&)>& act = {});
+    virtual void TakeDialog(const std::string& name, const std::function<void()>& open,
+                            const std::function<void(QDialog&)>& act = {});
     /// Presses and lets go the right mouse button over a widget, and takes a picture of the
     /// part of it that lies around the menu that opens, with the sub-menus of `path` open.
-    void TakeMenu(const std::string& name, QWidget& over, QPoint from, QPoint to,
-                  Qt::KeyboardModifiers with = {}, const std::vector<std::string>& path = {});
+    virtual void TakeMenu(const std::string& name, QWidget& over, QPoint from, QPoint to,
+                          Qt::KeyboardModifiers with = {},
+                          const std::vector<std::string>& path = {});
 
     bool AllSaved() const { return saved; }
 

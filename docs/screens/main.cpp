@@ -69,9 +69,10 @@ int main(int argc, char** argv) {
     auto& window = static_cast<QtFrame&>(app.Frame().Window());
     window.resize(options.size);
     Settle();
-    Studio studio{app, window, Camera(options.folder)};
+    Camera camera(options.folder);
+    Studio studio{app, window, camera};
     TakeWindows(studio);
     TakeDialogs(studio);
     TakeScripts(studio);
-    return studio.camera.AllSaved() ? 0 : 1;
+    return camera.AllSaved() ? 0 : 1;
 }

@@ -7,13 +7,10 @@
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
-#include <QApplication>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QtTest>
-#include <filesystem>
-#include <memory>
-#include <string>
 
 class MainWindow : public testing::Test {
 protected:
@@ -50,28 +47,31 @@ protected:
         Click(Control(id), {5, 8});
         Settle();
     }
+    static void PressOk(QDialog& dialog) { In<QPushButton>(dialog, platform::kIdOk).click(); }
 
-    QAction* Entry(const std::string& menu, const std::string& text) {
-        for (QAction* top : window->menuBar()->actions())
-            if (top->text().toStdString() == menu) return Person::EntryOf(*top->menu(), text);
-        return nullptr;
-    }
+    /// An entry of the menu bar, which is to be enabled.
     void Choose(const std::string& menu, const std::string& text) {
-        QAction* entry = Entry(menu, text);
-        ASSERT_TRUE(entry && entry->isEnabled()) << text;
-        entry->trigger();
-        Settle();
+        for (QAction* top : window->menuBar()->actions()) {
+            if (top->text().toStdString() != menu) continue;
+            QAction* entry = Person::EntryOf(*top->menu(), text);
+            ASSERT_TRUE(entry && entry->isEnabled()) << text;
+            entry->trigger();
+            return Settle();
+        }
+        FAIL() << menu;
     }
 
-    /// A key to whatever has the focus of the dialog.
-    static void Key(QDialog& dialog, Qt::Key code) {
-        Press(dialog.focusWidget() ? *dialog.focusWidget() : dialog, code);
+    /// Keys to whatever has the focus of the dialog.
+    static void Key(QDialog& dialog, std::initializer_list<Qt::Key> codes) {
+        for (const Qt::Key code : codes)
+            Press(dialog.focusWidget() ? *dialog.focusWidget() : dialog, code);
     }
+    static void Key(QDialog& dialog, Qt::Key code) { Key(dialog, {code}); }
     static void Fill(QDialog& dialog, int id, const QString& text) {
         auto& field = In<QLineEdit>(dialog, id);
         field.setFocus();
         field.selectAll();
-        QTest::keyClicks(&field, text);
+        Type(field, text);
     }
 
     /// The middle of a world tile in window pixels.

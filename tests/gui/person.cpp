@@ -1,59 +1,41 @@
 #include "tests/gui/person.h"
 
 #include <gtest/gtest.h>
-#include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <algorithm>
-
-namespace {
-
-constexpr int kLookEvery = 2;  // milliseconds
-
-}  // namespace
 
 Person::Person() {
     QObject::connect(&timer, &QTimer::timeout, [this] { Look(); });
-    timer.start(kLookEvery);
+    timer.start(2);
 }
 
-Person::~Person() {
-    if (!steps.empty()) ADD_FAILURE() << steps.size() << " menus or dialogs never opened";
-}
-
-void Person::OnMenu(std::function<void(QMenu&)> act) { steps.push_back({std::move(act), {}}); }
-
-void Person::OnDialog(std::function<void(QDialog&)> act) { steps.push_back({{}, std::move(act)}); }
+Person::~Person() { EXPECT_TRUE(steps.empty()) << "menus or dialogs that never opened"; }
 
 void Person::Look() {
-    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    QWidget* open = menu ? static_cast<QWidget*>(menu) : dialog;
+    QWidget* open = QApplication::activePopupWidget();
+    if (!open) open = QApplication::activeModalWidget();
     // What a step is busy with comes to the front again when what it opened has closed.
-    std::erase_if(met,
-                  [](const QPointer<QWidget>& widget) { return !widget || !widget->isVisible(); });
-    if (!open || !open->isVisible() || std::find(met.begin(), met.end(), open) != met.end()) return;
+    std::erase_if(met, [](const auto& widget) { return !widget || !widget->isVisible(); });
+    if (!open || !open->isVisible() || std::count(met.begin(), met.end(), open)) return;
     met.emplace_back(open);
-    const Step step = steps.empty() ? Step{} : steps.front();
-    if (!steps.empty()) steps.pop_front();
+    Step step = [](QWidget&) { return false; };
+    if (!steps.empty()) {
+        step = steps.front();
+        steps.pop_front();
+    }
     // From the event loop, not from the timer: what the step does may open the next dialog, and
     // the timer must go on looking.
-    QMetaObject::invokeMethod(
-        open, [=] { Act(step, menu, dialog); }, Qt::QueuedConnection);
-}
-
-void Person::Act(const Step& step, QMenu* menu, QDialog* dialog) {
-    if (menu && step.menu) return step.menu(*menu);
-    if (!menu && step.dialog) return step.dialog(*dialog);
-    const auto* box = qobject_cast<QMessageBox*>(dialog);
-    ADD_FAILURE() << "unforeseen: " << (menu ? "a menu" : dialog->metaObject()->className()) << " "
-                  << (box ? box->text().toStdString() : "");
-    if (menu)
-        menu->close();
-    else
-        dialog->done(QDialog::Rejected);
+    const auto act = [open, step] {
+        if (step(*open)) return;
+        const auto* box = qobject_cast<QMessageBox*>(open);
+        ADD_FAILURE() << "unforeseen: " << open->metaObject()->className() << " "
+                      << (box ? box->text().toStdString() : "");
+        auto* dialog = qobject_cast<QDialog*>(open);
+        dialog ? dialog->done(QDialog::Rejected) : void(open->close());
+    };
+    QMetaObject::invokeMethod(open, act, Qt::QueuedConnection);
 }
 
 QAction* Person::EntryOf(const QMenu& menu, const std::string& text) {
@@ -78,21 +60,14 @@ void Person::ChooseInMenu(const std::vector<std::string>& path) {
 
 void Person::AnswerBox(const std::string& text, bool ok) {
     OnDialog([text, ok](QDialog& dialog) {
-        auto* box = qobject_cast<QMessageBox*>(&dialog);
-        ASSERT_NE(box, nullptr);
-        EXPECT_NE(box->text().toStdString().find(text), std::string::npos)
-            << box->text().toStdString();
-        box->button(ok ? QMessageBox::Ok : QMessageBox::Cancel)->click();
+        const auto& box = dynamic_cast<QMessageBox&>(dialog);
+        EXPECT_NE(box.text().toStdString().find(text), std::string::npos);
+        box.button(ok ? QMessageBox::Ok : QMessageBox::Cancel)->click();
     });
 }
 
-void Person::AnswerFileDialog(const std::string& path) {
-    OnDialog([path](QDialog& dialog) { AnswerWith(dialog, path); });
-}
-
 void Person::AnswerWith(QDialog& dialog, const std::string& path) {
-    auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    ASSERT_NE(name, nullptr);
-    name->setText(QString::fromStdString(path));
-    Press(*name, Qt::Key_Return);
+    auto& name = *dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    name.setText(QString::fromStdString(path));
+    Press(name, Qt::Key_Return);
 }

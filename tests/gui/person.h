@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QPointer>
 #include <QTimer>
-#include <QWidget>
 #include <deque>
 #include <functional>
 #include <string>
@@ -22,27 +21,32 @@ public:
 
     /// What to do when the next pop-up menu or dialog opens; in the order of these calls. One
     /// that opens unforeseen, and one that never opens, fails the test.
-    void OnMenu(std::function<void(QMenu&)> act);
-    void OnDialog(std::function<void(QDialog&)> act);
+    void OnMenu(const std::function<void(QMenu&)>& act) { Meet(act); }
+    void OnDialog(const std::function<void(QDialog&)>& act) { Meet(act); }
 
     /// Ready-made answers. A menu is gone through by the keyboard, into its sub-menus.
     void ChooseInMenu(const std::vector<std::string>& path);
     void AnswerBox(const std::string& text, bool ok = true);
-    void AnswerFileDialog(const std::string& path);
-
+    void AnswerFileDialog(const std::string& path) {
+        OnDialog([path](QDialog& dialog) { AnswerWith(dialog, path); });
+    }
     /// Types a path into an open file dialog.
     static void AnswerWith(QDialog& dialog, const std::string& path);
-
     /// The entry of a menu with that text, mnemonics included, or null with a failure.
     static QAction* EntryOf(const QMenu& menu, const std::string& text);
 
 private:
-    struct Step {
-        std::function<void(QMenu&)> menu;
-        std::function<void(QDialog&)> dialog;
-    };
+    using Step = std::function<bool(QWidget&)>;  ///< false when it is for something else
+
+    template <typename Window>
+    void Meet(const std::function<void(Window&)>& act) {
+        steps.push_back([act](QWidget& open) {
+            auto* window = qobject_cast<Window*>(&open);
+            if (window) act(*window);
+            return window != nullptr;
+        });
+    }
     void Look();
-    static void Act(const Step& step, QMenu* menu, QDialog* dialog);
 
     std::deque<Step> steps;
     QTimer timer;
