@@ -111,7 +111,7 @@ protected:
     bool accepts = true;
     // What the plain readings select and make.
     std::vector<int> mask;
-    int box[4] = {};
+    std::array<int, 4> box{};
     Point centre;
     std::vector<Dtile> tiles, undo, clip;
     int clipW = 0, clipH = 0;
@@ -128,7 +128,7 @@ void Areas::Select(const std::string& path, Point c, Point a) {
                                          : SelectEllipse;
         shape(handle, {c.x + back.x, c.y + back.y}, {a.x + back.x, a.y + back.y});
         std::copy_n(vMask.begin(), mask.size(), mask.begin());
-        std::copy_n(std::array{vRegionX, vRegionY, vRegionW, vRegionH}.begin(), 4, box);
+        box = {vRegionX, vRegionY, vRegionW, vRegionH};
     } else if (has("Flood") || has("SameAs")) {
         centre = c;
         const Dtile* like = board->GetTile(c.x, c.y);
@@ -150,8 +150,7 @@ void Areas::Select(const std::string& path, Point c, Point a) {
             for (std::size_t i = 0; i < mask.size(); ++i)
                 mask[i] = like && board->tiles[i] == *like;
         }
-        std::copy_n(std::array{low.x, low.y, high.x - low.x + 1, high.y - low.y + 1}.begin(), 4,
-                    box);
+        box = {low.x, low.y, high.x - low.x + 1, high.y - low.y + 1};
         return;
     } else {
         const auto side = [](int& first, int& count, int from, int to, int size) {
@@ -249,7 +248,7 @@ void Areas::Act(const std::string& path, Point c, Point a) {
     if (has("Zoom") || has("Ruler") || has("Cancel")) return;
     Select(path, c, a);
     const Brush before = vBrush;
-    const int* b = box;
+    const auto& b = box;
     if (has("Replace") || has("Copy")) {
         if (!accepts) return;
         FilterBrush();

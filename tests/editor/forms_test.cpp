@@ -70,7 +70,7 @@ protected:
         vTileClipSkip = 0;
         script.WriteProfileInt("Notify", "param", 1);
         SelectRect(HandleGuard(world->GetCurrentObject()), {3, -4}, {8, 0});
-        vFadeCenterX = vFadeCenterY = 0;
+        vFadeCenterX = vFadeCenterY = vCharScrollX = vCharScrollY = 0;
         std::srand(1);
     }
     // What has changed since the last call: of the controls of a form, and of all that forms

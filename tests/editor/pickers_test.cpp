@@ -168,24 +168,7 @@ TEST_F(Pickers, ShowWhatThereIsToChoose) {
 // --- the font editor
 // ---------------------------------------------------------------------------
 
-namespace {
-
-class FontEdit : public Pickers {
-protected:
-    /// Opens the editor; what `person` leaves open is ended by OK.
-    void Run(const std::function<void(ScriptedForm&)>& person) {
-        script.ExpectDialog("Font Edit", [&](ScriptedForm& form) {
-            for (int id = kFontCharEdit; id <= kFontCharSelect; ++id) form.Shown(id).Paint();
-            person(form);
-            if (!form.result) form.Click(kIdOk);
-        });
-        DoFontEdit().Run();
-    }
-};
-
-}  // namespace
-
-TEST_F(FontEdit, KeysAndButtonsDoWhatAPlainSheetDoes) {
+TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
     using Pixels = std::array<int, 64>;
     std::vector<int> sheet;  // pixels, 128 a row
     for (int i = 0; i < 128 * 128; ++i) sheet.push_back(Glyphs().Sheet()->line[i / 128][i % 128]);
@@ -199,7 +182,8 @@ TEST_F(FontEdit, KeysAndButtonsDoWhatAPlainSheetDoes) {
     bool sprite = false;
     vBrush = {33, fg, 2, 1};
     Dobject& board = AddNode(world->Root(), "board", 1, 1);
-    Run([&](ScriptedForm& form) {
+    script.ExpectDialog("Font Edit", [&](ScriptedForm& form) {
+        form.Shown(kFontCharSelect).Paint();
         for (int step = 0; step < 6000; ++step) {
             for (int id = kFontCharEdit; id <= kFontCharSelect; ++id)
                 form.Shown(id).invalidated = 0;
@@ -268,17 +252,20 @@ TEST_F(FontEdit, KeysAndButtonsDoWhatAPlainSheetDoes) {
         board.PutTile(0, 0, 0, 14, 3, 0);
         Glyphs().PutGlyphPixel(0, 0, 0, !Glyphs().GetGlyphPixel(0, 0, 0));
         EXPECT_EQ(vBrushMode, kBrushText) << "the preview shows the raw glyph";
+        form.Click(kIdOk);
     });
+    DoFontEdit().Run();
     EXPECT_EQ(getpixel(board.Surface(), 0, 0), Glyphs().GetGlyphPixel(0, 0, 0) ? 14 : 3);
     EXPECT_EQ(vBrush, (Brush{33, 15, 2, 1}));
     EXPECT_EQ(vBrushMode, kBrushNormal);
 }
 
-TEST_F(FontEdit, TheSheetScrollsGoesOutAndInAndCancelBringsItBack) {
+TEST_F(Pickers, AFontScrollsGoesOutAndInAndCancelBringsItBack) {
     const auto sheet = [this] { return MakeBmp(Glyphs().Sheet(), Glyphs().GetPalette()); };
     const std::string path = temp / "sheet.bmp";
     const std::string before = sheet();
-    Run([&](ScriptedForm& form) {
+    script.ExpectDialog("Font Edit", [&](ScriptedForm& form) {
+        form.Shown(kFontCharSelect).Paint();
         for (const auto& answer : {std::optional<std::string>(), std::optional(path)}) {
             script.ExpectSaveDialog(answer);
             form.Choose(kFontSave);
@@ -319,5 +306,6 @@ TEST_F(FontEdit, TheSheetScrollsGoesOutAndInAndCancelBringsItBack) {
             form.Click(kIdCancel);
         }
     });
+    DoFontEdit().Run();
     EXPECT_EQ(sheet(), before);
 }

@@ -196,9 +196,8 @@ void ExpectNothingOpen() {
     EXPECT_EQ(vWorld->FindFreeHandleList(), 0) << "lists are open";
 }
 
-bool ScriptedPlatform::MessageBox(const std::string& text, const std::string& caption,
+bool ScriptedPlatform::MessageBox(const std::string& text, const std::string&,
                                   platform::Buttons buttons, platform::Icon) {
-    lastCaption = caption;
     const auto step = Take("message", text);
     return step && (buttons == platform::Buttons::Ok || step->ok);
 }

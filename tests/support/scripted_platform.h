@@ -253,11 +253,7 @@ public:
         return true;
     }
 
-    bool ShowDocument(const std::string& path) override {
-        documents.push_back(path);
-        return true;
-    }
-
+    bool ShowDocument(const std::string&) override { return true; }
     int TrackMenu(const platform::Menu& menu, platform::Point screen);
     static bool CanChoose(const platform::Menu& menu, int command);
 
@@ -265,10 +261,8 @@ public:
     platform::Point lastMenuAt;
     platform::Menu lastMenu;
     platform::FileDialog lastFileDialog;
-    std::string lastCaption;
     std::array<std::uint32_t, 256> palette{};
     std::vector<std::string> faces{"Courier New", "Mono"};
-    std::vector<std::string> documents;
     std::vector<std::array<std::string, 3>> started;  ///< program, argument, folder
 
 private:
