@@ -2,17 +2,14 @@
 // what it does with that.
 
 #include "editor/tools/fade_fills.h"
-#include "editor/view/brush.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
 #include "editor/view/tool_menus.h"
-#include "tests/editor/host_log.h"
+#include "tests/editor/plain_brush.h"
 #include "tests/support/test_world.h"
 
-#include <cmath>
 #include <cstdlib>
 #include <list>
-#include <map>
 #include <random>
 
 using platform::Menu;
@@ -24,9 +21,6 @@ namespace {
 // The first and the last are beyond a byte.
 constexpr FadeTiles kSet{256, 1, 2, 3, 300};
 constexpr Dtile kHole{65535, 65535, 65535, 65535};
-
-std::array<std::uint16_t*, 4> Fields(Dtile& t) { return {&t.chr, &t.fg, &t.bg, &t.attrib}; }
-std::array<std::int32_t*, 4> Fields(Brush& b) { return {&b.chr, &b.fg, &b.bg, &b.attrib}; }
 
 class Areas : public WorldTest, public HostLog {
 protected:
@@ -74,31 +68,29 @@ protected:
             for (int x = box[0]; x < box[0] + box[2]; ++x)
                 if (Has(x, y)) use(x, y);
     }
-    void Write(int x, int y, Brush brush) {
-        for (std::size_t i = 0; i < 4; ++i)
-            if (const int value = *Fields(brush)[i]; value != -1)
-                *Fields(tiles[Index(x, y)])[i] = static_cast<std::uint16_t>(value);
-    }
+    void Write(int x, int y, const Brush& brush) { Paint(tiles[Index(x, y)], brush); }
     void Write(int x, int y, int chr) { Write(x, y, {chr, vBrush.fg, vBrush.bg, vBrush.attrib}); }
     void FilterBrush() {
         for (std::size_t i = 0; i < 4; ++i)
             if (filter >> i & 1) *Fields(vBrush)[i] = -1;
     }
+    static std::string At(const char* what, int x, int y) {
+        return what + std::to_string(x) + "," + std::to_string(y);
+    }
+    // What the fades paint has a test of its own: here they paint all that is selected.
     bool RunAreaDialog(AreaDialog dialog) override {
         if (dialog == AreaDialog::Filter) FilterBrush();
-        if (dialog == AreaDialog::Fade) NormalFade(handle, cells, reach, kSet);
-        if (dialog == AreaDialog::Distance) DistanceFade(handle, px, py, reach, kSet);
-        if (dialog == AreaDialog::Slime) SlimeFade(handle, reach, kSet);
-        if (dialog == AreaDialog::Speckle) SpeckleFill(handle, part);
-        return dialog != AreaDialog::Filter || accepts;
+        if (dialog == AreaDialog::Filter) return accepts;
+        SpeckleFill(handle, dialog == AreaDialog::Speckle ? part : 100);
+        if (dialog == AreaDialog::Fade) told += "Normal";
+        if (dialog == AreaDialog::Distance) told += At("Distance ", vFadeCenterX, vFadeCenterY);
+        if (dialog == AreaDialog::Slime) told += At("Slime ", vFadeCenterX, vFadeCenterY);
+        return true;
     }
 
     // Plain readings, which draw from the generator in the same order.
     void Select(const std::string& path, Point cursor, Point anchor);
     void Act(const std::string& path, Point cursor, Point anchor);
-    void Distance();
-    void Normal();
-    void Slime();
     void Blend(Point cursor, Point anchor);
 
     std::mt19937 random{3};
@@ -106,8 +98,7 @@ protected:
     Dobject* board = nullptr;
     Handle handle = kNoHandle;
     // What the dialogs choose.
-    FadeCells cells{};
-    int reach = 0, px = 0, py = 0, part = 0, filter = 0;
+    int part = 0, filter = 0;
     bool accepts = true;
     // What the plain readings select and make.
     std::vector<int> mask;
@@ -164,65 +155,6 @@ void Areas::Select(const std::string& path, Point c, Point a) {
         std::fill(mask.begin(), mask.end(), 1);
     }
     centre = {box[0] + box[2] / 2, box[1] + box[3] / 2};
-}
-
-void Areas::Distance() {
-    const auto steps = [](int way, int hundredths) {
-        return std::floor(std::abs(way) * double{static_cast<float>(hundredths * 0.01)});
-    };
-    Each([&](int x, int y) {
-        const double way = std::hypot(steps(centre.x - x, px), steps(centre.y - y, py));
-        const int r = std::rand() % (reach + 1);
-        const int i = (r + static_cast<int>(std::floor(way + 1e-9))) % 8;
-        Write(x, y, kSet[static_cast<std::size_t>(i <= 4 ? i : 8 - i)]);
-    });
-}
-
-void Areas::Normal() {
-    std::map<std::pair<int, int>, int> area;
-    for (int v = 0; v < box[3]; ++v)
-        for (int u = 0; u < box[2]; ++u) {
-            const int cell = v * 10 / box[3] * 10 + u * 10 / box[2];
-            area[{v, u}] = kSet[cells[static_cast<std::size_t>(cell)]] & 255;
-        }
-    auto shaken = area;
-    for (const auto& [place, glyph] : area) {
-        int by[2] = {};
-        for (int& axis : by) {
-            if (reach == 0) break;
-            const bool forward = std::rand() % 101 < 50;
-            axis = std::rand() % reach * (forward ? 1 : -1);
-        }
-        const auto target = shaken.find({place.first + by[1], place.second + by[0]});
-        if (reach && target != shaken.end()) target->second = glyph;
-    }
-    Each([&](int x, int y) { Write(x, y, shaken[{y - box[1], x - box[0]}]); });
-}
-
-// The list as it is told: grown at its front while a sweep walks to its end.
-void Areas::Slime() {
-    const int positions[] = {1, 3, 3, 4, 3, 2, 1, 0, 1, 2, 3, 4, 3, 2, 1};
-    std::list<Point> list{centre};
-    int glyph = 0, phase = 3, count = 0, span = 3;
-    while (!list.empty()) {
-        for (auto node = list.begin(); node != list.end();) {
-            const int r = std::rand() % (reach + 1);
-            const int k = static_cast<int>(r * (static_cast<double>(count) / (span + 1)) + phase);
-            if (k <= 14) glyph = kSet[static_cast<std::size_t>(positions[k])];
-            const auto [x, y] = *node;
-            if (Has(x, y)) {
-                Write(x, y, glyph);
-                mask[Index(x, y)] = 0;
-                for (Point p : {Point{x, y - 1}, {x, y + 1}, {x - 1, y}, {x + 1, y}})
-                    if (Has(p.x, p.y)) list.push_front(p);
-            }
-            node = list.erase(node);
-            if (++count != span) continue;
-            span = 3 * static_cast<int>(list.size());
-            phase = (phase + 1) % 8;
-            count = 0;
-        }
-    }
 }
 
 // From the low color at the cursor to the high one at the anchor, in whole tiles of the way.
@@ -289,17 +221,14 @@ void Areas::Act(const std::string& path, Point c, Point a) {
     } else if (has("Blend")) {
         undo = tiles;
         Blend(c, a);
-    } else if (has("Distance")) {
-        Distance();
-    } else if (has("Normal")) {
-        Normal();
-    } else if (has("Slime")) {
-        Slime();
     } else {
-        const bool speckles = has("Speckle");
-        if (!speckles) undo = tiles;
+        const bool fades = has("Fade"), asks = fades || has("Speckle");
+        if (has("Normal")) told = "Normal";
+        if (has("Distance")) told = At("Distance ", centre.x, centre.y);
+        if (has("Slime")) told = At("Slime ", centre.x, centre.y);
+        if (!asks) undo = tiles;
         Each([&](int x, int y) {
-            if (!speckles || std::rand() % 101 <= part) Write(x, y, vBrush.chr);
+            if (!asks || std::rand() % 101 <= (fades ? 100 : part)) Write(x, y, vBrush.chr);
         });
     }
     vBrush = before;
@@ -318,8 +247,7 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
             return Point{at.x + board->posx, at.y - board->viewy};
         };
         const Point cursor = place(), anchor = Roll(0, 9) ? place() : cursor;
-        for (auto& cell : cells) cell = static_cast<std::uint8_t>(Roll(0, 4));
-        reach = Roll(0, 15), px = Roll(10, 400), py = Roll(10, 400), part = Roll(0, 99);
+        part = Roll(0, 99);
         filter = Roll(0, 15), accepts = Roll(0, 4) > 0;
         vTileClipSkip = Roll(0, 1);
         // Paste finds what the last Copy left, or a clipboard with empty tiles, or none.
@@ -361,6 +289,33 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         });
         ASSERT_EQ(getpixel(made.vSurf.get(), 0, 0),
                   getpixel(board->vSurf.get(), 8 * box[0], 8 * box[1]));
+    }
+}
+
+// A number tells one texture from another. They were taken when the fades did, cell by cell and
+// draw by draw, what plain readings of their rules do.
+TEST_F(Areas, FadesHaveTheirTextures) {
+    FadeCells cells{};
+    for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = static_cast<int>(i % 7 % 5);
+    const std::pair<std::function<void()>, unsigned> fades[] = {
+        {[&] { NormalFade(handle, cells, 0, kSet); }, 299095771u},
+        {[&] { NormalFade(handle, cells, 9, kSet); }, 4079441874u},
+        {[&] { DistanceFade(handle, 35, 205, 0, kSet); }, 2560093429u},
+        {[&] { DistanceFade(handle, 100, 45, 6, kSet); }, 410580339u},
+        {[&] { SlimeFade(handle, 0, kSet); }, 4067501734u},
+        {[&] { SlimeFade(handle, 15, kSet); }, 2750515872u},
+    };
+    MakeBoard(24, 17);
+    for (const auto& [fade, texture] : fades) {
+        SelectRect(handle, {-99, -99}, {99, 99});
+        for (int i = 0; i < 24 * 17; i += 7) MaskAt(i % 24, i / 24) = kNotSelected;
+        vFadeCenterX = 8;
+        vFadeCenterY = 5;
+        std::srand(1);
+        fade();
+        unsigned seen = 0;
+        for (const Dtile& tile : board->tiles) seen = 31 * seen + tile.chr;
+        EXPECT_EQ(seen, texture);
     }
 }
 

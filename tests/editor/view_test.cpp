@@ -2,10 +2,9 @@
 // what the model does not have: picking, zoom and view modes.
 
 #include "editor/commands.h"
-#include "editor/view/brush.h"
 #include "editor/view/quilt_view.h"
 #include "platform/keys.h"
-#include "tests/editor/host_log.h"
+#include "tests/editor/plain_brush.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/test_world.h"
 
@@ -51,11 +50,7 @@ struct Plain final : Events {
     Point Local() const { return cursor - Origin(current) + View(current); }
     Dtile* Cell() { return Node().GetTile(Local().x, Local().y); }
     void Put(Dtile* tile, int chr) const {
-        if (!tile) return;
-        std::uint16_t* fields[] = {&tile->chr, &tile->fg, &tile->bg, &tile->attrib};
-        const int values[] = {chr, brush.fg, brush.bg, brush.attrib};
-        for (int i = 0; i < 4; ++i)
-            if (values[i] != -1) *fields[i] = static_cast<std::uint16_t>(values[i]);
+        if (tile) ::Paint(*tile, {chr, brush.fg, brush.bg, brush.attrib});
     }
     Point TileAt(Point pixel) const {
         const double scale = 8 / zoom;
