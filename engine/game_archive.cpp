@@ -23,11 +23,6 @@ constexpr std::int32_t kNumbersFormat = 2;
 constexpr int kMaxColor = 255;
 constexpr int kQuickLevel = 4;  // the least that still looks for the longer of two matches
 
-// Most bytes of an entry: a few numbers, so many for each pixel, a text.
-constexpr std::uint64_t kMaxNumbers = 1 << 16;
-constexpr std::uint64_t kMaxPixelBytes = 16;
-constexpr std::uint64_t kMaxText = std::uint64_t{1} << 31;
-
 using Status = TextScanner::Status;
 
 std::string FileNameOf(const std::string& path) {
@@ -69,31 +64,17 @@ private:
         return false;
     }
 
-    bool Open(ZipEntryInStream& in, const char* name, std::uint64_t limit,
+    bool Open(ZipEntryInStream& in, const std::string& entry, std::uint64_t limit,
               std::ios::openmode mode = std::ios::in) {
-        in.open(archive, name, mode);
-        const std::uint64_t size = archive.EntryFacts().size;
-        if (in && size > limit)
-            return Fail(name, "its " + std::to_string(size) + " bytes are more than it can hold");
-        if (in) return true;
-        return Fail(name,
-                    archive.Damaged() ? "the entry cannot be unpacked" : "there is no such entry");
+        std::string why;
+        return OpenEntry(in, archive, entry, limit, why, mode) || Fail(entry, why);
     }
 
-    // What is wrong with the packed data matters more than what it did to the contents.
+    // Keeps the fault that made it no good, unless there is a graver one.
     bool Finish(ZipEntryInStream& in, const std::string& entry, bool good) {
-        if (good) Drain();
-        const bool unpacked = !archive.Damaged();
-        in.close();
-        if (unpacked && !archive.Damaged()) return good;
-        return Fail(entry, "the data are damaged");
-    }
-
-    // To the end, where the checksum is compared.
-    void Drain() {
-        char rest[1 << 14];
-        while (archive.Read(rest, sizeof rest) > 0) {
-        }
+        std::string why;
+        const bool finished = FinishEntry(in, archive, good, why);
+        return finished || (!why.empty() && Fail(entry, why));
     }
 
     bool ReadFont() {
@@ -117,12 +98,13 @@ private:
         if (!game.sheet) return Fail(kSheetEntry, "there is not enough memory");
         ZipEntryInStream in;
         const std::uint64_t limit =
-            kMaxNumbers + kMaxPixelBytes * static_cast<unsigned>(w) * static_cast<unsigned>(h);
+            kMaxNumbers + kMaxNumber * static_cast<unsigned>(w) * static_cast<unsigned>(h);
         if (!Open(in, kSheetEntry, limit, std::ios::binary)) return false;
         const bool numbers = game.sheetFormat == kNumbersFormat;
         bool good = true;
+        TextScanner scanner(*in.rdbuf());
         for (int y = 0; good && y < h; ++y)
-            good = numbers ? ReadNumberRow(in, y) : ReadByteRow(in, y);
+            good = numbers ? ReadNumberRow(scanner, y) : ReadByteRow(in, y);
         return Finish(in, kSheetEntry, good);
     }
 
@@ -132,8 +114,7 @@ private:
                                      std::to_string(game.sheet->w * game.sheet->h) + " pixels");
     }
 
-    bool ReadNumberRow(ZipEntryInStream& in, int y) {
-        TextScanner scanner(*in.rdbuf());
+    bool ReadNumberRow(TextScanner& scanner, int y) {
         for (int x = 0; x < game.sheet->w; ++x) {
             std::int32_t pixel = 0;
             if (scanner.Number(pixel) != Status::kGood) return SheetEnds(x, y);
@@ -159,7 +140,7 @@ private:
 
     bool ReadText(const std::string& entry, const IdSource& ids, TextRemarks* remarks) {
         ZipEntryInStream in;
-        if (!Open(in, entry.c_str(), kMaxText)) return false;
+        if (!Open(in, entry, kMaxText)) return false;
         game.textTime = archive.EntryFacts().dosTime;
         game.textEntry = entry;
         GameTextReader reader(*in.rdbuf(), ids);

@@ -49,7 +49,7 @@ void SortByZ(Dobject& node) {
 }
 
 bool GameTextReader::Fail(const std::string& why) {
-    reason = why;
+    reason = scanner.IsFilled() ? "millions of its characters say nothing" : why;
     faultLine = scanner.LineNumber();
     return false;
 }
@@ -274,6 +274,7 @@ bool GameTextReader::ReadBoards(Dobject& root) {
         if (!ReadWord("in its header")) return false;
     while (TakeObjectWord())
         if (!ReadChild(root)) return false;
+    if (scanner.IsFilled()) return Fail({});
     if (!word.empty()) Remark(scanner.LineNumber(), "nothing is read from " + Quoted(word) + " on");
     SortByZ(root);
     return true;

@@ -23,9 +23,10 @@ bool ReadNode(const std::string& path, Dobject& node, std::string& why) {
     if (!archive) return false;
     const std::string entry = EntryOf(path);
     ZipEntryInStream in;
-    in.open(*archive, entry);
-    if (!in) {
-        why = "it has no entry " + Quoted(entry) + ", which an object file of this name has";
+    if (!OpenEntry(in, *archive, entry, kMaxText, why)) {
+        why = why == kNoEntry
+                  ? "it has no entry " + Quoted(entry) + ", which an object file of this name has"
+                  : entry + ": " + why;
         return false;
     }
     GameTextReader reader(*in.rdbuf(), [] { return vWorld->TakeId(); });
@@ -34,12 +35,11 @@ bool ReadNode(const std::string& path, Dobject& node, std::string& why) {
         const std::string reason = reader.Reason().empty() ? "no object begins" : reader.Reason();
         why = entry + ", line " + std::to_string(reader.Line()) + ": " + reason;
     }
-    // The checksum is compared where the entry ends.
-    while (in && in.get() != std::istream::traits_type::eof()) {
+    std::string graver;
+    if (!FinishEntry(in, *archive, read, graver)) {
+        if (!graver.empty()) why = entry + ": " + graver;
+        return false;
     }
-    in.close();
-    if (archive->Damaged()) why = entry + ": the data are damaged";
-    if (!read || archive->Damaged()) return false;
     if (SurfaceBytes(node) <= AvailableMemory()) return true;
     why = "there is not enough memory for it";
     return false;

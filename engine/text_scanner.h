@@ -20,6 +20,12 @@ public:
     /// The line, from 1, that the next character stands on.
     int LineNumber() const { return lineNumber; }
 
+    /// Whether the text had more than kMaxFill characters that say nothing: blanks beyond a few,
+    /// digits beyond those of any number, skipped lines. For this scanner it ended there. A packed
+    /// file can hold gigabytes of them.
+    bool IsFilled() const { return fill > kMaxFill; }
+    static constexpr std::int64_t kMaxFill = std::int64_t{1} << 24;
+
     /// The next word; kEnd when there is none. kTooLong, with the rest of it not taken, when it
     /// has more than kMaxWord characters.
     Status Word(std::string& word);
@@ -43,16 +49,22 @@ private:
     static constexpr int kEof = std::streambuf::traits_type::eof();
 
     int SkipSpace() {
+        constexpr int kUsual = 8;
         int c = text.sgetc();
-        for (; IsSpace(c); c = text.snextc()) lineNumber += c == '\n';
+        for (int count = 1; IsSpace(c); c = text.snextc(), ++count) {
+            lineNumber += c == '\n';
+            if (count > kUsual && IsFillOver()) return kEof;
+        }
         return c;
     }
+    bool IsFillOver() { return ++fill > kMaxFill; }
 
     bool ShortNumber(std::int32_t& number);
 
     std::streambuf& text;
     OpenBuffer* ready;  ///< the same buffer, or null when it cannot be looked into
     int lineNumber = 1;
+    std::int64_t fill = 0;
 };
 
 // A number of few digits behind at most one blank, all of it and the character behind it at
@@ -98,8 +110,11 @@ inline TextScanner::Status TextScanner::Number(std::int32_t& number) {
     if (c < '0' || c > '9') return Status::kNoNumber;
     constexpr std::int64_t kEnough = std::int64_t{1} << 32;
     std::int64_t value = 0;
-    for (; c >= '0' && c <= '9'; c = text.snextc())
+    constexpr int kUsual = 10;
+    for (int count = 1; c >= '0' && c <= '9'; c = text.snextc(), ++count) {
         if (value < kEnough) value = value * 10 + (c - '0');
+        if (count > kUsual && IsFillOver()) return Status::kEnd;
+    }
     if (negative) value = -value;
     if (value < INT32_MIN || value > INT32_MAX) return Status::kTooLarge;
     number = static_cast<std::int32_t>(value);
@@ -123,7 +138,7 @@ inline TextScanner::Status TextScanner::Line(std::string& line, std::size_t limi
 
 inline void TextScanner::SkipLine() {
     int c = text.sgetc();
-    while (c != kEof && c != '\n') c = text.snextc();
+    while (c != kEof && c != '\n' && !IsFillOver()) c = text.snextc();
     if (c == '\n') {
         text.sbumpc();
         ++lineNumber;

@@ -97,20 +97,21 @@ bool ReadWholeTiles(const std::string& path, Clip& clip, Fault& fault) {
     std::string why;
     const std::unique_ptr<ZipReader> archive = OpenArchive(path, why);
     if (!archive) return fault.Note(why);
+    const auto note = [&](const char* entry) {
+        return fault.Note(std::string(entry) + ": " + why);
+    };
     ZipEntryInStream in;
-    in.open(*archive, kSizeEntry);
-    if (!in) return fault.Note(std::string("it has no entry ") + kSizeEntry);
+    if (!OpenEntry(in, *archive, kSizeEntry, kMaxNumbers, why)) return note(kSizeEntry);
     if (!ReadSize(*in.rdbuf(), clip, fault)) return false;
-    in.open(*archive, kCellsEntry);
-    if (!in) return fault.Note(std::string("it has no entry ") + kCellsEntry);
+    constexpr std::uint64_t kFields = 4;
+    if (!OpenEntry(in, *archive, kCellsEntry, kMaxNumbers + kFields * kMaxNumber * clip.Size(),
+                   why))
+        return note(kCellsEntry);
     const bool read = ReadCells(*in.rdbuf(), clip, fault, [](TextScanner& scanner, Dtile& cell) {
         return ReadField(scanner, cell.chr) && ReadField(scanner, cell.fg) &&
                ReadField(scanner, cell.bg) && ReadField(scanner, cell.attrib);
     });
-    while (in && in.get() != std::istream::traits_type::eof()) {
-    }
-    in.close();
-    return archive->Damaged() ? fault.Note("its data are damaged") : read;
+    return FinishEntry(in, *archive, read, why) || (!why.empty() && note(kCellsEntry));
 }
 
 bool ReadAttributes(const std::string& path, Clip& clip, Fault& fault) {

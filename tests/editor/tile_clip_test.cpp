@@ -65,7 +65,7 @@ protected:
 }  // namespace
 
 TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
-    const auto zip = [](const char* size, const char* cells) {
+    const auto zip = [](const std::string& size, const std::string& cells) {
         return MakeZip({{"size.hdr", size}, {"clip.dat", cells, 0}});
     };
     std::string damaged = zip("1 1", "1 1 1 1");
@@ -93,6 +93,8 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
         {"a.qcf", "2 2", "?no game archive"},
         {"a.qcf", MakeZip({{"clip.dat", "1 1 1 1 "}}), "?size.hdr"},
         {"a.qcf", MakeZip({{"size.hdr", "1 1\r\n"}}), "?clip.dat"},
+        {"a.qcf", zip(std::string(70'000, ' '), "1"), "?size.hdr: its 70000 bytes"},
+        {"a.qcf", zip("1 1", std::string(70'000, '1')), "?clip.dat: its 70000 bytes"},
         {"a.qcf", zip("2 1", "1 1 1 1 1 1 1"), "?after 1 of 2"},
         {"a.qcf", zip("2000000000 2000000000", "1"), "!size of"},
         {"a.qcf", zip("1 1", "1 1 1 70000"), "?after 0 of 1"},

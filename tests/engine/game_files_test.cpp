@@ -263,11 +263,18 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     std::string damaged = MakeZip({{"f.obj", kBoard + std::string(100'000, ' ') + "behind", 0}});
     damaged[damaged.find("behind")] ^= 1;
     const std::string largest = "~ob n 0\n0 0 8 4\n0 0 8 4\n-32 1 2 3 0\n~pb\n~pe\n~oe\n";
+    const std::string fill(TextScanner::kMaxFill + 100, ' ');
     const struct {
         const char* file;
         std::string bytes;
         const char* reason;
     } faults[] = {
+        {"g.zqlt", with(2, kHead + largest + fill + largest), "millions of its characters"},
+        {"g.zqlt", text("3 2\n", std::string(fill.size(), '0') + "3 2\n"),
+         "characters say nothing"},
+        {"g.zqlt", with(2, kHead + largest + "x" + fill), "game.qlt: it goes on long"},
+        {"g.zqlt", with(0, "16 8 2" + std::string(65536, ' ')), "font.hdr: its 65542 bytes are"},
+        {"f.zobj", object(kDoor + fill), "f.obj: it goes on long behind its end"},
         {"g.zqlt", text("-5 0 255 255 0 65", "-3 0 255 255 0"),
          "game.qlt, line 13: the grid of 'door' ends after 3 of 6 cells"},
         {"g.zqlt", text("65 15 0 1\n~pb\n#bind x\n~pe\n~oe\n~oe\n", "65 15"),

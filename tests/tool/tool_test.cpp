@@ -215,6 +215,8 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
     PutFile(folder / "empty.zqlt", MakeZip({{"readme", "x"}}));
     PutFile(folder / "giant.zqlt",
             MakeZip({{"font.hdr", "1 2 1" + std::string(69995, ' ')}, {"font.raw", "ab"}}));
+    PutFile(folder / "long.zobj", MakeZip({{"long.obj", "~ob b 0 0 0 0 0 0 0 0 0\n~pb\n~pe\n~oe" +
+                                                            std::string(17 << 20, '\n')}}));
     const std::string board = "~endvars\n~endimports\n~ob b 0\n0 0 1 1\n0 0 ";
     PutFile(folder / "none.zqlt", MakeZip(GameEntries(board + "0 1\n1 2 3 0\n~pb\n~pe\n~oe\n")));
     PutFile(folder / "huge.zqlt",
@@ -225,6 +227,7 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
         const char* err;
     } cases[] = {{"info bad.zqlt", 1, "quilt-tool: bad.zqlt: it is no game archive"},
                  {"cat missing.zqlt", 1, "quilt-tool: missing.zqlt: there is no such file\n"},
+                 {"cat long.zobj", 1, "quilt-tool: long.zobj: long.obj: its data are damaged\n"},
                  {"cat .", 1, "quilt-tool: .: it is no file\n"},
                  {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
                  {"repack a.zqlt no/b.zqlt", 1, "quilt-tool: no/b.zqlt: "},

@@ -2,6 +2,7 @@
 
 #include "engine/dfont.h"
 #include "engine/dinterface.h"
+#include "engine/open_archive.h"
 
 #include <zlib.h>
 
@@ -114,10 +115,13 @@ private:
     std::size_t shift = 0;  ///< of all places that the directory tells, when the start is lost
 };
 
+constexpr std::uint64_t kMostRest = 1 << 24;
+
 // The unpacked bytes of an entry as a text, up to where unpacking fails.
 class EntryText : public std::streambuf {
 public:
-    explicit EntryText(const Entry& of) : entry(of) {
+    /// As if it ended where it has passed so many bytes.
+    EntryText(const Entry& of, std::uint64_t most) : entry(of), limit(most) {
         stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(entry.data.data()));
         stream.avail_in = static_cast<uInt>(std::min<std::size_t>(entry.data.size(), UINT32_MAX));
         ready = entry.method == kStored ||
@@ -130,16 +134,18 @@ public:
         if (opened) inflateEnd(&stream);
     }
 
-    /// After reading to the end: everything was there, and as its checksum says.
-    bool Whole() {
-        while (const std::size_t got = Unpack()) size += got;
+    /// After reading to the end, unless it is more than so many bytes away: everything was there,
+    /// and as its checksum says.
+    bool Whole(std::uint64_t most = kMostRest) {
+        for (const std::uint64_t end = unpacked + most; unpacked < end && Unpack() > 0;) {
+        }
         if (!entry.sizesFollow) return ended && checksum == entry.checksum;
         const std::string_view rest(reinterpret_cast<const char*>(stream.next_in), stream.avail_in);
         const bool told = rest.starts_with(kSums) && rest.size() >= 2 * kSums.size();
         return ended && (!told || checksum == NumberAt(rest, kSums.size(), 4));
     }
-    /// Bytes that Whole unpacked.
-    std::size_t Size() const { return size; }
+    /// Bytes that were unpacked so far.
+    std::uint64_t Size() const { return unpacked; }
 
 protected:
     int_type underflow() override {
@@ -159,7 +165,7 @@ protected:
 
 private:
     std::size_t Unpack() {
-        if (!ready || ended) return 0;
+        if (!ready || ended || unpacked > limit) return 0;
         std::size_t got = 0;
         if (entry.method == kStored) {
             got = std::min<std::size_t>(stream.avail_in, sizeof piece);
@@ -175,16 +181,18 @@ private:
             ended = result == Z_STREAM_END;
             ready = result == Z_OK;
         }
+        unpacked += got;
         checksum = crc32(checksum, reinterpret_cast<const Bytef*>(piece), static_cast<uInt>(got));
         return got;
     }
 
     const Entry& entry;
+    const std::uint64_t limit;
+    std::uint64_t unpacked = 0;
     z_stream stream = {};
     char piece[1 << 16];
     char text[sizeof piece + 1];  ///< the same with line feeds alone
     bool heldReturn = false;
-    std::size_t size = 0;
     uLong checksum = 0;
     bool ready = false;
     bool opened = false;
@@ -231,9 +239,9 @@ private:
             if (entry.name.ends_with(name) && found.size() < kMostTried) found.push_back(&entry);
         if (found.size() < 2) return found.empty() ? nullptr : found[0];
         const Entry* best = nullptr;
-        for (std::size_t most = 0; const Entry* entry : found) {
-            EntryText text(*entry);
-            if (text.Whole()) return entry;
+        for (std::uint64_t most = 0; const Entry* entry : found) {
+            EntryText text(*entry, kMaxText);
+            if (text.Whole(kMaxText)) return entry;
             if (best && text.Size() <= most) continue;
             best = entry;
             most = text.Size();
@@ -247,7 +255,7 @@ private:
         std::int32_t size[3] = {};
         bool good = header != nullptr;
         if (header) {
-            EntryText text(*header);
+            EntryText text(*header, kMaxNumbers);
             TextScanner scanner(text);
             for (std::int32_t& number : size)
                 good = good && scanner.Number(number) == TextScanner::Status::kGood;
@@ -260,9 +268,9 @@ private:
         clear_bitmap(sheet.get());
         result.game.sheetFormat = size[2];
         if (!pixels) return Miss("the sheet's pixels: there is no entry of them");
-        EntryText text(*pixels);
         int read = 0;
         const int all = size[0] * size[1];
+        EntryText text(*pixels, kMaxNumbers + kMaxNumber * static_cast<unsigned>(all));
         constexpr int kNumbers = 2;
         while (read < all &&
                Pixel(text, size[2] == kNumbers, sheet->line[read / size[0]][read % size[0]]))
@@ -289,7 +297,7 @@ private:
     void Settings() {
         const Entry* entry = Find("res.dat");
         if (!entry) return Miss("the video settings");
-        EntryText text(*entry);
+        EntryText text(*entry, kMaxNumbers);
         TextScanner scanner(text);
         std::int32_t mode = 0;
         std::int32_t windowed = 0;
@@ -301,7 +309,7 @@ private:
     }
 
     void World(const Entry& entry) {
-        EntryText text(entry);
+        EntryText text(entry, kMaxText);
         GameTextReader reader(text, CountedIds());
         TextRemarks remarks;
         reader.SetRemarks(&remarks);
@@ -318,7 +326,7 @@ private:
             Miss(entry.name + " from line " + std::to_string(reader.Line()) + " on: " + why);
             if (reader.CutNode()) Mend(*reader.CutNode());
         }
-        if (!text.Whole() && read) Miss(entry.name + ": its data are damaged");
+        if (read && !text.Whole()) Miss(entry.name + ": its data are damaged");
         SortAll(root);
     }
 
