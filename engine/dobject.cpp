@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
+int vMissingSurfaces = 0;
 std::uint64_t vTreeChanges = 0;
 
 bool IsGridSize(std::int64_t w, std::int64_t h) {
@@ -235,6 +236,8 @@ BITMAP* Dobject::Surface() {
     if (vSurf) {
         clear_bitmap(vSurf.get());
         DrawTiles();
+    } else {
+        ++vMissingSurfaces;
     }
     return vSurf.get();
 }

@@ -134,5 +134,9 @@ Dobject* FindNode(std::int32_t id);
 /// Counts up whenever a node is made, deleted, or put elsewhere in a tree.
 extern std::uint64_t vTreeChanges;
 
+/// How often a node was to be shown and there was no memory for its surface: a picture that was
+/// drawn meanwhile is not whole.
+extern int vMissingSurfaces;
+
 /// True when the surface and the cells of such a grid can be asked for at all.
 bool IsGridSize(std::int64_t w, std::int64_t h);

@@ -12,7 +12,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -100,7 +99,8 @@ bool ReadBytes(const std::string& path, std::string& bytes) {
         return false;
     }
     std::ifstream in(path, std::ios::binary);
-    bytes.assign(std::istreambuf_iterator<char>(in), {});
+    bytes.resize(std::filesystem::file_size(path, error));
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (in && !in.bad()) return true;
     Complain(path, std::string("it cannot be read: ") + std::strerror(errno));
     return false;

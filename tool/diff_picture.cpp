@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <climits>
 #include <filesystem>
+#include <new>
 #include <set>
 
 namespace {
@@ -37,7 +38,7 @@ struct Side {
     Bitmap Draw(Dobject& board) {
         vWorld = &world;
         Bitmap picture = MakeBitmap(board.width * kTileSize, board.height * kTileSize);
-        if (!picture) return picture;
+        if (!picture) throw std::bad_alloc();
         clear_bitmap(picture.get());
         const std::int32_t view[] = {board.viewx, board.viewy, board.vieww, board.viewh};
         board.viewx = board.viewy = 0;
@@ -46,6 +47,7 @@ struct Side {
         world.ShowBoard(board.id);
         world.SetViewSize(board.width, board.height);
         world.DrawWorld(picture.get(), 0, 0);
+        if (vMissingSurfaces > 0) throw std::bad_alloc();
         Forget(board);
         board.viewx = view[0];
         board.viewy = view[1];
@@ -111,7 +113,7 @@ public:
         const std::vector<Box> boxes = Changed(a.get(), b.get(), now ? *now : *then);
         if (boxes.empty()) return nullptr;
         Bitmap sheet = MakeBitmap(3 * w + 4 * kGap, h + kCaption + kGap);
-        if (!sheet) return nullptr;
+        if (!sheet) throw std::bad_alloc();
         clear_to_color(sheet.get(), paper);
         const std::string title = Printable(now ? now->name : then->name);
         textout_ex(sheet.get(), font, title.c_str(), kGap, 1, ink, -1);

@@ -88,5 +88,6 @@ int GitSetup(bool print) {
     if (!print && text.size() > before) good &= ReplaceFile(path, text, why);
     if (!why.empty()) Complain(path, why);
     if (!good && why.empty()) Complain(top, "git could not write its configuration");
+    if (!std::cout.flush()) return Complain("standard output", "it cannot be written");
     return good ? kGood : kBadFile;
 }

@@ -6,8 +6,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -117,9 +120,7 @@ int Run(const CLI::App& app, const Call& call) {
     return Check(call.games, call.strict);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Main(int argc, char** argv) {
     CLI::App app("Looks at and works on games of the tile game kit.", "quilt-tool");
     app.set_version_flag("--version", "quilt-tool " QUILT_VERSION);
     app.require_subcommand(1);
@@ -138,11 +139,25 @@ int main(int argc, char** argv) {
         if (app.exit(error) != 0) return kWrongCall;
         return std::cout.flush() ? kGood : Complain("standard output", "it cannot be written");
     }
-    StartAllegro();
+    if (!StartAllegro()) throw std::bad_alloc();
     StartTrace(nullptr);
+    return Run(app, call);
+}
+
+// Of these the status 1 says something else.
+bool Compares(int argc, char** argv) {
+    return argc > 1 && (std::strcmp(argv[1], "diff") == 0 || std::strcmp(argv[1], "merge") == 0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        return Run(app, call);
+        return Main(argc, argv);
     } catch (const std::bad_alloc&) {
-        return Complain(app.get_subcommands().front()->get_name(), "there is not enough memory");
+    } catch (const std::length_error&) {
     }
+    // Without memory of its own.
+    std::fputs("quilt-tool: there is not enough memory\n", stderr);
+    return Compares(argc, argv) ? kTrouble : kBadFile;
 }

@@ -46,7 +46,7 @@ std::string Picture(const Dobject& board, int scale) {
         const int rows = std::min(kStripTiles, h - top) * kTileSize;
         for (int y = 0; y < rows; ++y) png.AddRow(strip->line[y]);
     }
-    return strip ? png.TakeBytes() : std::string();
+    return strip && vMissingSurfaces == 0 ? png.TakeBytes() : std::string();
 }
 
 }  // namespace

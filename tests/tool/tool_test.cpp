@@ -237,18 +237,33 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
                  {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
                  {"render a.zqlt b.png --scale 0", 2, "quilt-tool: --scale"},
                  {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+                 {"info a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+                 {"git-setup --print >/dev/full", 1, "quilt-tool: standard output: "},
                  {"--version >/dev/full", 1, "quilt-tool: standard output: "},
                  {"info giant.zqlt", 1, "quilt-tool: giant.zqlt: font.hdr: its 70000 bytes"},
                  {"info", 2, "quilt-tool: GAME is required"},
                  {"info a.zqlt b.zqlt", 2, "quilt-tool: "},
                  {"other a.zqlt", 2, "quilt-tool: "},
                  {"", 2, "quilt-tool: "}};
+    ASSERT_EQ(Shell("git init -q").status, 0);
     for (const auto& c : cases) {
         const Result result = Run(c.call);
         EXPECT_EQ(result.status, c.status) << c.call;
         EXPECT_THAT(result.err, StartsWith(c.err)) << c.call;
         EXPECT_EQ(result.out, "") << c.call;
     }
+#ifndef QUILT_SANITIZED
+    // A board of 16 MB whose surface is one of 128.
+    PutFile(folder / "wide.zqlt",
+            MakeZip(GameEntries("~endvars\n~endimports\n~ob b 0\n0 0 2000 1000\n0 0 9 9\n"
+                                "-2000000 1 2 3 0\n~pb\n~pe\n~oe\n")));
+    for (const char* most : {"20000", "40000", "120000"}) {
+        const Result result =
+            Shell("ulimit -v " + std::string(most) + "; " QUILT_TOOL " render wide.zqlt b.png");
+        EXPECT_EQ(result.status, 1) << most;
+        EXPECT_THAT(result.err, HasSubstr("memory")) << most;
+    }
+#endif
     EXPECT_FALSE(std::filesystem::exists(folder / "b.png"));
     for (const char* call : {"--help", "info --help", "render --help", "cat --help",
                              "repack --help", "check --help", "--version"}) {
