@@ -1,10 +1,13 @@
 #include "tests/fuzz/targets.h"
 
+#include "editor/tools/tile_clip_files.h"
 #include "engine/compositor.h"
 #include "engine/dinterface.h"
 #include "engine/game_archive.h"
+#include "engine/game_text.h"
 #include "engine/report.h"
 #include "tests/support/random_world.h"
+#include "tests/support/temp_folder.h"
 #include "tool/compare/salvage.h"
 
 #include <cstdio>
@@ -14,6 +17,13 @@
 #include <string_view>
 
 namespace {
+
+// Ends the program when what must always hold does not.
+void Require(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
 
 constexpr int kTargetW = 20;
 constexpr int kTargetH = 15;
@@ -70,22 +80,54 @@ void PlantNodes() {
     }
 }
 
-}  // namespace
+// Writing larger ones shows nothing new and takes long.
+constexpr std::size_t kWrittenCells = 1 << 14;
 
-void Require(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
+std::string FileOf(const std::uint8_t* data, std::size_t size, const std::string& extension) {
+    static const TempFolder folder;
+    return PutFile(folder / ("fuzz." + extension),
+                   std::string(reinterpret_cast<const char*>(data), size));
 }
 
-void StartTargets() {
-    if (vWorld) return;
-    StartAllegro();
-    StartTrace(nullptr);
-    static Dinterface world;
-    world.SetViewSize(kTargetW, kTargetH);
+bool Load(const std::string& path) {
+    return LoadTileClip(path, [] { return true; });
 }
 
+// The clipboard that a file must leave alone or replace.
+void PutOldClip() {
+    vTileClip = {{1, 2, 3, 0}, {4, 5, 6, 1}};
+    vTileClipW = 1;
+    vTileClipH = 2;
+}
+
+// As a file of the tile clipboard: loaded, saved in the format of its kind, and loaded again. A
+// picture of colours is taken as the foreground.
+void FuzzClip(const std::uint8_t* data, std::size_t size, const std::string& extension) {
+    const std::string path = FileOf(data, size, extension);
+    PutOldClip();
+    const std::vector<Dtile> old = vTileClip;
+    if (!Load(path)) {
+        Require(vTileClip == old && vTileClipW == 1 && vTileClipH == 2,
+                "a file that is refused leaves the clipboard as it was");
+        return;
+    }
+    Require(vTileClipW > 0 && vTileClipH > 0 &&
+                vTileClip.size() ==
+                    static_cast<std::size_t>(vTileClipW) * static_cast<std::size_t>(vTileClipH),
+            "the clipboard has a cell for each place");
+    if (vTileClip.size() > kWrittenCells) return;
+    const std::vector<Dtile> read = vTileClip;
+    const ClipKind kind = ClipKindOf(read.front());
+    const std::string saved = FileOf(nullptr, 0, SaveFormat(kind).extension);
+    Require(SaveTileClip(saved), "what was read can be saved");
+    PutOldClip();
+    Require(Load(saved), "what was saved can be loaded");
+    // A file of whole tiles may hold a clip that is saved as less.
+    const bool all = extension != "qcf" || kind == ClipKind::Whole;
+    Require(!all || vTileClip == read, "it loads as it was");
+}
+
+// A game archive: read, composed anew, and read again.
 void FuzzArchive(const std::uint8_t* data, std::size_t size) {
     Game game;
     GameFault fault;
@@ -105,6 +147,7 @@ void FuzzArchive(const std::uint8_t* data, std::size_t size) {
     Show(again);
 }
 
+// A game's text: read, drawn, written and read again.
 void FuzzText(const std::uint8_t* data, std::size_t size) {
     Game game;
     std::string reason;
@@ -118,6 +161,7 @@ void FuzzText(const std::uint8_t* data, std::size_t size) {
     Show(again);
 }
 
+// The first byte as the number of a node, the rest as a selector seen from it.
 void FuzzSelector(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return;
     PlantNodes();
@@ -136,6 +180,7 @@ void FuzzSelector(const std::uint8_t* data, std::size_t size) {
         Require(!vWorld->Node(free), "released handles are free");
 }
 
+// A damaged archive: what is saved of it can be composed and read.
 void FuzzRepair(const std::uint8_t* data, std::size_t size) {
     Salvage salvage;
     SalvageGame(Chars(data, size), salvage);
@@ -153,3 +198,47 @@ void FuzzRepair(const std::uint8_t* data, std::size_t size) {
     Require(ReadGame(*ZipReader::InMemory(bytes), "fuzz.zqlt", Ids(), again, fault),
             "what was saved can be read");
 }
+
+// An object file "fuzz.zobj": imported, exported and imported again.
+void FuzzZobj(const std::uint8_t* data, std::size_t size) {
+    constexpr std::int64_t kWrittenBytes = 1 << 22;
+    const std::string path = FileOf(data, size, "zobj");
+    Dobject node;
+    node.Create("old", 1, 1);
+    const Handle handle = vWorld->AddHandle(&node);
+    if (vWorld->Import(handle, path)) {
+        if (SurfaceBytes(node) <= kWrittenBytes) {
+            Require(vWorld->Export(handle, path), "what was read can be saved");
+            const std::string saved = FileBytes(path);
+            Require(vWorld->Import(handle, path), "what was saved can be read");
+            Require(node.parent == nullptr, "it stays a node of its own");
+        }
+    } else {
+        Require(node.name == "old" && node.width == 1 && node.children.empty(),
+                "a file that is refused leaves the node as it was");
+    }
+    vWorld->ReleaseHandle(handle);
+}
+
+}  // namespace
+
+void StartTargets() {
+    if (vWorld) return;
+    StartAllegro();
+    StartTrace(nullptr);
+    static Dinterface world;
+    world.SetViewSize(kTargetW, kTargetH);
+}
+
+const std::vector<Target> kTargets = {
+    {"archive", FuzzArchive},
+    {"text", FuzzText},
+    {"selector", FuzzSelector},
+    {"repair", FuzzRepair},
+    {"zobj", FuzzZobj},
+    {"qcf", [](auto* data, auto size) { FuzzClip(data, size, "qcf"); }},
+    {"chr", [](auto* data, auto size) { FuzzClip(data, size, "chr"); }},
+    {"txt", [](auto* data, auto size) { FuzzClip(data, size, "txt"); }},
+    {"att", [](auto* data, auto size) { FuzzClip(data, size, "att"); }},
+    {"bmp", [](auto* data, auto size) { FuzzClip(data, size, "bmp"); }},
+};
