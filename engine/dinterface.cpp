@@ -30,26 +30,8 @@ std::unique_ptr<Part> MakePart(const char* message) {
     return part;
 }
 
-void Expand(Dobject& node) {
-    if (node.evieww) return;
-    node.evieww = node.vieww;
-    node.eviewh = node.viewh;
-    node.vieww = node.width;
-    node.viewh = node.height;
-    node.viewx = 0;
-    node.viewy = 0;
-}
-
-void Collapse(Dobject& node) {
-    if (!node.evieww) return;
-    node.vieww = node.evieww;
-    node.viewh = node.eviewh;
-    node.evieww = 0;
-    node.eviewh = 0;
-}
-
 void ExpandTree(Dobject& node) {
-    Expand(node);
+    node.Expand();
     for (const auto& child : node.children) ExpandTree(*child);
 }
 
@@ -69,7 +51,7 @@ void ReSort(Dobject& node, std::int32_t z) {
     if (Dobject* parent = node.parent) {
         std::unique_ptr<Dobject> own = parent->UnLink(node);
         own->posz = z;
-        if (parent->name == kRootName)
+        if (parent->HoldsBoards())
             parent->Link_Back(std::move(own));
         else
             parent->Link(std::move(own));
@@ -286,9 +268,9 @@ void Dinterface::SetExpanded(Handle h, int on) {
     Dobject* node = Node(h);
     if (!node) return;
     if (on == 1)
-        Expand(*node);
+        node->Expand();
     else
-        Collapse(*node);
+        node->Collapse();
 }
 
 void Dinterface::ExpandAll(Handle h) {

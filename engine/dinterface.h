@@ -138,8 +138,10 @@ public:
     /// borrowed, if its row is among those painted: no other node is looked at.
     const Dobject* DrawTreeList(int x, int y, BITMAP* bitmap) const;
     /// Selects the node whose row is hit at pixel y of a list scrolled by y0 pixels, and shows
-    /// its board. (0, 15) hits the first board. A miss changes nothing.
+    /// its board. A miss changes nothing.
     void ClickTreeList(int y0, int y);
+    /// As a click on the first row.
+    void SelectFirstBoard();
     /// Rows of nodes, without the title; and which of them is the selection's, -1 for none.
     int TreeRowCount() const { return static_cast<int>(TreeRows().size()); }
     int SelectedTreeRow() const;

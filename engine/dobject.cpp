@@ -41,7 +41,7 @@ std::unordered_map<std::int32_t, Dobject*>& Index() {
 }
 
 void PutField(std::uint16_t& field, int value) {
-    if (value != -1) field = static_cast<std::uint16_t>(value);
+    if (value != kKeepField) field = static_cast<std::uint16_t>(value);
 }
 
 }  // namespace
@@ -60,6 +60,19 @@ Dobject::~Dobject() {
     ++vTreeChanges;
     const auto own = Index().find(id);
     if (own != Index().end() && own->second == this) Index().erase(own);
+}
+
+void Dobject::Expand() {
+    if (evieww) return;
+    evieww = std::exchange(vieww, width);
+    eviewh = std::exchange(viewh, height);
+    viewx = viewy = 0;
+}
+
+void Dobject::Collapse() {
+    if (!evieww) return;
+    vieww = std::exchange(evieww, 0);
+    viewh = std::exchange(eviewh, 0);
 }
 
 bool Dobject::Create(const std::string& newName, int w, int h) {

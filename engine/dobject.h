@@ -23,7 +23,6 @@
 inline constexpr int kMaxGridSide = 32767;
 inline constexpr std::int64_t kMaxGridCells = INT32_MAX / (kTileSize * kTileSize);
 
-/// The root is told by this name where boards and objects are told apart.
 inline constexpr std::string_view kRootName = "world_tree";
 
 class Dfont;
@@ -64,6 +63,15 @@ public:
     std::int32_t drawChildren = 1;  ///< 0: the compositor does not descend
     std::int32_t hidden = 0;        ///< not 0: the compositor skips the node
 
+    /// Whether the children are boards: those of the root, and of any node that is called like it.
+    bool HoldsBoards() const { return name == kRootName; }
+    bool IsBoard() const { return parent && parent->HoldsBoards(); }
+
+    /// Shows the whole grid and remembers the viewport; Collapse gives it back. Nothing when the
+    /// node is so already.
+    void Expand();
+    void Collapse();
+
     /// Names the node and makes its grid of w by h empty cells with a viewport over all of it.
     /// Position, scroll, z and expansion are not touched. A negative size counts as 0. False,
     /// reported through Fatal and with nothing changed, when the grid is too large.
@@ -91,7 +99,7 @@ public:
 
     /// The cell, or null outside the grid.
     Dtile* GetTile(int x, int y);
-    /// Writes a cell and draws it; -1 leaves a field as it is. Nothing outside the grid.
+    /// Writes a cell and draws it; kKeepField leaves a field as it is. Nothing outside the grid.
     void PutTile(int x, int y, int chr, int fg, int bg, int attrib);
     /// The font of the tree that the node is part of.
     const Dfont* Font() const;

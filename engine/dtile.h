@@ -18,8 +18,9 @@ inline constexpr int kTileSize = 8;  ///< pixels a side of a tile, a cell and a 
 /// As `fg`: the glyph is copied from the sheet with its own pixel values. -2 as 16 bits.
 inline constexpr int kSpriteMark = -2;
 inline constexpr std::uint16_t kSpriteColor = 65534;
-/// As `fg` or `bg` of a drawing call: leave the pixel as it is.
-inline constexpr int kKeepColor = -1;
+/// As a field that is written to a cell, and as `fg` or `bg` of a drawing call: what is there
+/// stays.
+inline constexpr int kKeepField = -1;
 
 enum Attrib : int { kAttribNone = 0, kAttribSolid = 1, kAttribBreakable = 2, kAttribWater = 3 };
 

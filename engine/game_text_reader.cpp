@@ -20,11 +20,9 @@ constexpr std::size_t kShownName = 60;
 
 bool StartsWith(const std::string& line, const char* start) { return line.rfind(start, 0) == 0; }
 
-bool IsRoot(const Dobject& node) { return node.name == kRootName; }
-
 std::uint16_t StoredField(std::int32_t field) {
-    // A fresh cell holds 0, and -1 leaves it.
-    return field == -1 ? std::uint16_t{0} : static_cast<std::uint16_t>(field);
+    // What stays as it is in a fresh cell is 0.
+    return field == kKeepField ? std::uint16_t{0} : static_cast<std::uint16_t>(field);
 }
 
 }  // namespace
@@ -38,7 +36,7 @@ std::string Quoted(const std::string& name) {
 // for each.
 // Once for all siblings instead of by a search for each.
 void SortByZ(Dobject& node) {
-    const bool ascending = IsRoot(node);
+    const bool ascending = node.HoldsBoards();
     const auto before = [ascending](const auto& a, const auto& b) {
         return ascending ? a->posz < b->posz : a->posz > b->posz;
     };
@@ -98,7 +96,7 @@ bool GameTextReader::ReadHead(Dobject& node, const Dobject* spawnedBy) {
     node.name = word;
     if (!ReadNumber(node, "the z", node.posz)) return false;
     if (spawnedBy)
-        Trace(IsRoot(*spawnedBy) ? "%s->Spawn_Back(%i)\n" : "%s->Spawn(%i)\n",
+        Trace(spawnedBy->HoldsBoards() ? "%s->Spawn_Back(%i)\n" : "%s->Spawn(%i)\n",
               spawnedBy->name.c_str(), node.posz);
     const bool read = ReadNumber(node, "the x position", node.posx) &&
                       ReadNumber(node, "the y position", node.posy) &&

@@ -71,17 +71,10 @@ void WriteScript(const std::string& script, std::ostream& out) {
     out << "~pe\n";
 }
 
-void Collapse(Dobject& node) {
-    if (node.evieww == 0) return;
-    node.vieww = node.evieww;
-    node.viewh = node.eviewh;
-    node.evieww = node.eviewh = 0;
-}
-
 }  // namespace
 
 void CollapseTree(Dobject& node) {
-    Collapse(node);
+    node.Collapse();
     for (const auto& child : node.children) CollapseTree(*child);
 }
 

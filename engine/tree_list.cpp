@@ -63,6 +63,8 @@ const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
     return selection;
 }
 
+void Dinterface::SelectFirstBoard() { ClickTreeList(0, kMargin + kRowHeight + 1); }
+
 int Dinterface::SelectedTreeRow() const {
     const std::vector<TreeRow>& list = TreeRows();
     const auto found = std::find_if(list.begin(), list.end(), [this](const TreeRow& row) {
@@ -84,7 +86,7 @@ void Dinterface::ClickTreeList(int y0, int y) {
     const Dobject* hit = list[static_cast<std::size_t>(row - 1)].node;
     currentObject = hit->id;
     const Dobject* board = hit;
-    while (board->parent->parent && board->parent->name != kRootName) board = board->parent;
+    while (board->parent->parent && !board->IsBoard()) board = board->parent;
     currentBoard = board->id;
     ShowBoard(board->id);
 }

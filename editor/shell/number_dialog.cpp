@@ -1,6 +1,7 @@
 #include "editor/shell/number_dialog.h"
 
 #include "editor/number_field.h"
+#include "engine/file_layer.h"
 #include "platform/platform.h"
 
 #include <string>
@@ -34,8 +35,8 @@ void NumberDialog::OnControl(FormWindow& form, int id) {
 }
 
 bool CanMakeGrid(int w, int h) {
-    // The surface is what may be refused beyond the plain limits.
-    return IsGridSize(w, h) && MakeBitmap(w * kTileSize, h * kTileSize);
+    // Its surface takes a byte a pixel.
+    return IsGridSize(w, h) && std::int64_t{w} * h * kTileSize * kTileSize <= AvailableMemory();
 }
 
 bool CheckGridSize(FormWindow& form, int w, int h, int widthField, int heightField) {

@@ -59,8 +59,7 @@ void CQuiltDoc::SetPathName(const std::string& path) {
 }
 
 void CQuiltDoc::SelectFirstBoard() {
-    constexpr int kFirstRow = 15;
-    vWorld->ClickTreeList(0, kFirstRow);
+    vWorld->SelectFirstBoard();
     onWorld();
 }
 

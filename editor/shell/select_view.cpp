@@ -15,22 +15,19 @@ constexpr int kRowHeight = 10;
 constexpr int kTop = 3;      ///< of the title, pixels
 constexpr int kMenuAt = 30;  ///< where a menu opens by key, pixels from the left
 constexpr int kWheelRows = 5;
-constexpr int kFirstBoardAt = 15;  ///< a pixel row of the first board in the unscrolled list
 
 // The list follows the pointer, a row for each ten pixels.
 int ScrolledRow(int pressRow, int at, int press) {
     return std::max(static_cast<int>(pressRow - (at - press) * 0.1), 0);
 }
 
-bool IsBoard(const Dobject& node) { return node.parent && node.parent->name == kRootName; }
-
 // The selected row in words, for who cannot see the list.
 std::string Describe(const Dobject* node) {
     if (!node) return "The selected row is not among the rows shown";
-    std::string text = IsBoard(*node) ? "Board " : "Object ";
+    std::string text = node->IsBoard() ? "Board " : "Object ";
     text += node->name + ", z " + std::to_string(node->posz);
     if (node->hidden) text += ", hidden";
-    if (!IsBoard(*node) && node->parent) text += ", in " + node->parent->name;
+    if (!node->IsBoard() && node->parent) text += ", in " + node->parent->name;
     return text;
 }
 
@@ -63,7 +60,7 @@ void CSelectView::PickRow(int y) {
 }
 
 void CSelectView::SelectFirstBoard() {
-    vWorld->ClickTreeList(0, kFirstBoardAt);
+    vWorld->SelectFirstBoard();
     host.RedrawAll();
 }
 
@@ -177,7 +174,7 @@ int CSelectView::RunMenu(platform::Point at) {
     {
         const HandleGuard h(vWorld->GetCurrentObject());
         const Dobject* node = vWorld->Node(h);
-        isBoard = !node || IsBoard(*node);
+        isBoard = !node || node->IsBoard();
         if (!isBoard) ShowNode(vObjMenu, *node);
     }
     // Below the row, so that it stays in sight.

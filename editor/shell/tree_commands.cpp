@@ -27,12 +27,6 @@ void PasteClip(Handle parent) {
     if (under && clip) CopyObject(*under, *clip);
 }
 
-bool IsBoard(Handle h) {
-    const HandleGuard parent(vWorld->GetParent(h));
-    const char* name = vWorld->GetName(parent);
-    return name && name == kRootName;
-}
-
 }  // namespace
 
 struct CSelectView::Binding {
@@ -91,7 +85,7 @@ void CSelectView::Delete() {
         const HandleGuard h(vWorld->GetCurrentObject());
         const char* name = vWorld->GetName(h);
         if (!name) return;
-        const char* question = IsBoard(h) ? "Delete Board?" : "Delete Object?";
+        const char* question = vWorld->Node(h)->IsBoard() ? "Delete Board?" : "Delete Object?";
         if (!vPlatform->MessageBox(question, name, platform::Buttons::OkCancel,
                                    platform::Icon::Warning))
             return;

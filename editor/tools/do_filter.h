@@ -5,8 +5,8 @@
 
 enum FilterControl : int { kFilterChar = 1001, kFilterFg, kFilterBg, kFilterAttribute };
 
-/// OK sets the fields of vBrush whose box is off to -1. The caller saves the brush before and
-/// restores it after its work.
+/// OK sets the fields of vBrush whose box is off to kKeepField. The caller saves the brush before
+/// and restores it after its work.
 class DoFilter final : public platform::FormEvents {
 public:
     /// Modal. True when it closed with OK.

@@ -14,7 +14,7 @@ using platform::Point;
 namespace {
 
 using enum Selection;
-using enum FadeCentre;
+using enum FadeCenter;
 using enum AreaAction;
 
 constexpr AreaCommand kAreaCommands[] = {
@@ -87,9 +87,9 @@ Point Select(Selection selection, Handle h, Point cursor, Point anchor) {
     return ToGrid(h, cursor);
 }
 
-void PlaceFadeCentre(FadeCentre centre, Point seed) {
-    if (centre == Box) seed = {vRegionX + vRegionW / 2, vRegionY + vRegionH / 2};
-    if (centre == None) return;
+void PlaceFadeCenter(FadeCenter center, Point seed) {
+    if (center == Box) seed = {vRegionX + vRegionW / 2, vRegionY + vRegionH / 2};
+    if (center == None) return;
     vFadeCenterX = seed.x;
     vFadeCenterY = seed.y;
 }
@@ -161,7 +161,7 @@ bool RunAreaCommand(int command, Point cursor, Point anchor, ViewHost& host) {
     if (row == std::end(kAreaCommands)) return false;
     const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
-    PlaceFadeCentre(row->centre, Select(row->selection, h, cursor, anchor));
+    PlaceFadeCenter(row->center, Select(row->selection, h, cursor, anchor));
     Run(row->action, h, cursor, anchor, host);
     return true;
 }

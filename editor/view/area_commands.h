@@ -15,7 +15,7 @@ enum class AreaDialog { Fade, Distance, Slime, Speckle, Filter };
 enum class Selection { Rect, Flood, SameAs, Line, RectOutline, Ellipse };
 
 /// Where the fade centre goes: nowhere, to the middle of the box, to the cursor's tile.
-enum class FadeCentre { None, Box, Seed };
+enum class FadeCenter { None, Box, Seed };
 
 enum class AreaAction {
     Fill,
@@ -37,7 +37,7 @@ enum class AreaAction {
 struct AreaCommand {
     int command;
     Selection selection;
-    FadeCentre centre;
+    FadeCenter center;
     AreaAction action;
 };
 

@@ -10,7 +10,7 @@ struct Brush {
     std::int32_t bg = 0;      ///< palette index
     std::int32_t attrib = 0;  ///< tile attribute
 
-    // A field of -1 does not paint.
+    // A field of kKeepField does not paint.
 
     friend bool operator==(const Brush&, const Brush&) = default;
 };

@@ -36,10 +36,10 @@ void CopyRegion(Handle h) {
         const Dtile* tile = node->GetTile(x, y);
         if (!tile) return;
         Dtile& cell = ClipCell(x - vRegionX, y - vRegionY);
-        if (vBrush.chr != -1) cell.chr = tile->chr;
-        if (vBrush.fg != -1) cell.fg = tile->fg;
-        if (vBrush.bg != -1) cell.bg = tile->bg;
-        if (vBrush.attrib != -1) cell.attrib = tile->attrib;
+        if (vBrush.chr != kKeepField) cell.chr = tile->chr;
+        if (vBrush.fg != kKeepField) cell.fg = tile->fg;
+        if (vBrush.bg != kKeepField) cell.bg = tile->bg;
+        if (vBrush.attrib != kKeepField) cell.attrib = tile->attrib;
     });
 }
 
