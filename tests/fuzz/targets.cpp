@@ -201,7 +201,6 @@ void FuzzRepair(const std::uint8_t* data, std::size_t size) {
 
 // An object file "fuzz.zobj": imported, exported and imported again.
 void FuzzZobj(const std::uint8_t* data, std::size_t size) {
-    constexpr std::int64_t kWrittenBytes = 1 << 22;
     const std::string path = FileOf(data, size, "zobj");
     Dobject node;
     node.Create("old", 1, 1);
