@@ -135,10 +135,12 @@ KeptGames::KeptGames(std::string kept) : folder(std::move(kept)) {
         Trace("nothing can be kept in %s\n", folder.c_str());
 }
 
-KeptGames::~KeptGames() {
+KeptGames::~KeptGames() { EndSession(); }
+
+void KeptGames::EndSession() {
     if (sessionFile < 0) return;
     unlink(sessionPath.c_str());
-    close(sessionFile);
+    close(std::exchange(sessionFile, -1));
 }
 
 std::string KeptGames::TakeLost() {
@@ -155,7 +157,8 @@ std::string KeptGames::TakeLost() {
             std::ifstream in(path);
             std::string digest, kept;
             // By the moment, which stands last in the name.
-            const auto moment = [](const std::string& name) {
+            const auto moment = [](const std::string& place) {
+                const std::string name = fs::path(place).stem();
                 return name.substr(name.rfind(' ') + 1);
             };
             if (std::getline(in, digest) && std::getline(in, kept) && fs::exists(kept, error) &&

@@ -50,6 +50,8 @@ public:
     void KeepNowAndThen(const std::string& origin);
     /// The world is safe in its file.
     void Forget();
+    /// This run has come to its end: nothing of it is lost, and nothing is kept any more.
+    void EndSession();
 
     static constexpr std::chrono::minutes kEvery{3};
     static constexpr std::size_t kMostOfAGame = 20;

@@ -85,6 +85,11 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
     return true;
 }
 
+void CQuiltApp::Leave() {
+    KeepWorld();
+    kept.EndSession();
+}
+
 void CQuiltApp::KeepWorld() {
     if (document) kept.KeepWorld(document->Origin());
 }

@@ -26,6 +26,8 @@ public:
 
     /// Keeps the world if it was altered: to be called when the program ends.
     void KeepWorld();
+    /// The same at the end of the program, which leaves no session behind.
+    void Leave();
 
     CMainFrame& Frame() { return *frame; }
     CQuiltDoc& Document() { return *document; }

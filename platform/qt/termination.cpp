@@ -22,17 +22,17 @@ void OnSignal(int number) {
 
 }  // namespace
 
-void OnTermination(std::function<void()> act) {
+void OnTermination(std::function<void()> keep, std::function<void()> leave) {
     if (pipe2(vSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
     auto* notifier = new QSocketNotifier(vSignalPipe[0], QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [act] {
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [leave] {
         char number = 0;
         if (read(vSignalPipe[0], &number, 1) != 1) return;
-        act();
+        leave();
         std::signal(number, SIG_DFL);
         std::raise(number);
     });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp,
-                     [act](QSessionManager&) { act(); });
+                     [keep](QSessionManager&) { keep(); });
     for (int number : {SIGTERM, SIGHUP, SIGINT}) std::signal(number, OnSignal);
 }

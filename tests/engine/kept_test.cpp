@@ -6,6 +6,7 @@
 #include "tests/support/test_world.h"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -69,36 +70,34 @@ TEST_F(KeptWorlds, OfWhatIsReplacedTwentyStay) {
 }
 
 TEST_F(KeptWorlds, WhatACrashLostIsToldOnce) {
-    const pid_t child = fork();
-    if (child == 0) {
-        KeptGames kept(folder / "kept");
-        kept.KeepNowAndThen(path);
-        First().PutTile(2, 2, 99, 1, 1, 0);
-        kept.last -= KeptGames::kEvery;
-        kept.KeepNowAndThen(path);
-        const std::string session = folder / "kept/.session-" + std::to_string(getpid());
-        for (int i = 0; FileBytes(session).empty() && i < 5000; ++i) usleep(1000);
-        kept.last -= KeptGames::kEvery;
-        kept.KeepNowAndThen(path);  // the same again
-        usleep(200'000);
-        raise(SIGKILL);
+    for (int glyph : {98, 99}) {
+        const pid_t child = fork();
+        if (child == 0) {
+            KeptGames kept(folder / "kept");
+            kept.KeepNowAndThen(path);
+            First().PutTile(2, 2, glyph, 1, 1, 0);
+            kept.last -= KeptGames::kEvery;
+            kept.KeepNowAndThen(path);
+            const std::string session = folder / "kept/.session-" + std::to_string(getpid());
+            for (int i = 0; FileBytes(session).empty() && i < 5000; ++i) usleep(1000);
+            kept.last -= KeptGames::kEvery;
+            kept.KeepNowAndThen(path);  // the same again
+            usleep(200'000);
+            raise(SIGKILL);
+        }
+        waitpid(child, nullptr, 0);
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    ASSERT_EQ(Count(), 1u);
+    ASSERT_EQ(Count(), 2u);
     KeptGames kept(folder / "kept");
-    {
-        KeptGames other(folder / "kept/other");
-        EXPECT_EQ(other.TakeLost(), "");
-    }
+    EXPECT_EQ(KeptGames(folder / "kept/other").TakeLost(), "");
     const std::string lost = kept.TakeLost();
-    ASSERT_EQ(lost, ListKept(folder / "kept")[0].path);
+    EXPECT_EQ(lost, ListKept(folder / "kept")[0].path) << "the newest";
     EXPECT_EQ(kept.TakeLost(), "");
     ASSERT_TRUE(world->Load(lost));
     EXPECT_EQ(First().GetTile(2, 2)->chr, 99);
 }
 
-TEST_F(KeptWorlds, WithoutAFolderNothingHappens) {
+TEST_F(KeptWorlds, WithoutAFolderOrRoomNothingHappens) {
     PutFile(folder / "file", "x");
     for (const std::string& place : {std::string(), folder / "file/kept"}) {
         KeptGames kept(place);
@@ -109,5 +108,19 @@ TEST_F(KeptWorlds, WithoutAFolderNothingHappens) {
         kept.KeepNowAndThen(path);
         EXPECT_EQ(kept.TakeLost(), "");
     }
+    const pid_t child = fork();
+    if (child == 0) {
+        KeptGames kept(folder / "kept");
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit little{100, 100};
+        setrlimit(RLIMIT_FSIZE, &little);
+        kept.KeepWorld(path);
+        kept.EndSession();
+        _exit(static_cast<int>(reports.Messages().size()));
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "kept")) << "no piece of a game, no session";
     EXPECT_EQ(reports.Texts(), "");
 }

@@ -64,9 +64,9 @@ int main(int argc, char** argv) {
     CQuiltApp app(line.picture.empty() ? KeptFolder() : "");
     if (!app.InitInstance(ProgramFolder(), line.game)) return EXIT_FAILURE;
     if (line.picture.empty()) {
-        OnTermination([&app] { app.KeepWorld(); });
+        OnTermination([&app] { app.KeepWorld(); }, [&app] { app.Leave(); });
         const int status = qt.Run();
-        app.KeepWorld();
+        app.Leave();
         return status;
     }
     if (qt.SavePicture(line.picture)) return EXIT_SUCCESS;
