@@ -1,5 +1,6 @@
 #include "docs/screens/album.h"
 
+#include "editor/shell/do_about.h"
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
 #include "editor/shell/do_object_clip_board.h"
@@ -64,6 +65,7 @@ void TakeDialogs(Studio& studio) {
     TakeAreaDialogs(studio);
     Camera& camera = studio.camera;
     studio.Select("Harbour", "keeper");
+    camera.TakeDialog("dialog-about.png", [] { DoAbout().Run(); });
     camera.TakeDialog("dialog-name.png", [] { DoName().Run(); });
     camera.TakeDialog("dialog-location.png", [] { DoLocation().Run(); });
     studio.Select("Cave");

@@ -12,7 +12,7 @@ std::int32_t vCharScrollY = 0;
 
 namespace {
 
-constexpr int kUsualSheet = 16 * kTileSize;  // pixels across
+constexpr int kUsualColumns = 16;
 constexpr double kTilesPerPixel = 0.125;
 
 enum Direction { kUp, kRight, kDown, kLeft };  // of Dfont::NeighbourGlyph
@@ -45,13 +45,21 @@ void UpdateHoleHint() { vBrush.bg = HoleHint(vBrush.chr); }
 void CharSelect::OnDraw(platform::Window& own) {
     const platform::Size client = own.ClientSize();
     // As large as the window allows for a sheet of 16 columns.
-    if (!vBitmap) zoom = std::max(client.w / kUsualSheet, 2);
-    BITMAP* to = Buffer({(client.w + zoom - 1) / zoom, (client.h + zoom - 1) / zoom}, "CharSelect");
+    // A pixel of the sheet is two or more of the window's, or a half more of them: then every
+    // second one is wider.
+    constexpr int kHalf = kTileSize / 2;
+    if (!vBitmap) cell = std::max(client.w / kUsualColumns / kHalf * kHalf, 2 * kTileSize);
+    // An even number with halves, so that the picture ends with a whole pixel.
+    const int odd = cell % kTileSize ? 1 : 0;
+    const auto held = [=, this](int pixels) {
+        return ((pixels * kTileSize + cell - 1) / cell + odd) & ~odd;
+    };
+    BITMAP* to = Buffer({held(client.w), held(client.h)}, "CharSelect");
     if (!to) return;
     clear_bitmap(to);
     BITMAP* sheet = vWorld->GetFont()->Sheet();
     blit(sheet, to, -kTileSize * vCharScrollX, -kTileSize * vCharScrollY, 0, 0, to->w, to->h);
-    own.ShowPicture({to->line, to->w, to->h}, {to->w * zoom, to->h * zoom});
+    own.ShowPicture({to->line, to->w, to->h}, {to->w * cell / kTileSize, to->h * cell / kTileSize});
     own.SetDescription("Glyph " + std::to_string(vBrush.chr));
 }
 
@@ -64,8 +72,8 @@ void CharSelect::Pick(int glyph) {
 
 void CharSelect::PickAt(platform::Point at) {
     const Dfont& glyphs = *vWorld->GetFont();
-    const int x = kTileSize * TileAt(at.x, vCharScrollX, zoom * kTileSize);
-    const int y = kTileSize * TileAt(at.y, vCharScrollY, zoom * kTileSize);
+    const int x = kTileSize * TileAt(at.x, vCharScrollX, cell);
+    const int y = kTileSize * TileAt(at.y, vCharScrollY, cell);
     if (x < 0 || y < 0 || x >= glyphs.Sheet()->w || y >= glyphs.Sheet()->h) return;
     const int glyph = glyphs.FindGlyphAt(x, y);
     if (glyph >= 0) Pick(glyph);

@@ -40,7 +40,7 @@ private:
     void Scroll(platform::Point at);
 
     DragMode mode = kIdle;
-    int zoom = 2;                 ///< window pixels a side of a sheet pixel
+    int cell = 16;                ///< window pixels a side of a glyph
     platform::Point press;        ///< window pixels
     platform::Point pressScroll;  ///< the scroll at the press
 };

@@ -8,6 +8,7 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QMenuBar>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace {
@@ -58,7 +59,10 @@ private:
 }  // namespace
 
 int RunFormDialog(const platform::Form& form, platform::FormEvents& events) {
-    QWidget* over = QApplication::activeWindow();
+    const QPointer<QWidget> over = QApplication::activeWindow();
     FormDialog dialog(over, form, events);
-    return dialog.exec();
+    const int result = dialog.exec();
+    // A window manager may lose its way when a dialog closes together with a box over it.
+    if (over) over->activateWindow();
+    return result;
 }

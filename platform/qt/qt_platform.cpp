@@ -8,6 +8,7 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/usual_cursor.h"
 
+#include <QAccessibleWidget>
 #include <QDesktopServices>
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -54,6 +55,12 @@ void FitTitle(QMessageBox& box) {
                   grid->columnCount());
 }
 
+// Screen readers take what has no role of its own for mere space between other things.
+QAccessibleInterface* TellOfPicture(const QString&, QObject* object) {
+    auto* picture = dynamic_cast<PictureWidget*>(object);
+    return picture ? new QAccessibleWidget(picture, QAccessible::Canvas) : nullptr;
+}
+
 }  // namespace
 
 QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
@@ -65,6 +72,7 @@ QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
     QLocale::setDefault(QLocale::c());
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setStyle(new DesktopStyle);
+    QAccessible::installFactory(TellOfPicture);
     vPlatform = this;
 }
 

@@ -201,7 +201,9 @@ TEST_F(Screens, PickersChooseWhatIsShown) {
             EXPECT_EQ(vBrush.fg, color);
         }
         // The full block is the one glyph without a clear pixel.
-        Click(glyphs, FindSquare(glyphs.grab().toImage(), 12, vScreenColors[15]));
+        const QPoint block = FindSquare(glyphs.grab().toImage(), 12, vScreenColors[15]);
+        EXPECT_NEAR(block.x() * 16.0 / glyphs.width(), 11.5, 0.6) << "the sheet fills the picker";
+        Click(glyphs, block);
         EXPECT_EQ(vBrush.chr, 219);
         dialog.close();
     });
