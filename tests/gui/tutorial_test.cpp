@@ -2,14 +2,18 @@
 // the file that it saves.
 
 #include "editor/script/do_programming.h"
+#include "editor/shell/do_location.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/tools/do_brush_settings.h"
 #include "editor/tools/fade_dialog.h"
+#include "editor/view/brush.h"
 #include "engine/game_archive.h"
 #include "tests/gui/main_window.h"
 
 #include <gmock/gmock.h>
 #include <QPushButton>
+#include <QSlider>
+#include <cstdlib>
 #include <sstream>
 
 namespace {
@@ -43,6 +47,17 @@ protected:
     static void ClickColor(QWidget& dialog, int id, int color) {
         Click(In(dialog, id), {color % 16 * 11 + 5, color / 16 * 10 + 5});
     }
+    void ChooseBrush(const Brush& brush) {
+        person.OnDialog([=](QDialog& dialog) {
+            if (vBrush.chr != brush.chr)
+                Click(In(dialog, kBrushChar), {brush.chr % 16 * 16 + 8, brush.chr / 16 * 16 + 8});
+            ClickColor(dialog, kBrushFg, brush.fg);
+            ClickColor(dialog, kBrushBg, brush.bg);
+            PressOk(dialog);
+        });
+        ClickOnPanel(kBrushPreview);
+        EXPECT_EQ(vBrush, brush);
+    }
     static void PressOk(QDialog& dialog) { In<QPushButton>(dialog, platform::kIdOk).click(); }
 
     const std::string readme = Plain(FileBytes(SOURCE_FOLDER "/README.md"));
@@ -55,72 +70,72 @@ TEST_F(Tutorial, KeepsItsPromises) {
     Start();
     Says("The marked tile at the top left is the cursor");
     EXPECT_EQ(app->Frame().EditView().Cursor(), (platform::Point{0, 0}));
+    Says(
+        "Click a tile inside the frame with the right button: the area tools open. Choose "
+        "\"Ruler\"");
+    DragFor(At(10, 10), At(10, 10), {"R&uler"});
 
     Says(
         "Click the picture of the brush, at the left of the panel. Choose a light green in "
-        "\"Foreground Color\" and a dark green in \"Background Color\", then OK.");
-    person.OnDialog([](QDialog& dialog) {
-        ClickColor(dialog, kBrushFg, 84);
-        ClickColor(dialog, kBrushBg, 75);
-        PressOk(dialog);
-    });
-    ClickOnPanel(kBrushPreview);
+        "\"Foreground Color\" and a dark green in \"Background Color\", so that the numbers of the "
+        "brush (glyph, foreground, background, attribute) read 1 84 75 0.");
+    ChooseBrush({1, 84, 75, 0});
 
     Says(
-        "Click a tile inside the frame with the right button: the area tools open. Choose "
-        "\"Flood\", \"Fade\", \"Normal\". In the dialog the button \"Set\" offers \"Grass\"; OK");
+        "Click a tile inside the frame with the right button again and choose \"Flood\", \"Fade\", "
+        "\"Normal\". In the dialog the button \"Set\" offers \"Grass\". Draw the slider \"Random\" "
+        "to 15; OK");
     DragFor(At(10, 10), At(10, 10), {"F&lood", "Fa&de", "&Normal"}, {}, [this](QDialog& dialog) {
         person.ChooseInMenu({"Grass"});
         In<QPushButton>(dialog, kFadeSetButton).click();
+        In<QSlider>(dialog, kFadeRandomSlider).setValue(15);
         PressOk(dialog);
     });
 
-    Says(
-        "Choose the full block, glyph 219, and a dark brown as foreground, then OK. Drag a box "
-        "over the middle of the meadow with the right button and choose \"Fill\"");
-    person.OnDialog([](QDialog& dialog) {
-        Click(In(dialog, kBrushChar), {11 * 16 + 8, 13 * 16 + 8});
-        ClickColor(dialog, kBrushFg, 124);
-        PressOk(dialog);
-    });
-    ClickOnPanel(kBrushPreview);
+    Says("Choose the full block and a brown, 219 124 75 0, then OK.");
+    ChooseBrush({219, 124, 75, 0});
+    Says("from column 30, row 25 until the ruler says 13,7 and choose \"Fill\"");
     DragFor(At(30, 25), At(42, 31), {"&Fill"});
 
     Says(
-        "Click the middle tile of the house's lowest row. Press Home four times, which darkens "
-        "the brush, then Space, Up, Space, Up, Space: a door.");
+        "Click the middle tile of the house's lowest row, 36,31. Press Home four times, which "
+        "darkens the brush, then Space, Up, Space, Up, Space: a door.");
     Click(*edit, At(36, 31));
     for (Qt::Key code : {Qt::Key_Home, Qt::Key_Home, Qt::Key_Home, Qt::Key_Home, Qt::Key_Space,
                          Qt::Key_Up, Qt::Key_Space, Qt::Key_Up, Qt::Key_Space})
         Press(*edit, code);
 
     Says(
-        "Hold Ctrl and drag with the right button from above the house's left corner to a point "
-        "higher up in the middle; choose \"Line\", \"Fill\". Do the same from there to the right "
-        "corner: a roof.");
+        "Hold Ctrl and drag with the right button from 30,24 to 36,18; choose \"Line\", \"Fill\". "
+        "Do "
+        "the same from 36,18 to 42,24: a roof.");
     DragFor(At(30, 24), At(36, 18), {"&Line", "&Fill"}, Qt::ControlModifier);
     DragFor(At(36, 18), At(42, 24), {"&Line", "&Fill"}, Qt::ControlModifier);
 
-    Says(
-        "Press End eight times, choose \"Add Text\" on the panel, click a tile of the wall and "
-        "type INN. Choose \"Brush\" on the panel again.");
-    for (int i = 0; i < 8; ++i) Press(*edit, Qt::Key_End);
+    Says("choose white on dark brown, 219 15 120 0. Choose \"Add Text\" on the panel, click 35,27");
+    ChooseBrush({219, 15, 120, 0});
     ClickOnPanel(kRadioText);
-    Click(*edit, At(35, 26));
+    Click(*edit, At(35, 27));
+    Says("and type INN. Choose \"Brush\" on the panel again.");
     Type(*edit, QStringLiteral("INN"));
     ClickOnPanel(kRadioBrush);
 
-    Says(
-        "Drag a box around house and roof with the right button, choose \"Make Object\", type inn "
-        "and press Enter. The new object stands at the top left of the board.");
+    Says("from 30,18 until the ruler says 13,14, around house and roof. Choose \"Make Object\"");
     DragFor(At(30, 18), At(42, 31), {"&Make Object"}, {}, [](QDialog& dialog) {
         QTest::keyClicks(dialog.focusWidget(), QStringLiteral("inn"));
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
+    Says("Choose \"Ruler\" once more");
+    DragFor(At(50, 50), At(50, 50), {"R&uler"});
 
-    Says("Press \"PROPERTIES\" on the panel, then drag with the right button: the object follows.");
+    Says("Press \"PROPERTIES\" on the panel, then \"Location\", and type 30 and 18");
     ClickOnPanel(kToProperties);
-    Drag(*edit, {At(2, 2), At(20, 20), At(55, 40)}, Qt::RightButton);
+    person.OnDialog([](QDialog& dialog) {
+        Fill(dialog, kLocationX, QStringLiteral("30"));
+        Fill(dialog, kLocationY, QStringLiteral("18"));
+        PressOk(dialog);
+    });
+    ClickOnPanel(kNodeLocation);
 
     Says(
         "Press \"Programming\" and type this, then OK. Enter ends the line; while a word is only "
@@ -133,6 +148,7 @@ TEST_F(Tutorial, KeepsItsPromises) {
     });
     ClickOnPanel(kNodeProgramming);
 
+    if (const char* picture = std::getenv("QUILT_TUTORIAL_PICTURE")) window->grab().save(picture);
     Says("Press Ctrl+S, type first and press Enter. The game is in `first.zqlt`");
     person.AnswerFileDialog(temp / "first");
     window->activateWindow();
@@ -156,16 +172,14 @@ TEST_F(Tutorial, KeepsItsPromises) {
     EXPECT_EQ(*board.GetTile(31, 30), (Dtile{219, 124, 75, 0})) << "the wall";
     for (const int y : {29, 30, 31}) EXPECT_EQ(board.GetTile(36, y)->fg, 120) << "the door";
     for (const int i : {0, 3, 6}) EXPECT_EQ(board.GetTile(36 + i, 18 + i)->fg, 120) << "the roof";
-    for (const int i : {0, 1, 2}) {
-        EXPECT_EQ(board.GetTile(35 + i, 26)->chr, "INN"[i]);
-        EXPECT_EQ(board.GetTile(35 + i, 26)->fg, 128);
-    }
+    for (const int i : {0, 1, 2}) EXPECT_EQ(board.GetTile(35 + i, 27)->chr, "INN"[i]);
+    EXPECT_EQ(*board.GetTile(35, 27), (Dtile{'I', 15, 120, 0}));
     ASSERT_EQ(board.children.size(), 1u);
     Dobject& inn = *board.children.front();
     EXPECT_EQ(inn.name, "inn");
     EXPECT_EQ(std::pair(inn.width, inn.height), std::pair(13, 14));
     EXPECT_EQ(*inn.GetTile(6, 13), (Dtile{219, 120, 75, 0}));
-    EXPECT_EQ(std::pair(inn.posx, inn.posy), std::pair(55, 40));
+    EXPECT_EQ(std::pair(inn.posx, inn.posy), std::pair(30, 18));
     EXPECT_EQ(Plain(inn.script), "@inn #end :touch The inn opens at dusk. #end");
     EXPECT_EQ(std::count(inn.script.begin(), inn.script.end(), '\n'), 4);
 }
