@@ -36,8 +36,8 @@ struct Control {
     ControlKind kind = ControlKind::Label;
     const char* text = "";           ///< UTF-8, "&" before the mnemonic; also the accessible name
     int x = 0, y = 0, w = 0, h = 0;  ///< dialog units
-    int low = 0, high = 0;
-    const char* tip = "";  ///< tool tip; also the accessible description
+    const char* tip = "";            ///< tool tip; also the accessible description
+    int low = 0, high = 0;           ///< only of the kinds that have limits
     bool enabled = true;
 };
 

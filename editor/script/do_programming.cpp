@@ -24,11 +24,11 @@ std::vector<std::string> vFontFaces;
 namespace {
 
 constexpr Control kControls[] = {
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 307, 223, 29, 13, 0, 0, "Store the script"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 342, 223, 29, 13, 0, 0,
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 307, 223, 29, 13, "Store the script"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 342, 223, 29, 13,
      "Leave the script as it was"},
     {kScriptText, ControlKind::Code, "Script", 7, 7, 365, 211},
-    {kChangeFont, ControlKind::Button, "Change Font", 7, 223, 50, 13, 0, 0,
+    {kChangeFont, ControlKind::Button, "Change Font", 7, 223, 50, 13,
      "Choose the font of all scripts"},
 };
 

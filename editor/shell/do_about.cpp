@@ -20,12 +20,12 @@ constexpr Control kControls[] = {
      "\nThe editor of a game-creation kit for tile games.\nFree software under the GNU General "
      "Public License, version 3 or later.",
      7, 7, 366, 27},
-    {kAboutKeys, ControlKind::Page, "Keys", 7, 40, 366, 180, 0, 0, "The keys and the mouse"},
-    {kAboutManual, ControlKind::Button, "&Manual", 7, 226, 60, 14, 0, 0,
+    {kAboutKeys, ControlKind::Page, "Keys", 7, 40, 366, 180, "The keys and the mouse"},
+    {kAboutManual, ControlKind::Button, "&Manual", 7, 226, 60, 14,
      "Read the manual in the desktop's browser (Alt+M)"},
-    {kAboutSample, ControlKind::Button, "&Sample game", 73, 226, 70, 14, 0, 0,
+    {kAboutSample, ControlKind::Button, "&Sample game", 73, 226, 70, 14,
      "Open Lamplight, the game of the manual's pictures (Alt+S)"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 313, 226, 60, 14, 0, 0, "Close"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 313, 226, 60, 14, "Close"},
 };
 constexpr platform::Form kForm{"About QUILT!", 380, 247, "Courier New", 8, kControls};
 

@@ -11,10 +11,10 @@ using platform::FormWindow;
 namespace {
 
 constexpr Control kControls[] = {
-    {kNameText, ControlKind::Edit, "Name", 7, 7, 192, 12, 0, kMaxNameLength,
-     "One word; blanks become underscores"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 203, 7, 36, 12, 0, 0, "Use this name"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 243, 7, 36, 12, 0, 0, "Keep the old name"},
+    {kNameText, ControlKind::Edit, "Name", 7, 7, 192, 12, "One word; blanks become underscores", 0,
+     kMaxNameLength},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 203, 7, 36, 12, "Use this name"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 243, 7, 36, 12, "Keep the old name"},
 };
 
 constexpr platform::Form kForm{"Name", 286, 26, "Courier New", 8, kControls};

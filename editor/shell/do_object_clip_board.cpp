@@ -14,9 +14,9 @@ constexpr const char* kFilter = "QUILT! obj files (*.zobj)|*.zobj||";
 constexpr int kAlone = 2;  // DrawObjectMode: the node with its children and nothing else
 
 constexpr Control kControls[] = {
-    {kObjectPicture, ControlKind::Picture, "Object clipboard", 7, 7, 256, 218, 0, 0,
+    {kObjectPicture, ControlKind::Picture, "Object clipboard", 7, 7, 256, 218,
      "The object on the clipboard; drag or use the arrow keys to move it"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 234, 232, 29, 13, 0, 0, "Close"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 234, 232, 29, 13, "Close"},
 };
 constexpr platform::Form kForm{"Object ClipBoard", 270, 252, "Courier New", 8, kControls};
 

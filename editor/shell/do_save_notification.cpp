@@ -14,11 +14,10 @@ constexpr const char* kKey = "param";
 constexpr Control kControls[] = {
     {kNoticeText, ControlKind::Label,
      "QUILT! Edit will now save your file and tell QUILT! Runner to play it.", 7, 7, 148, 20},
-    {kNoticeHide, ControlKind::CheckBox, "Hide this message", 7, 29, 148, 10, 0, 0,
+    {kNoticeHide, ControlKind::CheckBox, "Hide this message", 7, 29, 148, 10,
      "Without the tick this notice no longer comes"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 76, 41, 38, 13, 0, 0, "Save and play"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 117, 41, 38, 13, 0, 0,
-     "Neither save nor play"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 76, 41, 38, 13, "Save and play"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 117, 41, 38, 13, "Neither save nor play"},
 };
 constexpr platform::Form kForm{"Save Notification", 162, 60, "Courier New", 8, kControls};
 

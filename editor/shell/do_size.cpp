@@ -9,14 +9,14 @@ namespace {
 
 constexpr Control kControls[] = {
     {kSizeLabel, ControlKind::Label, "Width", 7, 9, 22, 9},
-    {kSizeW, ControlKind::NumberEdit, "Width", 30, 7, 38, 13, 0, 0, "Columns of the grid"},
+    {kSizeW, ControlKind::NumberEdit, "Width", 30, 7, 38, 13, "Columns of the grid"},
     {kSizeLabel + 1, ControlKind::Label, "Height", 75, 9, 26, 9},
-    {kSizeH, ControlKind::NumberEdit, "Height", 102, 7, 38, 13, 0, 0, "Rows of the grid"},
-    {kSizeChangeView, ControlKind::CheckBox, "Change Viewport", 148, 8, 74, 11, 0, 0,
+    {kSizeH, ControlKind::NumberEdit, "Height", 102, 7, 38, 13, "Rows of the grid"},
+    {kSizeChangeView, ControlKind::CheckBox, "Change Viewport", 148, 8, 74, 11,
      "Show the whole of the new grid"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 226, 7, 36, 13, 0, 0,
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 226, 7, 36, 13,
      "Change the grid; what lies outside the new one is lost"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 266, 7, 36, 13, 0, 0, "Leave the grid"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 266, 7, 36, 13, "Leave the grid"},
 };
 
 constexpr platform::Form kForm{"Size", 309, 27, "Courier New", 8, kControls};

@@ -12,14 +12,13 @@ namespace {
 
 constexpr Control kControls[] = {
     {kViewportLabel, ControlKind::Label, "Width", 7, 9, 22, 9},
-    {kViewportW, ControlKind::NumberEdit, "Width", 30, 7, 38, 13, 0, 0,
+    {kViewportW, ControlKind::NumberEdit, "Width", 30, 7, 38, 13,
      "Columns shown; the grid grows with them"},
     {kViewportLabel + 1, ControlKind::Label, "Height", 74, 9, 26, 9},
-    {kViewportH, ControlKind::NumberEdit, "Height", 101, 7, 38, 13, 0, 0,
+    {kViewportH, ControlKind::NumberEdit, "Height", 101, 7, 38, 13,
      "Rows shown; the grid grows with them"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 146, 7, 33, 13, 0, 0, "Show that much"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 183, 7, 33, 13, 0, 0,
-     "Leave the viewport"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 146, 7, 33, 13, "Show that much"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 183, 7, 33, 13, "Leave the viewport"},
 };
 
 constexpr platform::Form kForm{"Viewport", 223, 27, "Courier New", 8, kControls};

@@ -15,10 +15,10 @@ constexpr int kLastColor = 255;
 constexpr int kRow = 16;
 
 constexpr Control kControls[] = {
-    {kColorGrid, ControlKind::Picture, "FG color Select", 7, 7, 100, 92, 0, 0,
+    {kColorGrid, ControlKind::Picture, "FG color Select", 7, 7, 100, 92,
      "Click or drag to choose, or use the arrow keys"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 7, 102, 48, 14, 0, 0, "Use this colour"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 59, 102, 48, 14, 0, 0,
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 7, 102, 48, 14, "Use this colour"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 59, 102, 48, 14,
      "Close; the colour stays"},
 };
 

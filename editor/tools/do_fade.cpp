@@ -9,19 +9,19 @@ using platform::FormWindow;
 namespace {
 
 constexpr Control kControls[] = {
-    {kFadePicture, ControlKind::Picture, "Preview", 7, 7, 145, 139, 0, 0,
+    {kFadePicture, ControlKind::Picture, "Preview", 7, 7, 145, 139,
      "The pattern in the colours of the brush"},
-    {kFadeBlendName, ControlKind::ReadOnlyEdit, "Blend", 7, 149, 78, 14, 0, 0,
+    {kFadeBlendName, ControlKind::ReadOnlyEdit, "Blend", 7, 149, 78, 14,
      "The pattern that is stretched over the area"},
-    {kFadeSetButton, ControlKind::Button, "Set: Basic", 88, 149, 64, 14, 0, 0,
+    {kFadeSetButton, ControlKind::Button, "Set: Basic", 88, 149, 64, 14,
      "Choose the five glyphs to shade with"},
-    {kFadeBlendSlider, ControlKind::Slider, "Blend", 7, 166, 145, 12, 0, 0, "Choose the pattern"},
-    {kFadeRandomText, ControlKind::ReadOnlyEdit, "Random", 7, 181, 50, 14, 0, 0,
+    {kFadeBlendSlider, ControlKind::Slider, "Blend", 7, 166, 145, 12, "Choose the pattern"},
+    {kFadeRandomText, ControlKind::ReadOnlyEdit, "Random", 7, 181, 50, 14,
      "How far the tiles are scattered"},
-    {kFadeRandomSlider, ControlKind::Slider, "Random", 60, 182, 92, 12, 0, kMaxFadeRandom,
-     "How far the tiles are scattered"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 47, 199, 51, 14, 0, 0, "Paint the area"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 101, 199, 51, 14, 0, 0,
+    {kFadeRandomSlider, ControlKind::Slider, "Random", 60, 182, 92, 12,
+     "How far the tiles are scattered", 0, kMaxFadeRandom},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 47, 199, 51, 14, "Paint the area"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 101, 199, 51, 14,
      "Leave the area as it is"},
 };
 

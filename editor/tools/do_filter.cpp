@@ -11,14 +11,13 @@ using platform::FormWindow;
 namespace {
 
 constexpr Control kControls[] = {
-    {kFilterChar, ControlKind::CheckBox, "Char", 7, 8, 30, 11, 0, 0, "Use the glyph"},
-    {kFilterFg, ControlKind::CheckBox, "Fg", 41, 8, 22, 11, 0, 0, "Use the foreground colour"},
-    {kFilterBg, ControlKind::CheckBox, "Bg", 67, 8, 22, 11, 0, 0, "Use the background colour"},
-    {kFilterAttribute, ControlKind::CheckBox, "Attribute", 93, 8, 51, 11, 0, 0,
-     "Use the game attribute"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 151, 7, 36, 13, 0, 0,
+    {kFilterChar, ControlKind::CheckBox, "Char", 7, 8, 30, 11, "Use the glyph"},
+    {kFilterFg, ControlKind::CheckBox, "Fg", 41, 8, 22, 11, "Use the foreground colour"},
+    {kFilterBg, ControlKind::CheckBox, "Bg", 67, 8, 22, 11, "Use the background colour"},
+    {kFilterAttribute, ControlKind::CheckBox, "Attribute", 93, 8, 51, 11, "Use the game attribute"},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 151, 7, 36, 13,
      "Go on with the fields that are ticked"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 191, 7, 36, 13, 0, 0,
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 191, 7, 36, 13,
      "Leave everything as it is"},
 };
 

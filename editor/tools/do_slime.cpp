@@ -9,15 +9,14 @@ using platform::FormWindow;
 namespace {
 
 constexpr Control kControls[] = {
-    {kFadeSetButton, ControlKind::Button, "Set: Basic", 7, 7, 76, 14, 0, 0,
+    {kFadeSetButton, ControlKind::Button, "Set: Basic", 7, 7, 76, 14,
      "Choose the five glyphs to shade with"},
-    {kFadeRandomText, ControlKind::ReadOnlyEdit, "Random", 90, 7, 50, 14, 0, 0,
+    {kFadeRandomText, ControlKind::ReadOnlyEdit, "Random", 90, 7, 50, 14,
      "How much the wave is stirred"},
-    {kFadeRandomSlider, ControlKind::Slider, "Random", 143, 7, 58, 14, 0, kMaxFadeRandom,
-     "How much the wave is stirred"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 208, 7, 44, 14, 0, 0, "Paint the area"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 255, 7, 44, 14, 0, 0,
-     "Leave the area as it is"},
+    {kFadeRandomSlider, ControlKind::Slider, "Random", 143, 7, 58, 14,
+     "How much the wave is stirred", 0, kMaxFadeRandom},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 208, 7, 44, 14, "Paint the area"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 255, 7, 44, 14, "Leave the area as it is"},
 };
 
 }  // namespace

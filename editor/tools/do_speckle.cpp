@@ -14,11 +14,10 @@ constexpr int kMaxPercentage = 99;
 
 constexpr Control kControls[] = {
     {kSpeckleLabel, ControlKind::Label, "Percentage of Frequency", 7, 7, 93, 8},
-    {kSpecklePercentage, ControlKind::NumberEdit, "Percentage of Frequency", 7, 17, 22, 14, 0,
-     kMaxPercentage, "How many of a hundred tiles take the brush, 0 to 99"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 32, 17, 31, 14, 0, 0, "Paint the area"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 66, 17, 34, 14, 0, 0,
-     "Leave the area as it is"},
+    {kSpecklePercentage, ControlKind::NumberEdit, "Percentage of Frequency", 7, 17, 22, 14,
+     "How many of a hundred tiles take the brush, 0 to 99", 0, kMaxPercentage},
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 32, 17, 31, 14, "Paint the area"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 66, 17, 34, 14, "Leave the area as it is"},
 };
 
 constexpr platform::Form kForm{"Speckle", 107, 38, "Courier New", 8, kControls};

@@ -19,13 +19,12 @@ constexpr int kStandInBg = 1;
 constexpr int kNone = -1;
 
 constexpr Control kControls[] = {
-    {kClipPicture, ControlKind::Picture, "Tile clipboard", 7, 7, 157, 156, 0, 0,
+    {kClipPicture, ControlKind::Picture, "Tile clipboard", 7, 7, 157, 156,
      "The tiles of the clipboard; drag or use the arrow keys to move them"},
-    {kClipSkip, ControlKind::CheckBox, "Skip 0 0 0 0 Tiles", 7, 169, 90, 10, 0, 0,
+    {kClipSkip, ControlKind::CheckBox, "Skip 0 0 0 0 Tiles", 7, 169, 90, 10,
      "Pasting leaves out empty tiles"},
-    {platform::kIdOk, ControlKind::DefaultButton, "OK", 98, 167, 30, 13, 0, 0,
-     "Close, with this option"},
-    {platform::kIdCancel, ControlKind::Button, "Cancel", 131, 167, 33, 13, 0, 0,
+    {platform::kIdOk, ControlKind::DefaultButton, "OK", 98, 167, 30, 13, "Close, with this option"},
+    {platform::kIdCancel, ControlKind::Button, "Cancel", 131, 167, 33, 13,
      "Close, with the option as it was"},
 };
 constexpr platform::Form kForm{"Tile ClipBoard", 171, 187, "Courier New", 8, kControls};
@@ -34,9 +33,9 @@ enum BmpControl : int { kBmpText = 1001, kForeground, kBackground };
 constexpr Control kBmpControls[] = {
     {kBmpText, ControlKind::Label,
      "Do want to load this bmp as foreground color or background color info ?", 7, 7, 173, 20},
-    {kForeground, ControlKind::DefaultButton, "Foreground", 32, 31, 60, 13, 0, 0,
+    {kForeground, ControlKind::DefaultButton, "Foreground", 32, 31, 60, 13,
      "The pixels are colors of glyphs"},
-    {kBackground, ControlKind::Button, "Background", 96, 31, 60, 13, 0, 0,
+    {kBackground, ControlKind::Button, "Background", 96, 31, 60, 13,
      "The pixels are colors behind glyphs"},
 };
 constexpr platform::Form kBmpForm{"Load BMP As", 187, 51, "Courier New", 8, kBmpControls};
