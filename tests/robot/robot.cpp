@@ -57,7 +57,7 @@ public:
             run.Say("start the program", game.c_str());
             CQuiltApp life;
             app = &life;
-            if (life.InitInstance(ProgramFolder(), game)) qt.Run();
+            if (life.InitInstance(run.folder.Path(), game)) qt.Run();
         }
     }
     /// Ends the process with a failure if something is not as it shall be.
@@ -204,8 +204,9 @@ private:
     std::set<std::int32_t> ids;  ///< of the nodes looked at
 };
 
-// Good files, and two bad ones beside each.
+// Good files, two bad ones beside each, and what comes with the program, which may be saved over.
 void MakeFiles(const TempFolder& folder, unsigned seed) {
+    std::filesystem::copy("Library", folder / "Library", std::filesystem::copy_options::recursive);
     std::mt19937 random(seed);
     Dinterface world;
     PlantRandomWorld(world, random);
