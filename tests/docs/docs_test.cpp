@@ -11,100 +11,72 @@
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 
+using namespace platform;
 namespace fs = std::filesystem;
 
 namespace {
 
 const fs::path kSource = SOURCE_FOLDER;
 
-std::vector<fs::path> Documents() {
-    std::vector<fs::path> found;
-    for (const fs::path& folder : {kSource, kSource / "docs"})
-        for (const auto& entry : fs::directory_iterator(folder))
-            if (entry.path().extension() == ".md") found.push_back(entry.path());
-    return found;
+// A document in which a heading reads as links call it: small letters, digits, hyphens for blanks.
+std::string WithAnchors(const fs::path& document) {
+    const std::regex dropped("[^a-zA-Z0-9\n# -]");
+    std::string text = std::regex_replace("\n" + FileBytes(document), dropped, "");
+    for (char& c : text)
+        c = c == ' ' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
 }
 
-// The targets of links and pictures: the file, empty for the document itself, and the heading,
-// empty for none.
-std::vector<std::pair<std::string, std::string>> Links(const std::string& text) {
-    const std::regex link(R"(\]\(([^)#]*)#?([^)]*)\))");
-    std::vector<std::pair<std::string, std::string>> links;
-    for (std::sregex_iterator at(text.begin(), text.end(), link), end; at != end; ++at)
-        links.emplace_back((*at)[1], (*at)[2]);
-    return links;
-}
-
-// The headings of a document as links call them: small letters, digits and hyphens for blanks.
-std::set<std::string> Headings(const fs::path& document) {
-    std::istringstream text(FileBytes(document));
-    std::set<std::string> headings;
-    for (std::string line; std::getline(text, line);) {
-        if (!line.starts_with("#")) continue;
-        std::string name = line.substr(line.find_first_not_of("# "));
-        std::erase_if(name,
-                      [](unsigned char c) { return !std::isalnum(c) && c != '-' && c != ' '; });
-        for (char& c : name)
-            c = c == ' ' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        headings.insert(name);
-    }
-    return headings;
-}
-
-using Row = std::vector<std::string>;
-
-Row Split(const std::string& text, const std::string& by) {
-    const std::regex separator(by);
-    return {std::sregex_token_iterator(text.begin(), text.end(), separator, -1), {}};
-}
-
-const std::map<std::string, int> kKeyNames{
-    {"Up", platform::kKeyUp},
-    {"Down", platform::kKeyDown},
-    {"Left", platform::kKeyLeft},
-    {"Right", platform::kKeyRight},
-    {"Space", platform::kKeySpace},
-    {"Shift", platform::kKeyShift},
-    {"Tab", platform::kKeyTab},
-    {"Enter", platform::kKeyEnter},
-    {"Menu", platform::kKeyApps},
-    {"Home", platform::kKeyHome},
-    {"End", platform::kKeyEnd},
-    {"Page Up", platform::kKeyPageUp},
-    {"Page Down", platform::kKeyPageDown},
-    {"Insert", platform::kKeyInsert},
-    {"Delete", platform::kKeyDelete},
-    {"F1", platform::kKeyF1},
-    {"F2", platform::kKeyF2},
-    {"F4", platform::kKeyF4},
-    {"Escape", platform::kKeyEscape},
-};
+const std::map<std::string, int> kKeyNames = {{"Up", kKeyUp},
+                                              {"Down", kKeyDown},
+                                              {"Left", kKeyLeft},
+                                              {"Right", kKeyRight},
+                                              {"Space", kKeySpace},
+                                              {"Shift", kKeyShift},
+                                              {"Tab", kKeyTab},
+                                              {"Enter", kKeyEnter},
+                                              {"Menu", kKeyApps},
+                                              {"Home", kKeyHome},
+                                              {"End", kKeyEnd},
+                                              {"Page Up", kKeyPageUp},
+                                              {"Page Down", kKeyPageDown},
+                                              {"Insert", kKeyInsert},
+                                              {"Delete", kKeyDelete},
+                                              {"F1", kKeyF1},
+                                              {"F2", kKeyF2},
+                                              {"F4", kKeyF4},
+                                              {"Escape", kKeyEscape}};
 
 // The code of a key with what is held beside it.
 int CodeOf(std::string name) {
     int flags = 0;
-    if (name.starts_with("Ctrl+")) flags |= platform::kWithCtrl, name.erase(0, 5);
-    if (name.starts_with("Shift+")) flags |= platform::kWithShift, name.erase(0, 6);
+    if (name.starts_with("Ctrl+")) flags |= kWithCtrl, name.erase(0, 5);
+    if (name.starts_with("Shift+")) flags |= kWithShift, name.erase(0, 6);
     return kKeyNames.at(name) | flags;
 }
 
 }  // namespace
 
 TEST(Docs, LinksLeadSomewhereAndEveryPictureIsUsed) {
+    const std::regex link(R"(\]\((?!http)([^)#]*)#?([^)]*)\))");
     std::set<std::string> used;
     int links = 0, headings = 0;
-    for (const fs::path& document : Documents()) {
-        for (const auto& [target, heading] : Links(FileBytes(document))) {
-            if (target.starts_with("http")) continue;
-            const fs::path file = target.empty() ? document : document.parent_path() / target;
-            EXPECT_TRUE(fs::exists(file)) << document.filename() << ": " << target;
-            EXPECT_TRUE(heading.empty() || Headings(file).contains(heading))
-                << document.filename() << ": " << target << "#" << heading;
-            used.insert(file.filename());
-            ++links;
-            headings += !heading.empty();
+    for (const fs::path& folder : {kSource, kSource / "docs"}) {
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            if (entry.path().extension() != ".md") continue;
+            const std::string text = FileBytes(entry.path());
+            for (std::sregex_iterator at(text.begin(), text.end(), link), end; at != end; ++at) {
+                const std::string target = (*at)[1], heading = (*at)[2];
+                const fs::path file = target.empty() ? entry.path() : folder / target;
+                EXPECT_TRUE(fs::exists(file)) << entry.path() << ": " << target;
+                used.insert(file.filename());
+                ++links;
+                if (heading.empty()) continue;
+                ++headings;
+                EXPECT_NE(WithAnchors(file).find("#-" + heading + "\n"), std::string::npos)
+                    << entry.path() << ": " << target << "#" << heading;
+            }
         }
     }
     EXPECT_GT(links, 60);
@@ -132,12 +104,14 @@ TEST(Docs, TheTableOfKeysIsThatOfTheProgram) {
     const std::string readme = FileBytes(kSource / "README.md");
     for (const KeyTable& table : KeyTables())
         EXPECT_NE(readme.find(KeyTableAsMarkdown(table)), readme.npos) << KeyTableAsMarkdown(table);
+    const std::regex comma(", ");
     std::set<int> paint, properties;
     const KeyTable& view = KeyTables().front();
     for (auto row = view.begin() + 1; row != view.end(); ++row) {
-        for (const std::string& name : Split((*row)[0], ", ")) {
-            if (!(*row)[1].empty()) paint.insert(CodeOf(name));
-            if (!(*row)[2].empty()) properties.insert(CodeOf(name));
+        const std::sregex_token_iterator names((*row)[0].begin(), (*row)[0].end(), comma, -1);
+        for (auto name = names; name != std::sregex_token_iterator(); ++name) {
+            if (!(*row)[1].empty()) paint.insert(CodeOf(*name));
+            if (!(*row)[2].empty()) properties.insert(CodeOf(*name));
         }
     }
     EXPECT_EQ(paint, CQuiltView::KeysOf(kPanelPaint));

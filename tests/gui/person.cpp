@@ -20,27 +20,25 @@ void Person::Look() {
     std::erase_if(met, [](const auto& widget) { return !widget || !widget->isVisible(); });
     if (!open || !open->isVisible() || std::count(met.begin(), met.end(), open)) return;
     met.emplace_back(open);
-    Step step = [](QWidget&) { return false; };
-    if (!steps.empty()) {
-        step = steps.front();
-        steps.pop_front();
-    }
+    const Step step = steps.empty() ? Step() : steps.front();
+    if (!steps.empty()) steps.pop_front();
     // From the event loop, not from the timer: what the step does may open the next dialog, and
     // the timer must go on looking.
     const auto act = [open, step] {
-        if (step(*open)) return;
-        const auto* box = qobject_cast<QMessageBox*>(open);
-        ADD_FAILURE() << "unforeseen: " << open->metaObject()->className() << " "
-                      << (box ? box->text().toStdString() : "");
+        auto* menu = qobject_cast<QMenu*>(open);
         auto* dialog = qobject_cast<QDialog*>(open);
-        dialog ? dialog->done(QDialog::Rejected) : void(open->close());
+        if (menu && step.first) return step.first(*menu);
+        if (dialog && step.second) return step.second(*dialog);
+        ADD_FAILURE() << "unforeseen: " << open->windowTitle().toStdString();
+        dialog ? dialog->reject() : void(open->close());
     };
     QMetaObject::invokeMethod(open, act, Qt::QueuedConnection);
 }
 
 QAction* Person::EntryOf(const QMenu& menu, const std::string& text) {
+    const QString name = QString::fromStdString(text).remove(QLatin1Char('&'));
     for (QAction* action : menu.actions())
-        if (action->text().toStdString() == text) return action;
+        if (action->text().remove(QLatin1Char('&')) == name) return action;
     ADD_FAILURE() << "no entry " << text;
     return nullptr;
 }

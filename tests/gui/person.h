@@ -21,8 +21,8 @@ public:
 
     /// What to do when the next pop-up menu or dialog opens; in the order of these calls. One
     /// that opens unforeseen, and one that never opens, fails the test.
-    void OnMenu(const std::function<void(QMenu&)>& act) { Meet(act); }
-    void OnDialog(const std::function<void(QDialog&)>& act) { Meet(act); }
+    void OnMenu(const std::function<void(QMenu&)>& act) { steps.emplace_back(act, nullptr); }
+    void OnDialog(const std::function<void(QDialog&)>& act) { steps.emplace_back(nullptr, act); }
 
     /// Ready-made answers. A menu is gone through by the keyboard, into its sub-menus.
     void ChooseInMenu(const std::vector<std::string>& path);
@@ -32,20 +32,13 @@ public:
     }
     /// Types a path into an open file dialog.
     static void AnswerWith(QDialog& dialog, const std::string& path);
-    /// The entry of a menu with that text, mnemonics included, or null with a failure.
+    /// The entry of a menu with that text, with or without mnemonics, or null with a failure.
     static QAction* EntryOf(const QMenu& menu, const std::string& text);
 
 private:
-    using Step = std::function<bool(QWidget&)>;  ///< false when it is for something else
+    /// For a menu or for a dialog.
+    using Step = std::pair<std::function<void(QMenu&)>, std::function<void(QDialog&)>>;
 
-    template <typename Window>
-    void Meet(const std::function<void(Window&)>& act) {
-        steps.push_back([act](QWidget& open) {
-            auto* window = qobject_cast<Window*>(&open);
-            if (window) act(*window);
-            return window != nullptr;
-        });
-    }
     void Look();
 
     std::deque<Step> steps;

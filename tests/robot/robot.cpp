@@ -46,13 +46,11 @@ public:
           end(std::time(nullptr) + (secondCount ? secondCount : LONG_MAX / 2)) {
         Turn();
     }
-    /// The lives of the program, one after the other: File, Exit ends one. The first begins with
-    /// that game, or with any when it is empty.
-    void Live(QtPlatform& qt, std::string game) {
+    /// The lives of the program, one after the other: File, Exit ends one.
+    void Live(QtPlatform& qt) {
         constexpr const char* kGames[] = {"good.zqlt", "bad-half.zqlt", "missing.zqlt", "", ""};
-        for (; !done; game.clear()) {
-            const std::string any = run.Pick(kGames);
-            if (game.empty() && !any.empty()) game = run.folder / any;
+        while (!done) {
+            const std::string any = run.Pick(kGames), game = any.empty() ? any : run.folder / any;
             run.Excuse();
             run.Say("start the program", game.c_str());
             CQuiltApp life;
@@ -86,7 +84,7 @@ private:
         // first time may end where the text gets its colours.
         for (const auto* area : top->findChildren<QAbstractScrollArea*>())
             for (int times = 0; times < 2; ++times) area->viewport()->repaint();
-        if (auto* box = qobject_cast<QMessageBox*>(top)) CheckBox(*box);
+        if (const auto* box = qobject_cast<QMessageBox*>(top)) CheckBox(*box);
         // No handler is running, so nothing holds a handle.
         if (top == window && QThread::currentThread()->loopLevel() == 1) OnIdle();
         if (done) return QApplication::exit();
@@ -97,8 +95,7 @@ private:
     }
 
     // The engine reports in boxes of which the caption names the place.
-    void CheckBox(QMessageBox& box) {
-        if (std::exchange(seen, &box) == &box) return;
+    void CheckBox(const QMessageBox& box) {
         const QString caption = box.windowTitle(), text = box.text();
         run.Say("box", caption, text);
         const bool isReport =
@@ -139,53 +136,32 @@ private:
 
     // Gives what the surfaces show.
     std::string LookAt(const Dobject& node) {
-        const auto expect = [&](bool good, const char* wrong) {
-            Expect(good, QString::fromStdString("\"" + node.name + "\" has " + wrong));
-        };
-        std::string shown;
-        expect(ids.insert(node.id).second, "the id of another node");
+        const BITMAP* surface = node.vSurf.get();
         // The root has the size of the view, and no cells.
-        expect(
-            !node.parent || node.tiles.size() == static_cast<std::size_t>(node.width * node.height),
-            "more or fewer cells than its size");
-        if (const BITMAP* surface = node.vSurf.get()) {
-            expect(surface->w == node.width * kTileSize && surface->h == node.height * kTileSize,
-                   "a surface of another size");
-            for (int y = 0; y < surface->h; ++y)
-                shown.append(surface->line[y], surface->line[y] + surface->w);
-        }
-        for (const auto& child : node.children) {
-            expect(child->parent == &node, "a child with another parent");
-            shown += LookAt(*child);
-        }
+        const auto cells = static_cast<std::size_t>(node.width * node.height);
+        const bool fits = (!node.parent || node.tiles.size() == cells) &&
+                          (!surface || (surface->w == node.width * kTileSize &&
+                                        surface->h == node.height * kTileSize));
+        Expect(fits && ids.insert(node.id).second,
+               QString::fromStdString("\"" + node.name + "\" has another size, or another's id"));
+        std::string shown;
+        for (int y = 0; surface && y < surface->h; ++y)
+            shown.append(surface->line[y], surface->line[y] + surface->w);
+        for (const auto& child : node.children) shown += LookAt(*child);
         return shown;
-    }
-
-    // Each node gets numbers of its own, so that one in the place of another is seen.
-    void Scatter(const Dobject& parent) {
-        for (const auto& node : parent.children) {
-            for (auto* number : {&node->posx, &node->posy, &node->viewx, &node->viewy})
-                *number += run.Below(9) - 4;
-            Scatter(*node);
-        }
     }
 
     void SaveAndOpen() {
         run.Say("save the world, open it and compare");
         saved = run.step;
         run.held = nullptr;
-        Scatter(vWorld->Root());
         // Opening a game shows its first board.
         if (!vWorld->Root().children.empty())
             vWorld->ShowBoard(vWorld->Root().children.front()->id);
         const std::string wanted = Account(*vWorld, Kept::InFile);
-        // Nothing of the world that is opened may be there already.
-        const int mode = (vWorld->videoMode + 1) % kVideoModes, windowed = !vWorld->windowed;
         const std::string path = run.folder / "checked.zqlt";
         vWorld->Save(path);
         app->Document().OnNewDocument();
-        vWorld->videoMode = mode;
-        vWorld->windowed = windowed;
         app->Document().OnOpenDocument(path);
         Expect(Account(*vWorld) == wanted,
                QString::fromStdString(Difference(wanted, Account(*vWorld))));
@@ -200,7 +176,6 @@ private:
     long saved = 0, idle = 0;  ///< the last steps at which the world was saved, and nothing open
     int turns = 0;
     bool done = false;
-    QPointer<QMessageBox> seen;
     std::set<std::int32_t> ids;  ///< of the nodes looked at
 };
 
@@ -226,19 +201,6 @@ void MakeFiles(const TempFolder& folder, unsigned seed) {
     }
 }
 
-// Nothing of the user's is read or written, and nothing differs from run to run. Every other seed
-// has a screen of another scale.
-void SetEnvironment(const std::string& settings, unsigned seed) {
-    constexpr const char* kScales[] = {"1.5", "1", "2", "1"};
-    setenv("QT_SCALE_FACTOR", kScales[seed % std::size(kScales)], 1);
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
-        setenv(name, settings.c_str(), 1);
-    setenv("LC_ALL", "C.UTF-8", 1);
-    unsetenv("QUILT_TRACE");
-    QHashSeed::setDeterministicGlobalSeed();
-}
-
 Robot* vRobot = nullptr;
 
 // What Qt complains of is a fault of the program, but for what an off-screen window cannot do.
@@ -249,7 +211,7 @@ void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
 
 }  // namespace
 
-// quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] [GAME.zqlt]
+// quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE]
 int main(int argc, char** argv) {
     Run run;
     std::map<std::string, std::string> options{{"--seed", "1"},
@@ -260,17 +222,21 @@ int main(int argc, char** argv) {
     const auto number = [&](const char* option) { return std::stol(options[option]); };
     const auto seed = static_cast<unsigned>(number("--seed"));
     run.random.seed(seed);
-    // Of the game a copy is used: the robot saves over what it has opened.
-    const bool given = argc % 2 == 0;
-    const std::string game =
-        given ? PutFile(run.folder / "first.zqlt", FileBytes(argv[argc - 1])) : "";
     run.log = std::fopen(options["--log"].c_str(), "w");
     if (!run.log) return std::perror(options["--log"].c_str()), 2;
     StartAllegro();
     StartTrace(nullptr);
     std::filesystem::current_path(ProgramFolder());
     MakeFiles(run.folder, seed);
-    SetEnvironment(run.folder.Path(), seed);
+    // Nothing of the user's is read or written, and nothing differs from run to run. Every other
+    // seed has a screen of another scale.
+    setenv("QT_SCALE_FACTOR", seed % 4 == 0 ? "1.5" : seed % 4 == 2 ? "2" : "1", 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+        setenv(name, run.folder.Path().c_str(), 1);
+    setenv("LC_ALL", "C.UTF-8", 1);
+    unsetenv("QUILT_TRACE");
+    QHashSeed::setDeterministicGlobalSeed();
     // However the process ends, the last line of the log is the step that did it.
     std::printf("seed %u, log %s\n", seed, options["--log"].c_str());
     std::fflush(stdout);
@@ -282,7 +248,7 @@ int main(int argc, char** argv) {
         Robot robot(run, seed, number("--steps"), number("--seconds"));
         vRobot = &robot;
         qInstallMessageHandler(OnQtMessage);
-        robot.Live(qt, game);
+        robot.Live(qt);
         qInstallMessageHandler(nullptr);
         alarm(0);
     }
