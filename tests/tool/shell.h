@@ -1,0 +1,49 @@
+// quilt-tool, called by a shell as people call it.
+#pragma once
+
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_world.h"
+
+#include <png.h>
+#include <sys/wait.h>
+
+/// A picture file: its size, and three bytes a pixel.
+struct Picture {
+    explicit Picture(const std::string& path) {
+        image.version = PNG_IMAGE_VERSION;
+        EXPECT_TRUE(png_image_begin_read_from_file(&image, path.c_str()));
+        paletted = image.format & PNG_FORMAT_FLAG_COLORMAP;
+        image.format = PNG_FORMAT_RGB;
+        colors.resize(PNG_IMAGE_SIZE(image));
+        EXPECT_TRUE(png_image_finish_read(&image, nullptr, colors.data(), 0, nullptr));
+    }
+    std::string At(unsigned x, unsigned y) const {
+        return colors.substr((y * image.width + x) * 3, 3);
+    }
+
+    png_image image{};
+    bool paletted = false;
+    std::string colors;
+};
+
+class ToolTest : public WorldTest {
+protected:
+    struct Result {
+        int status;
+        std::string out;
+        std::string err;
+    };
+    /// In `folder`, so that paths are relative and far from the program, which is in the path.
+    Result Shell(const std::string& command) {
+        const std::string line = "cd '" + folder.Path() + "' && export PATH=\"$(dirname " +
+                                 QUILT_TOOL "):$PATH\" && { " + command + "; } >'" + out.Path() +
+                                 "/out' 2>'" + out.Path() + "/err' </dev/null";
+        const int status = std::system(line.c_str());
+        EXPECT_TRUE(WIFEXITED(status)) << command;
+        return {WEXITSTATUS(status), FileBytes(out / "out"), FileBytes(out / "err")};
+    }
+    Result Run(const std::string& arguments) { return Shell("quilt-tool " + arguments); }
+
+    TempFolder folder;
+    TempFolder out;
+};
