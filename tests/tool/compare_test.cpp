@@ -378,6 +378,9 @@ TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
             ASSERT_GE(same, whole) << cut;
         }
         EXPECT_EQ(saved, all.size());
+        Salvage whole;
+        SalvageGame(bytes, whole);
+        EXPECT_TRUE(whole.missing.empty());
         reports.Clear();
     }
     PutFile(folder / "cut.zqlt", Bytes().substr(0, Bytes().size() / 2));

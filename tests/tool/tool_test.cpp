@@ -144,7 +144,7 @@ TEST_F(Tool, CheckFindsWhatIsSuspect) {
         EXPECT_EQ(past.find("'v" + std::to_string(i) + "' reaches past") != past.npos, i < 8) << i;
     PutFile(folder / "scripts.zqlt",
             MakeZip(GameEntries("~endvars\n~endimports\n~ob s 0\n0 0 1 1\n0 0 1 1\n0 0 0 0\n~pb\n"
-                                "#WALK n\n#board\n#zap here\n#restore gone\n:Here now\n'#foo\n"
+                                "#WALK n\n#board\n#zap hERE\n#restore gone\n:Here now\n'#foo\n"
                                 "#play \"#foo\"\nan #foe\n#zap cat.gone\n#if #end\n~pe\n~oe\n")));
     const std::string script = "scripts.zqlt: game.qlt, line 3: script of 's', line ";
     EXPECT_EQ(Run("check scripts.zqlt").out,
