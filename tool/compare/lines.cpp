@@ -10,15 +10,6 @@ constexpr int kMostEdits = 3000;
 constexpr std::size_t kContext = 3;
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
-void AddRun(std::vector<CommonRun>& runs, CommonRun run) {
-    if (run.count == 0) return;
-    if (!runs.empty() && runs.back().a + runs.back().count == run.a &&
-        runs.back().b + runs.back().count == run.b)
-        runs.back().count += run.count;
-    else
-        runs.push_back(run);
-}
-
 // The shortest way from one text to the other, by Myers' greedy search: `reach` holds for each
 // diagonal how far so many edits lead, and `past` what it held before each edit.
 class ShortestEdit {
@@ -166,11 +157,10 @@ std::vector<CommonRun> CommonRuns(const Lines& a, const Lines& b) {
                 numbers.emplace(lines[i], static_cast<int>(numbers.size())).first->second);
         return result;
     };
-    std::vector<CommonRun> runs;
-    AddRun(runs, {0, 0, head});
+    std::vector<CommonRun> runs{{0, 0, head}};
     for (const CommonRun& run : ShortestEdit(numbered(a), numbered(b)).Runs())
-        AddRun(runs, {run.a + head, run.b + head, run.count});
-    AddRun(runs, {a.size() - tail, b.size() - tail, tail});
+        runs.push_back({run.a + head, run.b + head, run.count});
+    runs.push_back({a.size() - tail, b.size() - tail, tail});
     return runs;
 }
 

@@ -17,7 +17,7 @@ struct CommonRun {
     std::size_t b;
     std::size_t count;
 };
-/// In ascending order, as long as can be together; texts that differ in thousands of lines share
+/// In ascending order, some of them empty; texts that differ in thousands of lines share
 /// only what they begin and end with.
 std::vector<CommonRun> CommonRuns(const Lines& a, const Lines& b);
 
