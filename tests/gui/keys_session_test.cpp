@@ -148,3 +148,28 @@ TEST_F(Keys, MakeAGameFromNothing) {
     EXPECT_EQ(second.children.front()->name, "thing");
     EXPECT_EQ(second.children.front()->script.substr(0, 6), "@thing");
 }
+
+// What is dropped on the window: a game opens, an object shows in its dialog, all else is told.
+TEST_F(Keys, NeedNotFindAFileThatIsDropped) {
+    Start("Library/samples/lamplight.zqlt");
+    const HandleGuard object(vWorld->GetCurrentObject());
+    ASSERT_TRUE(vWorld->Export(object, temp / "title.ZOBJ"));
+    const auto drop = [&](const std::string& path) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window, &enter);
+        QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window, &event);
+        Settle();
+    };
+    person.OnDialog([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle().toStdString(), "Object ClipBoard");
+        dialog.close();
+    });
+    drop(temp / "title.ZOBJ");
+    person.AnswerBox("one game (.zqlt) or object file");
+    drop(SOURCE_FOLDER "/README.md");
+    drop("Library/default.zqlt");
+    EXPECT_TRUE(window->windowTitle().startsWith(QLatin1String("default.zqlt")));
+}
