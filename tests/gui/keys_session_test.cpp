@@ -122,7 +122,6 @@ TEST_F(Keys, MakeAGameFromNothing) {
     Hit({Qt::Key_Return});
     Hit({Qt::Key_Return}, Qt::ControlModifier);
     EXPECT_EQ(vPanelMode, kPanelProperties);
-    // More rows than the window holds: the selected one is in sight.
     Hit({Qt::Key_PageUp, Qt::Key_Escape});
     EXPECT_EQ(QApplication::focusWidget(), edit);
     person.AnswerFileDialog(temp / "keys");
@@ -147,6 +146,16 @@ TEST_F(Keys, MakeAGameFromNothing) {
     ASSERT_EQ(second.children.size(), 1u);
     EXPECT_EQ(second.children.front()->name, "thing");
     EXPECT_EQ(second.children.front()->script.substr(0, 6), "@thing");
+}
+
+TEST_F(Keys, KeepTheSelectedRowInSight) {
+    Start("Library/samples/lamplight.zqlt");
+    window->resize(700, 350);
+    list->setFocus();
+    for (const Qt::Key go : {Qt::Key_End, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Home}) {
+        Hit({go});
+        EXPECT_FALSE(list->accessibleDescription().contains(QLatin1String("not among"))) << go;
+    }
 }
 
 // What is dropped on the window: a game opens, an object shows in its dialog, all else is told.
