@@ -117,6 +117,9 @@ QtFrame::QtFrame(platform::FrameEvents& listener)
     resize(kUsualSize.boundedTo(room));
 }
 
+// The focus moves once more when the panes are deleted, after this part of the window has gone.
+QtFrame::~QtFrame() { disconnect(qApp, nullptr, this, nullptr); }
+
 // --- caption, menu, status bar -----------------------------------------------------------------
 
 void QtFrame::SetCaption(const std::string& caption) { setWindowTitle(FromUtf8(caption)); }

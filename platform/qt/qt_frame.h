@@ -15,6 +15,7 @@ class QtForm;
 class QtFrame final : public QMainWindow, public platform::Frame {
 public:
     explicit QtFrame(platform::FrameEvents& listener);
+    ~QtFrame() override;
 
     // platform::Frame
     void SetCaption(const std::string& caption) override;

@@ -354,7 +354,7 @@ TEST_F(GameFiles, BlocksAreReadAndWrittenAlone) {
 }
 
 TEST_F(GameFiles, WhatCouldNotBeReadIsNotSaved) {
-    const HandleGuard h(HandleOf(AddNode(world->Root(), "b", 2, 2)));
+    AddNode(world->Root(), "b", 2, 2);
     const auto refused = [&](const std::string& reason) {
         EXPECT_FALSE(world->Save(folder / "g.zqlt"));
         EXPECT_THAT(reports.Texts(), HasSubstr(reason));
@@ -364,7 +364,7 @@ TEST_F(GameFiles, WhatCouldNotBeReadIsNotSaved) {
     for (const char* line : {"~pe", "~peek", "~pb", "~pbx"}) {
         First().script = std::string("#end\n") + line + "\nlast";
         refused("In the script of 'b', line 2 begins with ~p");
-        EXPECT_FALSE(world->Export(h, folder / "g.zobj"));
+        EXPECT_FALSE(world->Export(HandleGuard(HandleOf(First())), folder / "g.zobj"));
         EXPECT_EQ(reports.Messages().size(), 1u);
     }
     First().script = "a\n" + std::string(9999, 'x');
