@@ -161,8 +161,7 @@ TEST_F(Keys, KeepTheSelectedRowInSight) {
 // What is dropped on the window: a game opens, an object shows in its dialog, all else is told.
 TEST_F(Keys, NeedNotFindAFileThatIsDropped) {
     Start("Library/samples/lamplight.zqlt");
-    const HandleGuard object(vWorld->GetCurrentObject());
-    ASSERT_TRUE(vWorld->Export(object, temp / "title.ZOBJ"));
+    ASSERT_TRUE(vWorld->Export(HandleGuard(vWorld->GetCurrentObject()), temp / "title.ZOBJ"));
     const auto drop = [&](const std::string& path) {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
