@@ -140,9 +140,9 @@ public:
     /// Selects the node whose row is hit at pixel y of a list scrolled by y0 pixels, and shows
     /// its board. A miss changes nothing.
     void ClickTreeList(int y0, int y);
-    /// As a click on the first row.
-    void SelectFirstBoard();
-    /// Rows of nodes, without the title; and which of them is the selection's, -1 for none.
+    /// The same for a row of the list, from 0 without the title; nothing when there is none.
+    void SelectTreeRow(int row);
+    /// How many rows there are, and which is the selection's, -1 for none.
     int TreeRowCount() const { return static_cast<int>(TreeRows().size()); }
     int SelectedTreeRow() const;
 

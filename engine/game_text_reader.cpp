@@ -34,7 +34,6 @@ std::string Quoted(const std::string& name) {
 
 // The order that Spawn and Spawn_Back keep, made once for all siblings instead of by a search
 // for each.
-// Once for all siblings instead of by a search for each.
 void SortByZ(Dobject& node) {
     const bool ascending = node.HoldsBoards();
     const auto before = [ascending](const auto& a, const auto& b) {

@@ -63,8 +63,6 @@ const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
     return selection;
 }
 
-void Dinterface::SelectFirstBoard() { ClickTreeList(0, kMargin + kRowHeight + 1); }
-
 int Dinterface::SelectedTreeRow() const {
     const std::vector<TreeRow>& list = TreeRows();
     const auto found = std::find_if(list.begin(), list.end(), [this](const TreeRow& row) {
@@ -75,15 +73,18 @@ int Dinterface::SelectedTreeRow() const {
 
 void Dinterface::ClickTreeList(int y0, int y) {
     constexpr int kGlyphHeight = 8;
-    const std::vector<TreeRow>& list = TreeRows();
     // Rows count from 1, below the title; of each only the inside of its text can be hit.
     const std::int64_t from = std::int64_t{y0} + y - kMargin;
     const std::int64_t row = from / kRowHeight;
     const std::int64_t within = from % kRowHeight;
-    if (row < 1 || row > static_cast<std::int64_t>(list.size()) || within < 1 ||
-        within >= kGlyphHeight)
-        return;
-    const Dobject* hit = list[static_cast<std::size_t>(row - 1)].node;
+    if (within >= 1 && within < kGlyphHeight && row <= TreeRowCount())
+        SelectTreeRow(static_cast<int>(row) - 1);
+}
+
+void Dinterface::SelectTreeRow(int row) {
+    const std::vector<TreeRow>& list = TreeRows();
+    if (row < 0 || row >= TreeRowCount()) return;
+    const Dobject* hit = list[static_cast<std::size_t>(row)].node;
     currentObject = hit->id;
     const Dobject* board = hit;
     while (board->parent->parent && !board->IsBoard()) board = board->parent;

@@ -20,8 +20,7 @@ constexpr int kMaxStep = 100;
 constexpr Control kControls[] = {
     {kBrushPreview, ControlKind::Picture, "Brush Preview", 3, 3, 39, 48,
      "The brush; click, Enter or Space for its settings. Home and End: foreground, Page Up and "
-     "Page Down: "
-     "background, Insert and Delete: glyph"},
+     "Page Down: background, Insert and Delete: glyph"},
     {kBrushName, ControlKind::ReadOnlyEdit, "Brush mode", 45, 3, 93, 12,
      "How the keys paint; Tab lets every step of the cursor paint"},
     {kSlotSlider, ControlKind::Slider, "Brush slot", 45, 19, 112, 13, "Nine brushes to choose from",

@@ -59,7 +59,7 @@ void CQuiltDoc::SetPathName(const std::string& path) {
 }
 
 void CQuiltDoc::SelectFirstBoard() {
-    vWorld->SelectFirstBoard();
+    vWorld->SelectTreeRow(0);
     onWorld();
 }
 

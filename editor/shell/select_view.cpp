@@ -60,7 +60,7 @@ void CSelectView::PickRow(int y) {
 }
 
 void CSelectView::SelectFirstBoard() {
-    vWorld->SelectFirstBoard();
+    vWorld->SelectTreeRow(0);
     host.RedrawAll();
 }
 
@@ -126,7 +126,8 @@ void CSelectView::SelectRow(int row) {
     if (row < 0) return;
     // The title is row 0 of the picture and comes into sight with the first board.
     vRowY = std::max(std::min(vRowY, row == 0 ? 0 : row + 1), row + 2 - RowsInSight());
-    PickRow(kTop + 1 + (row + 1 - vRowY) * kRowHeight);
+    vWorld->SelectTreeRow(row);
+    host.RedrawAll();
 }
 
 void CSelectView::RowMenu() {

@@ -45,6 +45,6 @@ int main(int argc, char** argv) {
     PaintHarbour(painter);
     PaintRoom(painter);
     PaintCave(painter);
-    vWorld->SelectFirstBoard();
+    vWorld->SelectTreeRow(0);
     return problems.Empty() && painter.Good() && Write(argv[1]) ? 0 : 1;
 }

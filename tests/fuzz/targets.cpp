@@ -60,7 +60,7 @@ void Show(Game& game) {
     clear_bitmap(target.get());
     vWorld->DrawWorld(target.get(), 0, 0);
     vWorld->DrawTreeList(0, 0, target.get());
-    vWorld->SelectFirstBoard();
+    vWorld->SelectTreeRow(0);
     vWorld->DrawWorld(target.get(), 3, -2);
 }
 
