@@ -45,15 +45,8 @@ TEST_F(App, StartsOnANewGameOrTheOneOfTheCommandLine) {
     Start();
     EXPECT_EQ(std::filesystem::current_path().string(), programFolder);
     EXPECT_EQ(Frame().caption, "Untitled - Tessel Works's QUILT!");
-    EXPECT_TRUE(Frame().shown && Frame().statusBar);
-    EXPECT_EQ(Frame().home, &Frame().Edit());
-    EXPECT_EQ(Frame().leftWidth, 200);
     EXPECT_EQ(vWorld->currentBoard, FirstBoard().id);
     EXPECT_EQ(FirstBoard().width, 80);
-    Frame().lowerHeight = 0;
-    app->Frame().OnSize({});
-    EXPECT_EQ(Frame().lowerHeight, 135);
-    EXPECT_EQ(script.palette[15], 0xffffffu);
     app.reset();
     // Paths count from the user's folder.
     std::filesystem::current_path(temp.Path());
@@ -72,7 +65,7 @@ TEST_F(App, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
     EXPECT_EQ(kept(), 0u) << "an unaltered world is not kept";
     FirstBoard().PutTile(3, 4, 65, 14, 2, 1);
     const std::string path = temp / "my game.zqlt";
-    script.ExpectSaveDialog(path);
+    script.ExpectFile("save", path);
     Choose(kCmdFileSave);
     EXPECT_EQ(script.lastFileDialog.filter + script.lastFileDialog.extension,
               "QUILT! game Files (*.zqlt)|*.zqlt||.zqlt");
@@ -100,10 +93,10 @@ TEST_F(App, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
     EXPECT_EQ(Doc().PathName(), "");
 
     const std::string second = temp / "Untitled2.zqlt";
-    script.ExpectSaveDialog(second);
+    script.ExpectFile("save", second);
     Choose(kCmdFileSaveAs);
     EXPECT_EQ(Doc().PathName(), second);
-    script.ExpectSaveDialog(std::nullopt);
+    script.ExpectFile("save", std::nullopt);
     Choose(kCmdFileSave);  // asks each time, for its name
     EXPECT_EQ(script.lastFileDialog.path, second);
     EXPECT_EQ(Doc().PathName(), second);
@@ -124,7 +117,7 @@ TEST_F(App, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
 TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
     Start();
     const std::string good = temp / "good.zqlt";
-    script.ExpectSaveDialog(good);
+    script.ExpectFile("save", good);
     Choose(kCmdFileSaveAs);
     FirstBoard().name = "kept";
     for (const auto& [path, message] :
@@ -132,12 +125,12 @@ TEST_F(App, WhatCannotBeOpenedLeavesTheGameAsItWas) {
           {temp.Path(), "could not be opened"},
           {PutFile(temp / "text.zqlt", "no archive"), "could not be loaded"},
           {PutFile(temp / "empty.zqlt", MakeZip({{"res.dat", "0 0"}})), "There is no game in"}}) {
-        script.ExpectOpenDialog(path);
+        script.ExpectFile("open", path);
         script.ExpectMessage(message);
         Choose(kCmdFileOpen);
         EXPECT_EQ(Doc().PathName() + FirstBoard().name, good + "kept") << path;
     }
-    script.ExpectSaveDialog(temp / "no folder/x.zqlt");
+    script.ExpectFile("save", temp / "no folder/x.zqlt");
     script.ExpectMessage("could not be saved");
     Choose(kCmdFileSaveAs);
     EXPECT_EQ(Doc().PathName(), good);
@@ -153,7 +146,7 @@ TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
             EXPECT_TRUE(form.IsChecked(kNoticeHide)) << "it opens ticked";
             form.Click(button);
         });
-        if (asks) script.ExpectSaveDialog(std::move(path));
+        if (asks) script.ExpectFile("save", std::move(path));
         Choose(kCmdRun);
     };
     // Every Cancel leaves all as it was.
@@ -188,7 +181,7 @@ TEST_F(App, RunSavesTheGameAndStartsThePlayerOnIt) {
     });
     Choose(kCmdRun);
     EXPECT_EQ(script.started.size(), 4u);
-    script.ExpectSaveDialog(second);
+    script.ExpectFile("save", second);
     Choose(kCmdRun);
     EXPECT_EQ(script.started.size(), 5u);
 }

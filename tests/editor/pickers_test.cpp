@@ -267,7 +267,7 @@ TEST_F(Pickers, AFontScrollsGoesOutAndInAndCancelBringsItBack) {
     script.ExpectDialog("Font Edit", [&](ScriptedForm& form) {
         form.Shown(kFontCharSelect).Paint();
         for (const auto& answer : {std::optional<std::string>(), std::optional(path)}) {
-            script.ExpectSaveDialog(answer);
+            script.ExpectFile("save", answer);
             form.Choose(kFontSave);
         }
         EXPECT_EQ(script.lastFileDialog.filter + script.lastFileDialog.extension,
@@ -280,7 +280,7 @@ TEST_F(Pickers, AFontScrollsGoesOutAndInAndCancelBringsItBack) {
             EXPECT_EQ(vCharScrollY, static_cast<int>(lowest * (position / 100.0))) << position;
         }
         const auto load = [&](const std::string& file) {
-            script.ExpectOpenDialog(file);
+            script.ExpectFile("open", file);
             form.Choose(kFontLoad);
         };
         load(path);

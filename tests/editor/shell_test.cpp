@@ -296,7 +296,7 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
         EXPECT_EQ(vPanelMode, toPaint ? kPanelPaint : kPanelProperties);
         EXPECT_EQ(attic->evieww, toPaint ? 2 : 0);
         EXPECT_EQ(attic->vieww, toPaint ? 6 : 2);
-        script.Pump();
+        script.Run();
         EXPECT_EQ(Frame().panel->Picture(kBrushPreview) != nullptr, toPaint);
     }
 }

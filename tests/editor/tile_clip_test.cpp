@@ -202,11 +202,11 @@ TEST_F(TileClip, TheDialogsLoadAndSave) {
         form.Shown(kClipPicture).Paint();
         for (const bool loads : {false, true}) {
             EXPECT_EQ(form.Shown(kClipPicture).invalidated, 0);
-            script.ExpectOpenDialog(loads ? std::optional(temp / "t.txt") : std::nullopt);
+            script.ExpectFile("open", loads ? std::optional(temp / "t.txt") : std::nullopt);
             form.Choose(kClipLoad);
         }
         EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
-        script.ExpectSaveDialog(temp / "saved.chr");
+        script.ExpectFile("save", temp / "saved.chr");
         form.Choose(kClipSave);
         EXPECT_EQ(script.lastFileDialog.filter, "Char Files (*.chr)|*.chr||");
         form.Click(kIdCancel);
@@ -219,7 +219,7 @@ TEST_F(TileClip, TheDialogsLoadAndSave) {
     const std::string before = Account(*vObjectClip);
     script.ExpectDialog("Object ClipBoard", [&](ScriptedForm& form) {
         for (const auto& path : {std::optional<std::string>(), std::optional(temp / "x.zobj")}) {
-            script.ExpectSaveDialog(path);
+            script.ExpectFile("save", path);
             form.Choose(kObjectSave);
         }
         EXPECT_EQ(script.lastFileDialog.filter + script.lastFileDialog.extension,
@@ -227,7 +227,7 @@ TEST_F(TileClip, TheDialogsLoadAndSave) {
         vObjectClip->EraseAll();
         vObjectClip->name = "other";
         form.Shown(kObjectPicture).invalidated = 0;
-        script.ExpectOpenDialog(temp / "x.zobj");
+        script.ExpectFile("open", temp / "x.zobj");
         form.Choose(kObjectLoad);
         EXPECT_EQ(form.Shown(kObjectPicture).invalidated, 1);
         form.Click(kIdOk);

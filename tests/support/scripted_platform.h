@@ -6,6 +6,7 @@
 #pragma once
 
 #include "engine/bitmap.h"
+#include "engine/dinterface.h"
 #include "platform/platform.h"
 
 #include <gtest/gtest.h>
@@ -13,13 +14,8 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <string>
-#include <utility>
-#include <vector>
 
-class ScriptedPlatform;
-
-void ExpectNothingOpen();
+namespace platform {
 
 /// One event of a person. After it, dialogs and all, no handle and no list may be open.
 inline int vEventDepth = 0;
@@ -27,245 +23,69 @@ template <typename Act>
 void Do(Act act) {
     ++vEventDepth;
     act();
-    if (--vEventDepth == 0) ExpectNothingOpen();
+    if (--vEventDepth || !vWorld) return;
+    for (Handle h = kRootHandle + 1; h < kMaxHandles; ++h)
+        EXPECT_FALSE(vWorld->Node(h)) << "handle " << h << " is open";
+    EXPECT_EQ(vWorld->FindFreeHandleList(), 0) << "lists are open";
 }
 
-class ScriptedWindow final : public platform::Window {
-public:
-    ScriptedWindow(ScriptedPlatform& owner, platform::WindowEvents* listener, platform::Size inside)
-        : script(owner), events(listener), size(inside) {}
-
-    platform::Size ClientSize() const override { return size; }
-    void Invalidate() override { ++invalidated; }
-    void SetCapture() override { captured = true; }
-    void ReleaseCapture() override { captured = false; }
-    platform::Point ClientToScreen(platform::Point at) const override {
-        return {at.x + 1000, at.y + 1000};
+/// A menu in a line: "|" a separator, "!" before what is disabled, "+" before what is ticked, and
+/// sub-menus in brackets.
+inline std::string Outline(const Menu& menu) {
+    std::string text;
+    for (const MenuItem& item : menu) {
+        if (!text.empty()) text += " ";
+        if (item.kind == MenuItem::Kind::Separator) text += "|";
+        text += (item.enabled ? "" : "!") + std::string(item.checked ? "+" : "") + item.text;
+        if (item.kind == MenuItem::Kind::SubMenu) text += "(" + Outline(item.items) + ")";
     }
-    void SetFocus() override { focused = true; }
-    void ShowPicture(const platform::Rows8& picture, platform::Size shownAs) override;
-    int TrackPopupMenu(const platform::Menu& menu, platform::Point screen) override;
-    void SetName(const std::string&) override {}
-    void SetDescription(const std::string& text) override { description = text; }
+    return text;
+}
 
-    /// Repaints at once and keeps what is shown.
-    void Paint();
-    /// One event of a person, such as Send(&WindowEvents::OnKeyDown, kKeyTab).
-    template <typename... Told, typename... Given>
-    void Send(void (platform::WindowEvents::*event)(Told...), Given... given) {
-        Do([&] { (events->*event)(given...); });
-    }
-    void Key(int code) { Send(&platform::WindowEvents::OnKeyDown, code); }
-    /// The left button down at one place, up at another.
-    void Drag(platform::Point from, platform::Point to, bool ctrl = false);
-    void Click(platform::Point at, bool ctrl = false) { Drag(at, at, ctrl); }
-    /// Fails where the picture is not this one, which may be larger, or has not these pixels.
-    void ExpectPicture(BITMAP* expected) const;
-    void ExpectPicture(const std::function<int(int, int)>& expected) const;
-    int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
+/// Fails when the menu has no such entry, or none that can be chosen.
+inline void ExpectEntry(const Menu& menu, int command) {
+    const MenuItem* item = FindEntry(menu, command);
+    ASSERT_TRUE(item && item->enabled) << "no menu entry " << command << " to choose";
+}
 
-    ScriptedPlatform& script;
-    platform::WindowEvents* events;
-    platform::Size size;
-    int invalidated = 0;
-    bool captured = false, focused = false;
-    std::string description;
-    // The last picture shown: its own size, and the size on the screen.
-    std::vector<unsigned char> pixels;
-    int w = 0, h = 0;
-    platform::Size shown;
-};
+class ScriptedForm;
 
-/// A text control without a text.
-struct ScriptedCode final : platform::CodeControl {
-    std::intptr_t Send(unsigned, std::uintptr_t, std::intptr_t) override { return 0; }
-};
-
-class ScriptedForm final : public platform::FormWindow {
+/// What is to be asked, and what a person answers.
+class Script {
 public:
-    ScriptedForm(ScriptedPlatform& owner, const platform::Form& form,
-                 platform::FormEvents& listener);
-
-    void SetText(int id, const std::string& text) override { controls[id].text = text; }
-    std::string GetText(int id) const override { return controls[id].text; }
-    void SetCheck(int id, bool on) override { controls[id].checked = on; }
-    bool IsChecked(int id) const override { return controls[id].checked; }
-    bool IsEnabled(int id) const { return controls[id].enabled; }
-    void SetValue(int id, int value) override { controls[id].value = value; }
-    int GetValue(int id) const override { return controls[id].value; }
-    void Enable(int id, bool on) override { controls[id].enabled = on; }
-    void SetFocus(int id) override { focus = id; }
-    platform::Window* Picture(int id) override { return controls[id].picture.get(); }
-    platform::CodeControl* Code(int) override { return &program; }
-    int TrackMenuBelow(int, const platform::Menu& menu) override;
-    platform::Size ClientSize() const override { return {layout.w, layout.h}; }
-    void Invalidate() override { events.OnFormPaint(*this); }
-    void EndDialog(int value) override { result = value; }
-
-    ScriptedWindow& Shown(int id) { return *controls[id].picture; }
-    /// What a control holds: a text in quotes, a tick as [x] or [ ], a slider as =3; "!" before
-    /// it when it is disabled. And what all hold that hold something, in tab order.
-    std::string Held(int id) const;
-    std::string Look() const;
-
-    /// What a person does. On a control that is disabled or not there it fails the test.
-    void Click(int id) { Use(id, &platform::FormEvents::OnControl); }
-    void Type(int id, const std::string& text);
-    void Slide(int id, int value);
-    /// A key pressed; true when the form took it before its controls.
-    bool Press(int code) {
-        bool taken = false;
-        Do([&] { taken = events.OnFormKey(*this, code); });
-        return taken;
+    ~Script() {
+        for (const Step& step : steps)
+            ADD_FAILURE() << "never came: " << step.kind << " \"" << step.text << "\"";
     }
-    /// Chooses an entry of the form's menu bar.
-    void Choose(int command);
-
-    const platform::Form& layout;
-    platform::FormEvents& events;
-    int focus = 0;
-    int result = 0;
-
-private:
-    struct State {
-        const platform::Control* control = nullptr;
-        std::string text{};
-        bool checked = false, enabled = true;
-        int value = 0;
-        std::unique_ptr<ScriptedWindow> picture{};
-    };
-    void Use(int id, void (platform::FormEvents::*event)(platform::FormWindow&, int));
-
-    ScriptedPlatform& script;
-    platform::Menu bar;
-    mutable std::map<int, State> controls;
-    ScriptedCode program;
-};
-
-class ScriptedFrame final : public platform::Frame {
-public:
-    ScriptedFrame(ScriptedPlatform& owner, platform::FrameEvents& listener)
-        : script(owner), events(listener) {}
-
-    void SetCaption(const std::string& text) override { caption = text; }
-    void SetMenuBar(const platform::Menu& menu) override { bar = menu; }
-    void CheckMenuItem(int command, bool checked) override {
-        if (auto* item = platform::FindEntry(bar, command)) item->checked = checked;
-    }
-    void SetIdleMessage(const std::string&) override {}
-    void ShowNotice(const std::string& text) override { notice = text; }
-    void ShowStatusBar(bool on) override { statusBar = on; }
-    bool IsStatusBarShown() const override { return statusBar; }
-    platform::Size ClientSize() const override { return {1024, 768}; }
-    platform::Window* CreatePane(platform::Pane pane, platform::WindowEvents& listener) override;
-    platform::FormWindow* CreateFormPane(platform::Pane pane, const platform::Form& form,
-                                         platform::FormEvents& listener) override;
-    void SetLeftWidth(int value) override { leftWidth = value; }
-    void SetLowerHeight(int value) override { lowerHeight = value; }
-    platform::Size PaneSize(platform::Pane pane) const override;
-    void InvalidateAll() override;
-    void SetHomeFocus(platform::Window* window) override { home = window; }
-    void Show() override { shown = true; }
-    void Close() override { closed = events.OnClose(); }
-
-    /// Chooses an entry of the menu bar; one that is missing or disabled fails the test.
-    void Choose(int command);
-    ScriptedWindow& Edit() { return *panes.at(platform::Pane::Upper); }
-    ScriptedWindow& List() { return *panes.at(platform::Pane::Left); }
-
-    ScriptedPlatform& script;
-    platform::FrameEvents& events;
-    std::string caption, notice;
-    platform::Menu bar;
-    bool statusBar = false, shown = false, closed = false;
-    int leftWidth = 0, lowerHeight = 0;
-    platform::Window* home = nullptr;
-    std::map<platform::Pane, std::unique_ptr<ScriptedWindow>> panes;
-    std::unique_ptr<ScriptedForm> panel;
-};
-
-/// A menu in a line: "|" a separator, "!" before what is disabled, "+" before what is ticked, keys
-/// behind "=", prompts in braces and sub-menus in brackets.
-std::string Outline(const platform::Menu& menu);
-
-class ScriptedPlatform final : public platform::Platform {
-public:
-    ScriptedPlatform() { vPlatform = this; }
-    ~ScriptedPlatform() override;
-
-    // --- the script ---
     void ExpectMessage(const std::string& text, bool answer = true) {
         steps.push_back({.kind = "message", .text = text, .ok = answer});
     }
-    void ExpectOpenDialog(std::optional<std::string> answer) {
-        steps.push_back({.kind = "open", .path = std::move(answer)});
-    }
-    void ExpectSaveDialog(std::optional<std::string> answer) {
-        steps.push_back({.kind = "save", .path = std::move(answer)});
+    /// `kind` is "open" or "save"; no answer cancels.
+    void ExpectFile(const char* kind, std::optional<std::string> answer) {
+        steps.push_back({.kind = kind, .path = std::move(answer)});
     }
     /// `choice` is what TrackPopupMenu gives; what was offered is in lastMenu.
     void ExpectMenu(int choice) { steps.push_back({.kind = "menu", .choice = choice}); }
     void ExpectDialog(const std::string& caption, std::function<void(ScriptedForm&)> person) {
         steps.push_back({.kind = "dialog", .text = caption, .person = std::move(person)});
     }
+    int TrackMenu(const Menu& menu, Point corner) {
+        lastMenu = menu;
+        lastMenuAt = corner;
+        const int choice = Take("menu", "").choice;
+        if (choice) ExpectEntry(menu, choice);
+        return choice;
+    }
 
     /// From now on nothing is unexpected: what the script does not name is answered by OK, a
     /// menu or a choice of a file by Cancel, and written down here.
     bool answersAll = false;
     std::vector<std::string> asked;
+    std::function<void()> paintFrame = [] {};
+    Point lastMenuAt;
+    Menu lastMenu;
 
-    /// Carries out what was posted.
-    void Pump() {
-        for (; !posted.empty(); posted.pop_front())
-            Do([&] { frame->events.OnCommand(posted.front()); });
-    }
-
-    // --- platform::Platform ---
-    bool MessageBox(const std::string& text, const std::string& caption, platform::Buttons buttons,
-                    platform::Icon icon) override;
-    std::optional<std::string> OpenFileDialog(const platform::FileDialog& dialog) override {
-        return AskForFile("open", dialog);
-    }
-    std::optional<std::string> SaveFileDialog(const platform::FileDialog& dialog) override {
-        return AskForFile("save", dialog);
-    }
-    int RunDialog(const platform::Form& form, platform::FormEvents& events) override;
-    int GetProfileInt(const std::string& section, const std::string& entry, int absent) override {
-        return std::stoi(GetProfileString(section, entry, std::to_string(absent)));
-    }
-    std::string GetProfileString(const std::string& section, const std::string& entry,
-                                 const std::string& absent) override;
-    void WriteProfileInt(const std::string& section, const std::string& entry, int value) override {
-        settings[section + "/" + entry] = std::to_string(value);
-    }
-    void WriteProfileString(const std::string& section, const std::string& entry,
-                            const std::string& value) override {
-        settings[section + "/" + entry] = value;
-    }
-    void SetPalette(const std::array<std::uint32_t, 256>& colors) override { palette = colors; }
-    std::unique_ptr<platform::Frame> CreateFrame(platform::FrameEvents& events) override;
-    void PostCommand(int command) override { posted.push_back(command); }
-    int Run() override { return 0; }
-    std::vector<std::string> FixedPitchFaces() override { return faces; }
-    bool StartProgram(const std::string& program, const std::string& argument,
-                      const std::string& folder) override {
-        started.push_back({program, argument, folder});
-        return true;
-    }
-
-    bool ShowDocument(const std::string&) override { return true; }
-    int TrackMenu(const platform::Menu& menu, platform::Point screen);
-    static bool CanChoose(const platform::Menu& menu, int command);
-
-    ScriptedFrame* frame = nullptr;
-    platform::Point lastMenuAt;
-    platform::Menu lastMenu;
-    platform::FileDialog lastFileDialog;
-    std::array<std::uint32_t, 256> palette{};
-    std::vector<std::string> faces{"Courier New", "Mono"};
-    std::vector<std::array<std::string, 3>> started;  ///< program, argument, folder
-
-private:
+protected:
     struct Step {
         std::string kind;  ///< "message", "open", "save", "menu" or "dialog"
         std::string text{};
@@ -274,11 +94,324 @@ private:
         int choice = 0;
         std::function<void(ScriptedForm&)> person{};
     };
-    std::optional<Step> Take(const std::string& kind, const std::string& what);
-    std::optional<std::string> AskForFile(const char* kind, const platform::FileDialog& dialog);
-    void PaintFrame();
+    // Steps name a dialog by its caption, a message by a part of it.
+    Step Take(const std::string& kind, const std::string& what) {
+        // What was asked for before is painted meanwhile.
+        paintFrame();
+        if (!steps.empty() && steps.front().kind == kind &&
+            what.find(steps.front().text) != what.npos) {
+            Step step = std::move(steps.front());
+            steps.pop_front();
+            return step;
+        }
+        asked.push_back(kind + " " + what);
+        EXPECT_TRUE(answersAll) << "unexpected " << asked.back();
+        return {.kind = kind, .ok = answersAll};
+    }
 
     std::deque<Step> steps;
+};
+
+class ScriptedWindow final : public Window {
+public:
+    ScriptedWindow(Script& owner, WindowEvents* listener, Size inside)
+        : script(owner), events(listener), size(inside) {}
+
+    Size ClientSize() const override { return size; }
+    void Invalidate() override { ++invalidated; }
+    void SetCapture() override { captured = true; }
+    void ReleaseCapture() override { captured = false; }
+    Point ClientToScreen(Point at) const override { return {at.x + 1000, at.y + 1000}; }
+    void SetFocus() override {}
+    void ShowPicture(const Rows8& picture, Size shownAs) override {
+        w = picture.w;
+        h = picture.h;
+        shown = shownAs;
+        pixels.clear();
+        for (int y = 0; y < h; ++y)
+            pixels.insert(pixels.end(), picture.rows[y], picture.rows[y] + w);
+    }
+    int TrackPopupMenu(const Menu& menu, Point screen) override {
+        return script.TrackMenu(menu, screen);
+    }
+    void SetName(const std::string&) override {}
+    void SetDescription(const std::string& text) override { description = text; }
+
+    /// Repaints at once and keeps what is shown.
+    void Paint() {
+        invalidated = 0;
+        Do([this] { events->OnDraw(*this); });
+    }
+    /// One event of a person, such as Send(&WindowEvents::OnKeyDown, kKeyTab).
+    template <typename... Told, typename... Given>
+    void Send(void (WindowEvents::*event)(Told...), Given... given) {
+        Do([&] { (events->*event)(given...); });
+    }
+    void Key(int code) { Send(&WindowEvents::OnKeyDown, code); }
+    /// The left button down at one place, up at another.
+    void Drag(Point from, Point to, bool ctrl = false) {
+        Send(&WindowEvents::OnLButtonDown, ctrl, from);
+        if (from != to) Send(&WindowEvents::OnMouseMove, ctrl, to);
+        Send(&WindowEvents::OnLButtonUp, ctrl, to);
+    }
+    void Click(Point at) { Drag(at, at); }
+    /// Fails where the picture has not these pixels.
+    void ExpectPicture(const std::function<int(int, int)>& expected) const {
+        for (int p = 0; p < w * h; ++p)
+            ASSERT_EQ(PixelAt(p % w, p / w), expected(p % w, p / w)) << p % w << ", " << p / w;
+    }
+    /// The bitmap may be larger.
+    void ExpectPicture(BITMAP* expected) const {
+        ExpectPicture([expected](int x, int y) { return getpixel(expected, x, y); });
+    }
+    int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
+
+    Script& script;
+    WindowEvents* events;
+    Size size;
+    int invalidated = 0;
+    bool captured = false;
+    std::string description;
+    // The last picture shown: its own size, and the size on the screen.
+    std::vector<unsigned char> pixels;
+    int w = 0, h = 0;
+    Size shown;
+};
+
+/// Its text control has no text.
+class ScriptedForm final : public FormWindow, CodeControl {
+public:
+    ScriptedForm(Script& owner, const Form& form, FormEvents& listener)
+        : layout(form), events(listener), script(owner) {
+        for (const Control& control : form.controls) {
+            State& state = controls[control.id];
+            state = {&control, control.text, false, control.enabled, control.low};
+            if (control.kind == ControlKind::Picture)
+                state.picture = std::make_unique<ScriptedWindow>(
+                    owner, listener.PictureEvents(control.id), Size{control.w, control.h});
+        }
+        events.OnInit(*this);
+        events.OnFormPaint(*this);
+    }
+
+    void SetText(int id, const std::string& text) override { At(id).text = text; }
+    std::string GetText(int id) const override { return At(id).text; }
+    void SetCheck(int id, bool on) override { At(id).checked = on; }
+    bool IsChecked(int id) const override { return At(id).checked; }
+    void SetValue(int id, int value) override { At(id).value = value; }
+    int GetValue(int id) const override { return At(id).value; }
+    void Enable(int id, bool on) override { At(id).enabled = on; }
+    void SetFocus(int id) override { focus = id; }
+    Window* Picture(int id) override {
+        return controls.contains(id) ? At(id).picture.get() : nullptr;
+    }
+    CodeControl* Code(int) override { return this; }
+    std::intptr_t Send(unsigned, std::uintptr_t, std::intptr_t) override { return 0; }
+    int TrackMenuBelow(int, const Menu& menu) override { return script.TrackMenu(menu, {}); }
+    Size ClientSize() const override { return {layout.w, layout.h}; }
+    void Invalidate() override { events.OnFormPaint(*this); }
+    void EndDialog(int value) override { result = value; }
+
+    ScriptedWindow& Shown(int id) { return *At(id).picture; }
+    /// What a control holds: a text in quotes, a tick as [x] or [ ], a slider as =3; "!" before
+    /// it when it is disabled.
+    std::string Held(int id) const {
+        using enum ControlKind;
+        const State& state = At(id);
+        const ControlKind kind = state.control->kind;
+        const std::string held = state.enabled ? "" : "!";
+        if (kind == Edit || kind == NumberEdit || kind == ReadOnlyEdit)
+            return held + "'" + state.text + "'";
+        if (kind == CheckBox || kind == Radio) return held + (state.checked ? "[x]" : "[ ]");
+        if (kind == Slider || kind == VSlider) return held + "=" + std::to_string(state.value);
+        return held;
+    }
+    /// What all hold that hold something, in tab order, a blank behind each.
+    std::string Look() const {
+        std::string look;
+        for (const Control& control : layout.controls)
+            if (const std::string held = Held(control.id); !held.empty()) look += held + " ";
+        return look;
+    }
+
+    // What a person does. On a control that is disabled it fails the test.
+    void Click(int id) { Use(id, &FormEvents::OnControl); }
+    void Type(int id, std::string text) {
+        const Control& control = *At(id).control;
+        if (control.kind == ControlKind::Edit && control.high)
+            text.resize(std::min(text.size(), static_cast<std::size_t>(control.high)));
+        SetText(id, text);
+        Use(id, &FormEvents::OnChange);
+    }
+    void Slide(int id, int value) {
+        SetValue(id, std::clamp(value, At(id).control->low, At(id).control->high));
+        Use(id, &FormEvents::OnChange);
+    }
+    /// A key pressed; true when the form took it before its controls.
+    bool Press(int code) {
+        bool taken = false;
+        Do([&] { taken = events.OnFormKey(*this, code); });
+        return taken;
+    }
+    /// Chooses an entry of the form's menu bar.
+    void Choose(int command) {
+        ExpectEntry(events.FormMenu(), command);
+        Do([&] { events.OnCommand(*this, command); });
+    }
+
+    const Form& layout;
+    FormEvents& events;
+    int focus = 0;
+    int result = 0;
+
+private:
+    struct State {
+        const Control* control;
+        std::string text;
+        bool checked, enabled;
+        int value;
+        std::unique_ptr<ScriptedWindow> picture{};
+    };
+    State& At(int id) const { return controls.at(id); }
+    void Use(int id, void (FormEvents::*event)(FormWindow&, int)) {
+        State& state = At(id);
+        ASSERT_TRUE(state.enabled) << "control " << id << " is disabled";
+        if (state.control->kind == ControlKind::CheckBox) state.checked = !state.checked;
+        if (state.control->kind == ControlKind::Radio)
+            for (auto& [other, radio] : controls)
+                if (radio.control->kind == ControlKind::Radio) radio.checked = other == id;
+        Do([&] { (events.*event)(*this, id); });
+    }
+
+    Script& script;
+    mutable std::map<int, State> controls;
+};
+
+class ScriptedFrame final : public Frame {
+public:
+    ScriptedFrame(Script& owner, FrameEvents& listener) : script(owner), events(listener) {
+        script.paintFrame = [this] {
+            for (auto& [pane, window] : panes) window->invalidated = 0;
+        };
+    }
+    ~ScriptedFrame() override {
+        script.paintFrame = [] {};
+    }
+
+    void SetCaption(const std::string& text) override { caption = text; }
+    void SetMenuBar(const Menu& menu) override { bar = menu; }
+    void CheckMenuItem(int command, bool checked) override {
+        if (auto* item = FindEntry(bar, command)) item->checked = checked;
+    }
+    void SetIdleMessage(const std::string&) override {}
+    void ShowNotice(const std::string& text) override { notice = text; }
+    void ShowStatusBar(bool on) override { statusBar = on; }
+    bool IsStatusBarShown() const override { return statusBar; }
+    Size ClientSize() const override { return {1024, 768}; }
+    Window* CreatePane(Pane pane, WindowEvents& listener) override {
+        panes[pane] = std::make_unique<ScriptedWindow>(script, &listener, PaneSize(pane));
+        return panes[pane].get();
+    }
+    FormWindow* CreateFormPane(Pane, const Form& form, FormEvents& listener) override {
+        panel = std::make_unique<ScriptedForm>(script, form, listener);
+        return panel.get();
+    }
+    void SetLeftWidth(int) override {}
+    void SetLowerHeight(int) override {}
+    Size PaneSize(Pane pane) const override {
+        return pane == Pane::Left ? Size{200, 768} : Size{820, pane == Pane::Upper ? 629 : 135};
+    }
+    void InvalidateAll() override {
+        events.OnFramePaint();
+        for (auto& [pane, window] : panes) window->Invalidate();
+        if (panel) panel->Invalidate();
+    }
+    void SetHomeFocus(Window*) override {}
+    void Show() override {}
+    void Close() override { closed = events.OnClose(); }
+
+    /// Chooses an entry of the menu bar; one that is missing or disabled fails the test.
+    void Choose(int command) {
+        ExpectEntry(bar, command);
+        Do([&] { events.OnCommand(command); });
+    }
+    ScriptedWindow& Edit() { return *panes.at(Pane::Upper); }
+    ScriptedWindow& List() { return *panes.at(Pane::Left); }
+
+    Script& script;
+    FrameEvents& events;
+    std::string caption, notice;
+    Menu bar;
+    bool statusBar = false, closed = false;
+    std::map<Pane, std::unique_ptr<ScriptedWindow>> panes;
+    std::unique_ptr<ScriptedForm> panel;
+};
+
+class ScriptedPlatform final : public Platform, public Script {
+public:
+    ScriptedPlatform() { vPlatform = this; }
+    ~ScriptedPlatform() override { vPlatform = nullptr; }
+
+    bool MessageBox(const std::string& text, const std::string&, Buttons buttons, Icon) override {
+        return Take("message", text).ok || buttons == Buttons::Ok;
+    }
+    std::optional<std::string> OpenFileDialog(const FileDialog& dialog) override {
+        lastFileDialog = dialog;
+        return Take("open", "").path;
+    }
+    std::optional<std::string> SaveFileDialog(const FileDialog& dialog) override {
+        lastFileDialog = dialog;
+        return Take("save", "").path;
+    }
+    int RunDialog(const Form& form, FormEvents& events) override {
+        const Step step = Take("dialog", form.caption);
+        ScriptedForm window(*this, form, events);
+        step.person ? step.person(window) : window.Click(step.ok ? kIdOk : kIdCancel);
+        EXPECT_NE(window.result, 0) << form.caption << " was left open";
+        return window.result;
+    }
+    int GetProfileInt(const std::string& section, const std::string& entry, int absent) override {
+        return std::stoi(GetProfileString(section, entry, std::to_string(absent)));
+    }
+    std::string GetProfileString(const std::string& section, const std::string& entry,
+                                 const std::string& absent) override {
+        return settings.try_emplace(section + entry, absent).first->second;
+    }
+    void WriteProfileInt(const std::string& section, const std::string& entry, int value) override {
+        WriteProfileString(section, entry, std::to_string(value));
+    }
+    void WriteProfileString(const std::string& section, const std::string& entry,
+                            const std::string& value) override {
+        settings[section + entry] = value;
+    }
+    void SetPalette(const std::array<std::uint32_t, 256>&) override {}
+    std::unique_ptr<Frame> CreateFrame(FrameEvents& events) override {
+        auto made = std::make_unique<ScriptedFrame>(*this, events);
+        frame = made.get();
+        return made;
+    }
+    void PostCommand(int command) override { posted.push_back(command); }
+    /// Carries out what was posted.
+    int Run() override {
+        for (; !posted.empty(); posted.pop_front())
+            Do([&] { frame->events.OnCommand(posted.front()); });
+        return 0;
+    }
+    std::vector<std::string> FixedPitchFaces() override { return {"Mono", "R&D Mono", "Mono"}; }
+    bool StartProgram(const std::string& program, const std::string& argument,
+                      const std::string& folder) override {
+        started.push_back({program, argument, folder});
+        return true;
+    }
+    bool ShowDocument(const std::string&) override { return true; }
+
+    ScriptedFrame* frame = nullptr;
+    FileDialog lastFileDialog;
+    std::vector<std::array<std::string, 3>> started;  ///< program, argument, folder
+
+private:
     std::deque<int> posted;
     std::map<std::string, std::string> settings;
 };
+
+}  // namespace platform
