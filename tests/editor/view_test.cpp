@@ -68,13 +68,9 @@ struct Plain final : Events {
         cursor = cursor + Point{dx, dy};
         if (paints && (pen || mode == kBrushTab || mode == kBrushBlenderTab)) Paint();
     }
-    void ScrollGrid(int sign) {
-        const auto move = [sign](std::int32_t& at, int step, int size, int shown) {
-            if (step && sign < 0) at = std::max(at - step, 0);
-            if (step && sign > 0) at = std::min(at + step, std::max(size - shown, 0));
-        };
-        move(Node().viewx, vStepX, Node().width, Node().vieww);
-        move(Node().viewy, vStepY, Node().height, Node().viewh);
+    static void ScrollGrid(int sign, std::int32_t& at, int step, int size, int shown) {
+        if (step && sign < 0) at = std::max(at - step, 0);
+        if (step && sign > 0) at = std::min(at + step, std::max(size - shown, 0));
     }
     void Pick() {
         for (int i = 0; i < 2; ++i) {
@@ -132,20 +128,19 @@ struct Plain final : Events {
         }
         if (mode == kBrushText) return;
         const bool brushes = mode == kBrushNormal || mode == kBrushTab;
-        const struct {
-            int down, up;
-            std::int32_t Brush::*field;
-            bool acts;
-        } pairs[] = {{kKeyHome, kKeyEnd, &Brush::fg, brush.fg != -2},
-                     {kKeyPageUp, kKeyPageDown, &Brush::bg, true},
-                     {kKeyInsert, kKeyDelete, &Brush::chr, brushes}};
-        for (const auto& pair : pairs) {
-            if (!pair.acts || (code != pair.down && code != pair.up)) continue;
-            std::int32_t& field = brush.*pair.field;
-            if (code == pair.up ? field < 255 : field > 0) field += code == pair.up ? 1 : -1;
+        const int downs[] = {kKeyInsert, kKeyHome, kKeyPageUp};
+        const int ups[] = {kKeyDelete, kKeyEnd, kKeyPageDown};
+        for (std::size_t i = brushes ? 0 : 1; i < 3; ++i) {
+            if ((code != downs[i] && code != ups[i]) || (i == 1 && brush.fg == -2)) continue;
+            std::int32_t& field = *Fields(brush)[i];
+            field += code == ups[i] ? field < 255 : -(field > 0);
             told += 'p';
         }
-        if (code == kKeyF1 || code == kKeyF2) ScrollGrid(code == kKeyF1 ? -1 : 1);
+        if (code == kKeyF1 || code == kKeyF2) {
+            const int sign = code == kKeyF1 ? -1 : 1;
+            ScrollGrid(sign, Node().viewx, vStepX, Node().width, Node().vieww);
+            ScrollGrid(sign, Node().viewy, vStepY, Node().height, Node().viewh);
+        }
         const bool blends = mode == kBrushBlender, steps = mode == kBrushNormal || blends;
         const bool presses = steps && (code == kKeySpace || code == kKeyShift);
         if (presses) {
@@ -225,22 +220,18 @@ struct Plain final : Events {
     }
 };
 
-struct Host final : HostLog {
-    bool EditBrush() override {
-        told += 'e';
-        if (answer) vBrush = *answer;
-        return answer.has_value();
-    }
-    std::optional<Brush> answer;
-};
-
-class View : public WorldTest {
+class View : public WorldTest, public HostLog {
 protected:
-    View() : view(host), window(script, &view, {640, 480}) {
+    View() {
         ResetViewState();
         view.Attach(window);
         board = &AddNode(world->Root(), "board", 10, 8);
         world->currentBoard = world->currentObject = board->id;
+    }
+    bool EditBrush() override {
+        told += 'e';
+        if (answer) vBrush = *answer;
+        return answer.has_value();
     }
     // The middle of a tile in window pixels, not farther than any mouse comes.
     Point At(Point tile) const {
@@ -251,10 +242,10 @@ protected:
         return {pixel(tile.x + view.Scroll().x), pixel(tile.y + view.Scroll().y)};
     }
 
+    std::optional<Brush> answer;
     ScriptedPlatform script;
-    Host host;
-    CQuiltView view;
-    ScriptedWindow window;
+    CQuiltView view{*this};
+    ScriptedWindow window{script, &view, {640, 480}};
     Dobject* board;
 };
 
@@ -291,34 +282,32 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
                 plain.nodes[i].*field = node.*field;
         }
     };
-    const auto told = [](const Dobject& node) {
+    const auto of = [&](const Dobject& node) {
         return std::tuple(node.posx, node.posy, node.viewx, node.viewy, node.tiles);
     };
     const auto shown = [&] {
         return std::tuple(view.Cursor(), view.Anchor(), view.Scroll(), double{view.Zoom()}, vBrush,
-                          vRuler == 1, vBrushMode, world->currentObject == object.id, told(*board),
-                          told(object));
+                          vRuler == 1, vBrushMode, own[world->currentObject == object.id],
+                          of(*board), of(object));
     };
     const auto expected = [&] {
         return std::tuple(plain.cursor, plain.anchor, plain.scroll, plain.zoom, plain.brush,
-                          plain.ruler, plain.mode, plain.current == 1, told(plain.nodes[0]),
-                          told(plain.nodes[1]));
+                          plain.ruler, plain.mode, own[plain.current], of(plain.nodes[0]),
+                          of(plain.nodes[1]));
     };
     const auto both = [&](auto event, auto... given) {
         (plain.*event)(given...);
         if (plain.menuAt) script.ExpectMenu(plain.choice);
         window.Send(event, given...);
     };
-    const int keys[] = {kKeyUp,   kKeyDown,  kKeyLeft,     kKeyRight,  kKeyUp,     kKeyDown,
-                        kKeyLeft, kKeyRight, kKeySpace,    kKeyShift,  kKeyEnter,  kKeyTab,
-                        kKeyHome, kKeyEnd,   kKeyPageUp,   kKeyInsert, kKeyDelete, kKeyApps,
-                        kKeyF1,   kKeyF2,    kKeyPageDown, kKeyEscape, 'A',        kKeySpace};
+    const int keys[] = {kKeySpace,  kKeyShift,    kKeyEnter,  kKeyTab,    kKeyHome, kKeyEnd,
+                        kKeyPageUp, kKeyPageDown, kKeyInsert, kKeyDelete, kKeyApps, kKeyF1,
+                        kKeyF2,     kKeyEscape,   kKeySpace,  'A'};
     const int chars[] = {'A', 130, ' ', kKeyEnter, kKeyTab, kKeyBackspace, kKeyEscape, 'z'};
     const int menus[] = {0, kCmdToolCancel, kCmdZoomIn, kCmdZoomOut, kCmdRuler};
-    void (Events::*const mouse[])(bool, Point) = {
-        &Events::OnLButtonDown, &Events::OnLButtonDown, &Events::OnLButtonUp, &Events::OnLButtonUp,
-        &Events::OnRButtonDown, &Events::OnRButtonDown, &Events::OnRButtonUp, &Events::OnMouseMove,
-        &Events::OnMouseMove,   &Events::OnMouseMove};
+    void (Events::*const mouse[])(bool, Point) = {&Events::OnLButtonDown, &Events::OnLButtonUp,
+                                                  &Events::OnRButtonDown, &Events::OnRButtonUp,
+                                                  &Events::OnMouseMove,   &Events::OnMouseMove};
     for (int step = 0; step < 40'000; ++step) {
         if (step % 500 == 0) renew();
         if (step % 100 == 0) {
@@ -327,29 +316,30 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
             vBrushMode = plain.mode = roll(kBrushModes);
             vBrush = plain.brush = {values[roll(8)], roll(2) * 255, roll(3) * 127, roll(3) - 1};
         }
-        host.answer.reset();
-        if (roll(2)) host.answer = Brush{roll(9), -2, -1, roll(4)};
-        plain.answer = host.answer;
+        answer.reset();
+        if (roll(2)) answer = Brush{roll(9), -2, -1, roll(4)};
+        plain.answer = answer;
         plain.choice = plain.tool == kPoints ? 0 : menus[roll(5)];
         plain.menuAt = plain.placed = std::nullopt;
-        host.told = plain.told = "";
+        told = plain.told = "";
         const Point near{roll(plain.Node().width + 4) - 2, roll(plain.Node().height + 4) - 2};
         const Point at = At(plain.Origin(plain.current) + near) + Point{roll(9) - 4, roll(9) - 4};
         const auto before = shown();
         window.invalidated = 0;
-        const int kind = roll(24), code = keys[roll(24)], ch = chars[roll(8)];
+        const int kind = roll(24), code = roll(3) ? keys[roll(16)] : kKeyLeft + roll(4),
+                  ch = chars[roll(8)];
         SCOPED_TRACE(testing::Message() << "step " << step << ", " << kind << ", " << code);
         if (kind < 8) both(&Events::OnKeyDown, code);
         if (kind == 8 || kind == 9) both(&Events::OnKeyUp, kind == 8 ? code : int{kKeyShift});
         if (kind >= 10 && kind < 13) both(&Events::OnChar, ch);
-        if (kind >= 13 && kind < 23) both(mouse[kind - 13], roll(4) == 0, at);
+        if (kind >= 13 && kind < 23) both(mouse[roll(6)], roll(4) == 0, at);
         if (kind == 23) both(&Events::OnMouseWheel, roll(3) - 1);
         const auto copies = std::erase_if(own[plain.current]->children, [&](const auto& child) {
             return child->name == "Dummy" && Point{child->posx, child->posy} == plain.placed;
         });
         ASSERT_EQ(copies > 0, plain.placed.has_value());
         ASSERT_EQ(shown(), expected());
-        ASSERT_EQ(host.told, plain.told);
+        ASSERT_EQ(told, plain.told);
         ASSERT_EQ(window.captured, plain.captured);
         ASSERT_TRUE(window.invalidated || shown() == before) << "asks for no repaint";
         if (plain.menuAt) {
@@ -391,29 +381,9 @@ TEST_F(View, MarksStandWhereTheyShould) {
         "F 12 12 99 83 15 F 11 11 100 84 15 F 46 22 73 41 15 F 45 21 74 42 15 ";
     const std::string screens[] = {"F 15 15 336 256 15", "F 15 15 656 496 15", "F 15 15 816 616 15",
                                    "F 15 15 1040 784 15"};
-    const std::pair<std::function<void()>, std::string> cases[] = {
-        {[] { vPanelMode = kPanelProperties, vShowAttrib = true; }, cursor},
-        // The first column is scrolled away: solid, breakable, water.
-        {[] { vPanelMode = kPanelPaint; },
-         cursor + "F 50 26 53 29 15 F 51 27 52 28 32 L 60 25 60 31 15 L 57 28 63 28 32 "
-                  "L 65 25 71 31 15 L 65 26 71 32 32 "},
-        {[] { vShowAttrib = !(vRuler = 1); },
-         cursor + "L 0 16 647 16 15 L 16 0 16 487 15 L 0 17 647 17 32 L 17 0 17 487 32 "
-                  "T 40 24 -3,-1 "},
-        {[&] {
-             drag(false, {4, 3}, {1, 1});
-         },
-         "F 24 24 55 47 32 A 25 25 54 46 15 " + lines},
-        {[&] {
-             drag(true, {1, 1}, {4, 3});
-         },
-         points + lines},
-        {[] { vRuler = 0; }, points},
-    };
-    for (const auto& [person, drawn] : cases) {
+    const auto shows = [&](const std::string& drawn) {
         SCOPED_TRACE(drawn);
         world->videoMode = static_cast<int>(drawn.size()) % kVideoModes;
-        person();
         window.Paint();
         const Bitmap picture = MakeBitmap(648, 488);
         clear_bitmap(picture.get());
@@ -433,17 +403,30 @@ TEST_F(View, MarksStandWhereTheyShould) {
             draw(picture.get(), x0, y0, x1, y1, ink);
         }
         xor_mode(FALSE);
-        ASSERT_EQ(window.pixels.size(), 648u * 488u);
         window.ExpectPicture(picture.get());
-    }
+    };
+    vPanelMode = kPanelProperties, vShowAttrib = true;
+    shows(cursor);
+    EXPECT_EQ(window.description, "object, -3 x -1: outside the grid");
+    vPanelMode = kPanelPaint;
+    // The first column is scrolled away: solid, breakable, water.
+    shows(cursor +
+          "F 50 26 53 29 15 F 51 27 52 28 32 L 60 25 60 31 15 L 57 28 63 28 32 "
+          "L 65 25 71 31 15 L 65 26 71 32 32 ");
+    vShowAttrib = !(vRuler = 1);
+    shows(cursor +
+          "L 0 16 647 16 15 L 16 0 16 487 15 L 0 17 647 17 32 L 17 0 17 487 32 T 40 24 -3,-1 ");
+    drag(false, {4, 3}, {1, 1});
+    shows("F 24 24 55 47 32 A 25 25 54 46 15 " + lines);
+    drag(true, {1, 1}, {4, 3});
+    vRuler = 0;
+    shows(points);
 }
 
 TEST_F(View, PickingAmongThreeAsks) {
     Dobject& a = AddNode(*board, "A&B", 3, 3);
     Dobject& b = *a.Spawn(kCmdPickEnd - kCmdPickBase - 1, 0);
     b.Create("inner", 1, 1);
-    window.Paint();
-    EXPECT_EQ(window.description, "board, 0 x 0: glyph 0, colour 0 on 0, attribute 0");
     vPanelMode = kPanelProperties;
     script.ExpectMenu(a.id + kCmdPickBase);
     window.Click(At({0, 0}));
@@ -458,9 +441,8 @@ TEST_F(View, PickingAmongThreeAsks) {
         EXPECT_EQ(b.tiles[0], Dtile{});
         EXPECT_EQ(script.lastMenuAt, window.ClientToScreen({8, 8}));
     }
-    window.Key(kKeyUp);
     window.Paint();
-    EXPECT_EQ(window.description, "inner, 0 x -1: outside the grid");
+    EXPECT_EQ(window.description, "inner, 0 x 0: glyph 0, colour 0 on 0, attribute 0");
 }
 
 TEST_F(View, ViewModesComposeWhatTheyName) {
@@ -469,17 +451,15 @@ TEST_F(View, ViewModesComposeWhatTheyName) {
     board->PutTile(0, 0, 0, 101, 101, 0);
     board->PutTile(2, 0, 0, 102, 102, 0);
     window.Key(kKeyDown);
-    const struct {
-        int mode, object, at, beside;
-    } cases[] = {{0, a.id, 100, 102},
-                 {kViewHideObjs, board->id, 101, 102},
-                 {kViewFocus, a.id, 100, 0},
-                 {kViewFocus, 12345, 0, 0}};  // nothing composed, frames at the corner
-    for (const auto& c : cases) {
-        vViewMode = c.mode;
-        world->currentObject = c.object;
+    for (const auto& [mode, object, at, beside] :
+         {std::array{0, a.id, 100, 102},
+          {kViewHideObjs, board->id, 101, 102},
+          {kViewFocus, a.id, 100, 0},
+          {kViewFocus, 12345, 0, 0}}) {  // nothing composed, frames at the corner
+        vViewMode = mode;
+        world->currentObject = object;
         window.Paint();
-        EXPECT_EQ(window.PixelAt(4, 4), c.at) << &c - cases;
-        EXPECT_EQ(window.PixelAt(20, 4), c.beside) << &c - cases;
+        EXPECT_EQ(window.PixelAt(4, 4), at) << mode;
+        EXPECT_EQ(window.PixelAt(20, 4), beside) << mode;
     }
 }
