@@ -1,20 +1,26 @@
-// The frame: what every entry of every menu does, and the list.
+// The application on the scripted backend: start, document commands, what they keep, and Run; what
+// every entry of every menu does, and the list.
 
 #include "editor/commands.h"
+#include "editor/shell/do_save_notification.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
-#include "editor/shell/tree_menus.h"
+#include "editor/shell/recent_files.h"
 #include "editor/view/object_clip.h"
 #include "platform/keys.h"
+#include "tests/support/plain_zip.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/temp_folder.h"
+
+#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <map>
 #include <regex>
-#include <set>
 
 using namespace platform;
 using Events = WindowEvents;
+using testing::ElementsAre;
 
 namespace {
 
@@ -25,12 +31,17 @@ Point At(int row) { return {30, row * 10 + 5}; }
 
 class Shell : public testing::Test {
 protected:
-    Shell() { EXPECT_TRUE(app.InitInstance(std::filesystem::current_path().string(), "")); }
-
+    Shell() { EXPECT_TRUE(Start("")); }
+    bool Start(const std::string& game) {
+        app = std::make_unique<CQuiltApp>(keep);
+        return app->InitInstance(programs, game);
+    }
+    CQuiltDoc& Doc() { return app->Document(); }
+    static Dobject& Board() { return *vWorld->Root().children.front(); }
     ScriptedFrame& Frame() { return *script.frame; }
     ScriptedWindow& List() { return Frame().List(); }
     /// "Attic(lamp(bulb) shelf)" in place of what there is, and a second board.
-    void Plant(bool second = true) {
+    void Plant() {
         vWorld->Root().EraseAll();
         attic = Add(vWorld->Root(), "Attic", 6);
         lamp = Add(*attic, "lamp", 2);
@@ -40,7 +51,7 @@ protected:
         lamp->script = "#end";
         bulb->PutTile(0, 0, 9, 8, 7, 6);
         bulb->vieww = 1;
-        if (second) Add(vWorld->Root(), "Cellar", 4);
+        Add(vWorld->Root(), "Cellar", 4);
         vWorld->currentBoard = vWorld->currentObject = attic->id;
         MakeObjectClip();
     }
@@ -76,15 +87,18 @@ protected:
         return Outcome();
     }
 
+    const std::string programs = std::filesystem::current_path().string();
+    TempFolder temp, keptFolder;
+    const std::string keep = keptFolder / "kept";
     ScriptedPlatform script;
-    CQuiltApp app;
+    std::unique_ptr<CQuiltApp> app;
     Dobject *attic = nullptr, *lamp = nullptr, *bulb = nullptr, *shelf = nullptr;
 };
 
 }  // namespace
 
 TEST_F(Shell, EntriesOfTheBarDoSomething) {
-    const std::map<int, const char*> told{
+    const std::map<int, std::string> told{
         {kCmdFileNew, "new "},
         {kCmdFileOpen, "open : "},
         {kCmdFileSave, "save : "},
@@ -103,27 +117,21 @@ TEST_F(Shell, EntriesOfTheBarDoSomething) {
         {kCmdObjectClipboard, "dialog Object ClipBoard: "},
     };
     script.answersAll = true;
-    std::size_t entries = 0;
-    const Menu bar = Frame().bar;
-    ForEachEntry(bar, [&](const MenuItem& item) {
-        if (!item.enabled) return;
-        SCOPED_TRACE(item.text);
-        ++entries;
+    for (const auto& [command, wanted] : told) {
         vWorld->videoMode = vWorld->windowed = 1;
-        Frame().statusBar = true;
-        Frame().closed = false;
+        Frame().ShowStatusBar(true);
         Frame().InvalidateAll();
         Plant();
         Frame().Edit().invalidated = 0;
-        Frame().Choose(item.command);
+        Frame().Choose(command);
         std::string text = Outcome();
         text.resize(text.find('('));
         if (vWorld->Root().children.front()->name != "Attic") text += "new ";
-        if (Frame().closed) text += "closed ";
+        if (std::exchange(Frame().closed, false)) text += "closed ";
         if (vWorld->videoMode != 1) text += "mode " + std::to_string(vWorld->videoMode) + " ";
         if (!vWorld->windowed) text += "window ";
         if (!Frame().statusBar) text += "bar ";
-        EXPECT_EQ(text, told.at(item.command));
+        EXPECT_EQ(text, wanted);
         for (int mode = 0; mode < kVideoModes; ++mode)
             EXPECT_EQ(FindEntry(Frame().bar, kCmdVideoMode + mode)->checked,
                       mode == vWorld->videoMode);
@@ -131,20 +139,17 @@ TEST_F(Shell, EntriesOfTheBarDoSomething) {
         EXPECT_EQ(FindEntry(Frame().bar, kCmdStatusBar)->checked, Frame().statusBar);
         const bool draws =
             text.starts_with("mode") || text == "new " || text == "dialog Font Edit: ";
-        EXPECT_TRUE(!draws || Frame().Edit().invalidated);
-    });
-    EXPECT_EQ(entries, told.size());
+        EXPECT_TRUE(!draws || Frame().Edit().invalidated) << text;
+    }
 }
 
 TEST_F(Shell, EntriesOfTheListDoSomething) {
     const struct {
         int row, command;
         const char* after;
-        char redraws;        ///< after that the list, all or none
-        bool second = true;  ///< beside a second board
+        char redraws;  ///< after that the list, all or none
     } cases[] = {
         {kAttic, kCmdAddBoard, "dialog Name: (Attic(lamp#@3(bulb) shelf) Cellar NewBoard*)", 'l'},
-        {kAttic, kCmdAddObject, "dialog Name: (Attic(lamp#@3(bulb) shelf NewObject*) Cellar)", 'l'},
         {kBulb, kCmdAddObject, "dialog Name: (Attic(lamp#@3(bulb(NewObject*)) shelf) Cellar)", 'l'},
         {kAttic, kCmdDuplicateBoard,
          "(Attic*(lamp#@3(bulb) shelf) Cellar Attic(lamp#@3(bulb) shelf))", 'l'},
@@ -155,7 +160,6 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
         {kLamp, kCmdCopyObject, "(Attic(lamp#@3*(bulb) shelf) Cellar) lamp", 'n'},
         {kAttic, kCmdDelete, "message Delete Board?: (Cellar*)", 'a'},
         {kBulb, kCmdDelete, "message Delete Object?: (Attic*(lamp#@3 shelf) Cellar)", 'a'},
-        {kBulb, kCmdDelete, "message Delete Object?: (Attic*(lamp#@3(bulb) shelf))", 'a', false},
         {kAttic, kCmdBoardName, "dialog Name: (Attic*(lamp#@3(bulb) shelf) Cellar)", 'l'},
         {kShelf, kCmdObjectName, "dialog Name: (Attic(lamp#@3(bulb) shelf*) Cellar)", 'a'},
         {kShelf, kCmdProgramming, "dialog Programming: (Attic(lamp#@3(bulb) shelf*) Cellar)", 'n'},
@@ -167,11 +171,9 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
         {kBulb, kCmdMoveBase, "(Attic*(lamp#@3 shelf(bulb)) Cellar)", 'a'},
     };
     script.answersAll = true;
-    std::set<int> seen{kCmdNone};
     for (const auto& c : cases) {
         SCOPED_TRACE(&c - cases);
-        Plant(c.second);
-        seen.insert(c.command);
+        Plant();
         List().Click(At(c.row));
         Frame().Edit().invalidated = 0;
         std::string after = Choose(c.row, c.command + (c.command == kCmdMoveBase ? shelf->id : 0));
@@ -181,17 +183,9 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
         EXPECT_EQ(List().invalidated > 0, c.redraws != 'n');
         EXPECT_EQ(Frame().Edit().invalidated > 0, c.redraws == 'a');
     }
-    for (const Menu& menu : {MakeBoardMenu(), MakeObjectMenu()})
-        ForEachEntry(menu, [&](const MenuItem& item) {
-            EXPECT_TRUE(seen.count(item.command)) << item.text;
-        });
 
-    // What the menus offer. Beside every row the menu is the selection's.
+    // Beside every row the menu is the selection's.
     Plant();
-    Choose(kAttic, 0);
-    EXPECT_EQ(Outline(script.lastMenu),
-              "&Add(&Board &Object &Duplicate &Paste(&Board &Object)) &Copy &Delete | &Name "
-              "&Programming &Location &Size &Viewport | &Expand All | &Cancel");
     Choose(kLamp, kCmdHide);
     shelf->name = "&";
     Choose(30, 0);
@@ -200,8 +194,6 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
               "...)) &&(&Here ...)) Cellar(&Here ...))) &Delete | &Name &Programming &Location "
               "&Size &Viewport | +&Hide | &Cancel");
     EXPECT_EQ(script.lastMenuAt, List().ClientToScreen({30, 310}));
-    Choose(kLamp, kCmdHide);
-    EXPECT_EQ(lamp->hidden, 0);
 
     // What is copied goes deep and is its own; it is pasted in the font of the present.
     Choose(kLamp, kCmdCopyObject);
@@ -222,44 +214,20 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
 
     // Cancel and refusals: onto itself, a descendant, the root, nothing, and without a clipboard.
     const std::string shape = Choose(kLamp, 0);
-    script.ExpectMenu(kCmdDelete);
     script.ExpectMessage("Delete Object?", false);
-    List().Send(&Events::OnRButtonDown, false, At(kLamp));
+    Choose(kLamp, kCmdDelete);
     vObjectClip.reset();
-    for (int command :
-         {kCmdMoveBase + lamp->id, kCmdMoveBase + bulb->id, int{kCmdMoveBase}, kCmdMoveBase + 77777,
-          int{kCmdPasteBoard}, int{kCmdPasteOnBoard}, int{kCmdPasteOnObject}}) {
-        app.Frame().List().OnCommand(command);
+    for (int command : {kCmdMoveBase + lamp->id, kCmdMoveBase + bulb->id, kCmdMoveBase + 77777,
+                        int{kCmdMoveBase}, int{kCmdPasteBoard}, int{kCmdPasteOnObject}}) {
+        app->Frame().List().OnCommand(command);
         vWorld->currentObject = lamp->id;
         EXPECT_EQ(Outcome(), shape) << command;
     }
-    MakeObjectClip();
-
-    // A new board is the one on view already while its name is asked for; and more nodes than
-    // there are handles.
-    Plant();
-    script.ExpectMenu(kCmdAddBoard);
-    script.ExpectDialog("Name", [&](ScriptedForm& form) {
-        EXPECT_NE(attic->posy, 0);
-        form.Click(kIdCancel);
-    });
-    List().Send(&Events::OnRButtonDown, false, At(kAttic));
-    EXPECT_EQ(vWorld->Root().children.back()->posy, 0);
-    for (int i = 0; i < 2000; ++i) Add(*attic, "n", 1);
-    Choose(kLamp, kCmdMoveBase + attic->children.back()->id);
-    EXPECT_EQ(lamp->parent, attic->children.back().get());
 }
 
 TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     Plant();
-    List().Click(At(kLamp));
-    EXPECT_EQ(Outcome(), "(Attic(lamp#@3*(bulb) shelf) Cellar)");
     const Dobject& cellar = *vWorld->Root().children.back();
-    const int parked[] = {240, 480, 592, 768};
-    for (vWorld->videoMode = 3; vWorld->videoMode > 0; --vWorld->videoMode) {
-        List().Click(At(kBulb));
-        EXPECT_EQ(cellar.posy, parked[vWorld->videoMode]) << "the other board";
-    }
     List().Drag(At(kLamp), At(kCellar));
     EXPECT_EQ(vWorld->currentBoard, cellar.id) << "a drag runs through the rows";
     EXPECT_FALSE(List().captured);
@@ -282,8 +250,7 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     List().Send(&Events::OnMouseWheel, 120);
     shows(2, 6, "The selected row is not among the rows shown");
     List().Drag({0, 0}, {500, 0}, true);
-    List().Send(&Events::OnMouseWheel, -120);
-    List().Send(&Events::OnMouseWheel, -120);
+    for (int i = 0; i < 2; ++i) List().Send(&Events::OnMouseWheel, -120);
     List().Click(At(kAttic));
     shows(0, 0, "Board Attic, z 0");
 
@@ -291,12 +258,135 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     script.ExpectDialog("Programming", [](ScriptedForm& form) { form.Click(kIdOk); });
     List().Send(&Events::OnLButtonDblClk, false, At(kAttic));
     attic->vieww = 2;
-    for (const bool toPaint : {false, true, false}) {
+    for (const bool toPaint : {false, true}) {
         List().Send(&Events::OnLButtonDblClk, true, At(kAttic));
         EXPECT_EQ(vPanelMode, toPaint ? kPanelPaint : kPanelProperties);
-        EXPECT_EQ(attic->evieww, toPaint ? 2 : 0);
         EXPECT_EQ(attic->vieww, toPaint ? 6 : 2);
         script.Run();
         EXPECT_EQ(Frame().panel->Picture(kBrushPreview) != nullptr, toPaint);
     }
+}
+
+TEST_F(Shell, StartsOnANewGameOrTheOneOfTheCommandLine) {
+    EXPECT_EQ(Frame().caption, "Untitled - Tessel Works's QUILT!");
+    EXPECT_EQ(vWorld->currentBoard, Board().id);
+    std::filesystem::copy_file("Library/default.zqlt", temp / "here.zqlt");
+    app.reset();
+    // Paths count from the user's folder.
+    std::filesystem::current_path(temp.Path());
+    EXPECT_TRUE(Start("here.zqlt"));
+    EXPECT_EQ(std::filesystem::current_path(), programs);
+    EXPECT_EQ(Doc().PathName(), temp / "here.zqlt");
+    app.reset();
+    script.ExpectMessage("could not be opened");
+    EXPECT_FALSE(Start("missing.zqlt"));
+}
+
+TEST_F(Shell, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
+    const auto kept = [&] { return ListKept(keep).size(); };
+    Frame().Choose(kCmdFileNew);
+    EXPECT_EQ(kept(), 0u) << "an unaltered world is not kept";
+    Board().PutTile(3, 4, 65, 14, 2, 1);
+    const std::string path = temp / "my game.zqlt", second = temp / "Untitled2.zqlt";
+    script.ExpectFile("save", path);
+    Frame().Choose(kCmdFileSave);
+    EXPECT_EQ(std::filesystem::path(script.lastFileDialog.path).filename(), "Quilt.zqlt");
+    EXPECT_EQ(Frame().caption, "my game.zqlt - Tessel Works's QUILT!");
+    Board().PutTile(3, 4, 66, 14, 2, 1);
+    Frame().Choose(kCmdFileSave);  // no dialog
+    EXPECT_EQ(kept(), 1u) << "the file that was replaced";
+    EXPECT_NE(Frame().notice.find(path + ": 1 board, 0 objects, "), std::string::npos);
+    Board().PutTile(3, 4, 67, 14, 2, 1);
+    Frame().Choose(kCmdFileNew);
+    EXPECT_EQ(kept(), 2u);
+    EXPECT_EQ(Doc().Title(), "Untitled");
+    EXPECT_EQ(Board().GetTile(3, 4)->chr, 0) << "replaced without a question";
+    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent)->text, "&1 " + path);
+    Frame().Choose(kCmdFileRecent);
+    EXPECT_EQ(Board().GetTile(3, 4)->chr, 66);
+    EXPECT_EQ(vWorld->currentBoard, Board().id);
+    // A kept game is saved under a name of its own.
+    ASSERT_TRUE(Doc().OnOpenDocument(ListKept(keep)[0].path));
+    EXPECT_EQ(Board().GetTile(3, 4)->chr, 67);
+    EXPECT_EQ(Doc().PathName(), "");
+    for (const auto& answer : {std::optional(second), std::optional<std::string>()}) {
+        script.ExpectFile("save", answer);
+        Frame().Choose(kCmdFileSave);  // asks each time, for its name
+        EXPECT_EQ(Doc().PathName(), second);
+    }
+    EXPECT_EQ(script.lastFileDialog.path, second);
+    EXPECT_THAT(RecentFiles(), ElementsAre(second, path));
+
+    // Six recent files are kept; one that is not there leaves the list.
+    for (int i = 1; i <= 8; ++i) AddRecentFile("f" + std::to_string(i));
+    AddRecentFile("x/.././f5");
+    app->Frame().UpdateMenuBar();
+    script.ExpectMessage("could not be opened");
+    Frame().Choose(kCmdFileRecent + 1);
+    std::vector<std::string> shown;
+    for (const char* name : {"f5", "f7", "f6", "f4", "f3"}) shown.push_back(NormalPath(name));
+    EXPECT_EQ(RecentFiles(), shown);
+    EXPECT_EQ(FindEntry(Frame().bar, kCmdFileRecent + 1)->text, "&2 " + shown[1]);
+}
+
+TEST_F(Shell, WhatCannotBeOpenedOrSavedLeavesTheGameAsItWas) {
+    const std::string good = temp / "good.zqlt";
+    script.ExpectFile("save", good);
+    Frame().Choose(kCmdFileSaveAs);
+    Board().name = "kept";
+    for (const auto& [path, message] :
+         {std::pair(temp.Path(), "could not be opened"),
+          {PutFile(temp / "text.zqlt", "no archive"), "could not be loaded"},
+          {PutFile(temp / "empty.zqlt", MakeZip({{"res.dat", "0 0"}})), "There is no game in"},
+          {temp / "no folder/x.zqlt", "could not be saved"}}) {
+        const bool saves = path.ends_with("x.zqlt");
+        script.ExpectFile(saves ? "save" : "open", path);
+        script.ExpectMessage(message);
+        Frame().Choose(saves ? kCmdFileSaveAs : kCmdFileOpen);
+        EXPECT_EQ(Doc().PathName() + Board().name, good + "kept") << path;
+    }
+    EXPECT_EQ(Doc().Title(), "good.zqlt");
+    EXPECT_THAT(RecentFiles(), ElementsAre(good));
+}
+
+TEST_F(Shell, RunSavesTheGameAndStartsThePlayerOnIt) {
+    const auto run = [this](int button, bool ticked) {
+        script.ExpectDialog("Save Notification", [button, ticked](ScriptedForm& form) {
+            EXPECT_TRUE(form.IsChecked(kNoticeHide)) << "it opens ticked";
+            if (!ticked) form.Click(kNoticeHide);
+            form.Click(button);
+        });
+    };
+    const std::string game = temp / "my \"best\" game.zqlt", second = temp / "Untitled.zqlt";
+    const std::array<std::string, 3> started{programs + "/QUILT! Runner", game, programs};
+    // Every Cancel leaves all as it was.
+    run(kIdCancel, true);
+    Frame().Choose(kCmdRun);
+    run(kIdOk, true);
+    script.ExpectFile("save", std::nullopt);
+    Frame().Choose(kCmdRun);
+    run(kIdOk, true);
+    script.ExpectFile("save", temp / "no folder/x.zqlt");
+    script.ExpectMessage("could not be saved");
+    Frame().Choose(kCmdRun);
+    EXPECT_THAT(script.started, ElementsAre());
+    EXPECT_EQ(Doc().Title(), "Untitled");
+    run(kIdOk, true);
+    script.ExpectFile("save", game);
+    Frame().Choose(kCmdRun);
+    const std::string first = FileBytes(game);
+    Board().PutTile(1, 1, 65, 4, 5, 0);
+    // Without the tick the notice does not come again.
+    run(kIdOk, false);
+    Frame().Choose(kCmdRun);
+    EXPECT_THAT(script.started, ElementsAre(started, started));
+    EXPECT_NE(FileBytes(game), first) << "the player reads what the editor holds";
+    // A title with that word is asked for its name although it has a file.
+    Frame().Choose(kCmdFileNew);
+    for (int i = 0; i < 2; ++i) {
+        script.ExpectFile("save", second);
+        Frame().Choose(kCmdRun);
+    }
+    EXPECT_EQ(script.lastFileDialog.path, second);
+    EXPECT_EQ(script.started.size(), 4u);
 }
