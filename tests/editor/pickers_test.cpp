@@ -127,7 +127,7 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
             } else if (wish < 36) {
                 const bool more = wish == 34;
                 form.Click(more ? kFontNewLine : kFontDeleteLine);
-                if (more || rows > 1) sheet.resize(sheet.size() + (more ? 1024 : -1024u));
+                if (more || rows > 1) sheet.resize(sheet.size() + 1024 - (more ? 0 : 2048));
                 const int last = static_cast<int>(sheet.size()) / 1024 - 1;
                 if (y / 8 > last) x = 120 + x % 8, y = last * 8 + y % 8;
                 repaints = "EPS";

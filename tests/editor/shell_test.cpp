@@ -214,8 +214,9 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
 
     // Cancel and refusals: onto itself, a descendant, the root, nothing, and without a clipboard.
     const std::string shape = Choose(kLamp, 0);
+    script.ExpectMenu(kCmdDelete);
     script.ExpectMessage("Delete Object?", false);
-    Choose(kLamp, kCmdDelete);
+    List().Send(&Events::OnRButtonDown, false, At(kLamp));
     vObjectClip.reset();
     for (int command : {kCmdMoveBase + lamp->id, kCmdMoveBase + bulb->id, kCmdMoveBase + 77777,
                         int{kCmdMoveBase}, int{kCmdPasteBoard}, int{kCmdPasteOnObject}}) {
