@@ -67,22 +67,16 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
         {"a.txt", std::string("\xff\0b", 3), "3x1 c255 c0 c98"},
         {"a.txt", "  \n ", "!no characters"},
         {"a.txt", std::string(9999, 'x'), "!more than 9998 characters"},
-        {"a.txt", std::string(9998, 'x') + std::string(60000, '\n'), "!size of"},
         {"a.att", "1\r\n\t2 -3\r\n65535", "1x2 a-3 "},
         {"a.att", "2 2\n1 2 3", "?after 3 of 4"},
-        {"a.att", "2 x", "?two numbers"},
         {"a.att", "30000 30000 1", "!30000 by 30000"},
         {"a.qcf", zip("2 1\n", "65 -2 1 2\n-1 7 40000 65535"), "2x1 c65f-2b1a2 f7b-25536"},
         {"a.qcf", damaged, "?damaged"},
         {"a.qcf", "2 2", "?no game archive"},
-        {"a.qcf", MakeZip({{"clip.dat", "1 1 1 1 "}}), "?size.hdr"},
         {"a.qcf", MakeZip({{"size.hdr", "1 1\r\n"}}), "?clip.dat"},
         {"a.qcf", zip("1 1", std::string(70'000, '1')), "?clip.dat: its 70000 bytes"},
         {"a.qcf", zip("1 1", "1 1 1 70000"), "?after 0 of 1"},
-        {"a.bmp", "BM", "!no BMP picture"},
         {"a.chr", std::string(200, '\n'), "!no PCX picture"},
-        {"a.BMP", "ab", "!Test"},
-        {"none/a.qcf", "", "?no such file"},
     };
     for (const auto& c : cases) {
         Put(1, 1, {{1, 2, 3, 4}});
