@@ -144,7 +144,6 @@ void Dfont::DrawGlyph(BITMAP* target, int chr, int fg, int bg, int cellX, int ce
     if (!vSheet || cellX < 0 || cellY < 0) return;
     // Compared this way round because a large cell times 8 would overflow.
     if (cellX > (target->w - 1) / kTileSize || cellY > (target->h - 1) / kTileSize) return;
-    if (target->w < 1 || target->h < 1) return;
     DrawAt(target, chr, fg, bg, cellX * kTileSize, cellY * kTileSize);
 }
 

@@ -55,6 +55,7 @@ std::int64_t NumberOf(const char* path, const std::string& wanted, std::int64_t 
 FileLayer* vFiles = &vSystemFiles;
 
 int FileLayer::ReadLink(const std::string& path, std::string& target) {
+    if (const int error = Refused("ReadLink")) return error;
     char text[PATH_MAX];
     const ssize_t size = readlink(path.c_str(), text, sizeof text);
     target.clear();
@@ -65,6 +66,7 @@ int FileLayer::ReadLink(const std::string& path, std::string& target) {
 }
 
 int FileLayer::Look(const std::string& path, Status& status) {
+    if (const int error = Refused("Look")) return error;
     struct stat found;
     status = Status();
     if (stat(path.c_str(), &found) < 0) return errno == ENOENT ? 0 : errno;
@@ -78,18 +80,22 @@ int FileLayer::Look(const std::string& path, Status& status) {
 }
 
 int FileLayer::Create(const std::string& path, unsigned mode, int& file) {
+    if (const int error = Refused("Create")) return error;
     return OpenWith(path, O_WRONLY | O_CREAT | O_EXCL, mode, file);
 }
 
 int FileLayer::Open(const std::string& path, int& file) {
+    if (const int error = Refused("Open")) return error;
     return OpenWith(path, O_RDONLY, 0, file);
 }
 
 int FileLayer::OpenFolder(const std::string& path, int& file) {
+    if (const int error = Refused("OpenFolder")) return error;
     return OpenWith(path, O_RDONLY | O_DIRECTORY, 0, file);
 }
 
 int FileLayer::SetMode(int file, const Status& like) {
+    if (const int error = Refused("SetMode")) return error;
     struct stat own;
     if (fstat(file, &own) < 0) return errno;
     if (own.st_uid != like.owner || own.st_gid != like.group) {
@@ -104,6 +110,7 @@ int FileLayer::SetMode(int file, const Status& like) {
 }
 
 int FileLayer::Write(int file, const char* data, std::size_t count) {
+    if (const int error = Refused("Write")) return error;
     while (count > 0) {
         const ssize_t n = Again([&] { return write(file, data, count); });
         if (n < 0) return errno;
@@ -114,22 +121,25 @@ int FileLayer::Write(int file, const char* data, std::size_t count) {
 }
 
 int FileLayer::Read(int file, char* data, std::size_t count, std::size_t& got) {
+    if (const int error = Refused("Read")) return error;
     const ssize_t n = Again([&] { return read(file, data, count); });
     got = n < 0 ? 0 : static_cast<std::size_t>(n);
     return ErrorOf(n);
 }
 
 int FileLayer::Sync(int file) {
+    if (const int error = Refused("Sync")) return error;
     return ErrorOf(Again([&] { return fsync(file); }));
 }
 
 // Not tried again: after an interrupted close the number may already be another file's.
 int FileLayer::Close(int file) {
     const int error = ErrorOf(close(file));
-    return error == EINTR ? 0 : error;
+    return error && error != EINTR ? error : Refused("Close");
 }
 
 int FileLayer::Rename(const std::string& from, const std::string& to) {
+    if (const int error = Refused("Rename")) return error;
     return ErrorOf(std::rename(from.c_str(), to.c_str()));
 }
 
@@ -145,6 +155,7 @@ std::vector<std::string> FileLayer::Names(const std::string& folder) {
 }
 
 std::int64_t FileLayer::FreeMemory() {
+    if (Refused("FreeMemory")) return 0;
     constexpr std::int64_t kUnknown = std::numeric_limits<std::int64_t>::max();
     const std::int64_t kilobytes = NumberOf("/proc/meminfo", "MemAvailable:", kUnknown / 1024);
     std::int64_t available = kilobytes * 1024;

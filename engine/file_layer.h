@@ -26,29 +26,32 @@ public:
     FileLayer& operator=(const FileLayer&) = delete;
     virtual ~FileLayer() = default;
 
+    /// Asked on each operation that can fail, by its name below; an errno value refuses it.
+    virtual int Refused(const char* /*operation*/) { return 0; }
+
     /// The target of a symbolic link, or an empty text when there is no link at that path.
-    virtual int ReadLink(const std::string& path, std::string& target);
-    virtual int Look(const std::string& path, Status& status);
+    int ReadLink(const std::string& path, std::string& target);
+    int Look(const std::string& path, Status& status);
     /// A new file for writing; EEXIST when the name is taken.
-    virtual int Create(const std::string& path, unsigned mode, int& file);
-    virtual int Open(const std::string& path, int& file);
-    virtual int OpenFolder(const std::string& path, int& file);
+    int Create(const std::string& path, unsigned mode, int& file);
+    int Open(const std::string& path, int& file);
+    int OpenFolder(const std::string& path, int& file);
     /// Permissions as told, and owner and group as far as this user may set them.
-    virtual int SetMode(int file, const Status& like);
+    int SetMode(int file, const Status& like);
     /// All of it.
-    virtual int Write(int file, const char* data, std::size_t count);
+    int Write(int file, const char* data, std::size_t count);
     /// Up to `count` bytes; `got` 0 at the end.
-    virtual int Read(int file, char* data, std::size_t count, std::size_t& got);
+    int Read(int file, char* data, std::size_t count, std::size_t& got);
     /// Returns when the disk has it.
-    virtual int Sync(int file);
-    virtual int Close(int file);
-    virtual int Rename(const std::string& from, const std::string& to);
-    virtual int Remove(const std::string& path);
+    int Sync(int file);
+    int Close(int file);
+    int Rename(const std::string& from, const std::string& to);
+    int Remove(const std::string& path);
     /// What is in a folder, as far as it can be read.
-    virtual std::vector<std::string> Names(const std::string& folder);
+    std::vector<std::string> Names(const std::string& folder);
     /// Bytes of memory that can be had before the machine, or the group of processes that this
     /// one is counted with, runs out; a very large number when that is not known.
-    virtual std::int64_t FreeMemory();
+    std::int64_t FreeMemory();
 };
 
 /// Never null; a test may put its own in place for a while.

@@ -12,8 +12,8 @@
 
 #include <cstdint>
 #include <functional>
-#include <istream>
 #include <ostream>
+#include <streambuf>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -56,9 +56,6 @@ public:
     /// The two words of the header, then boards under `root` as long as "~ob" follows. False
     /// with some of them read when the text is not in the format.
     bool ReadWorld(Dobject& root);
-    /// One block as a new child of `parent`, placed by its z; the text stands behind "~ob".
-    /// Null, with no new child, when it is not in the format.
-    Dobject* ReadObject(Dobject& parent);
     /// One block into an empty node, whose id, parent and place among its siblings stay; the
     /// text stands behind "~ob". False with a part of it read.
     bool ReadInto(Dobject& node);
@@ -110,10 +107,6 @@ private:
 
 /// What the surfaces that the subtree has not got yet will take, in bytes.
 std::int64_t SurfaceBytes(const Dobject& node);
-
-/// One block from a stream that stands behind its "~ob", as a new and complete child of
-/// `parent`. On failure, reported through Fatal, there is no such child.
-bool ReadObject(Dobject& parent, std::istream& in, const IdSource& ids);
 
 /// One block for a node, with its children nested in it. Collapses every node that is expanded,
 /// in memory too, and does so even when the stream fails. With `rows` the runs of equal cells end

@@ -1,6 +1,5 @@
 #include "engine/game_text.h"
 
-#include "engine/file_layer.h"
 #include "engine/report.h"
 
 #include <algorithm>
@@ -296,15 +295,6 @@ bool GameTextReader::ReadInto(Dobject& node) {
     return Guarded([&] { return ReadBlock(node, nullptr); });
 }
 
-Dobject* GameTextReader::ReadObject(Dobject& parent) {
-    const std::size_t before = parent.children.size();
-    const bool read = Guarded([&] { return ReadChild(parent); });
-    Dobject* child = read ? parent.children.back().get() : nullptr;
-    if (!read) parent.children.resize(before);
-    SortByZ(parent);
-    return child;
-}
-
 // --- whole nodes -------------------------------------------------------------------------------
 
 std::int64_t SurfaceBytes(const Dobject& node) {
@@ -313,19 +303,4 @@ std::int64_t SurfaceBytes(const Dobject& node) {
         node.vSurf ? 0 : static_cast<std::int64_t>(node.tiles.size()) * kTilePixels;
     for (const auto& child : node.children) bytes += SurfaceBytes(*child);
     return bytes;
-}
-
-bool ReadObject(Dobject& parent, std::istream& in, const IdSource& ids) {
-    GameTextReader reader(*in.rdbuf(), ids);
-    Dobject* child = reader.ReadObject(parent);
-    if (!child) {
-        Fatal(reader.Reason().c_str(), "the object's text", reader.Line());
-        return false;
-    }
-    if (SurfaceBytes(*child) > AvailableMemory()) {
-        parent.Erase(*child);
-        Fatal("There is not enough memory for the object", __FILE__, __LINE__);
-        return false;
-    }
-    return true;
 }

@@ -33,9 +33,7 @@ int GetByte(void* data) {
     return static_cast<unsigned char>(file.source[file.position++]);
 }
 int UngetByte(int c, void* data) {
-    Memory& file = Of(data);
-    if (file.position == 0) return EOF;
-    --file.position;
+    --Of(data).position;
     return c;
 }
 long Read(void* to, long count, void* data) {

@@ -5,36 +5,19 @@
 #include "tests/support/test_world.h"
 
 #include <climits>
-#include <random>
+
+using namespace std::literals;
 
 namespace {
 
 class Font : public WorldTest {
 protected:
-    int Roll(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); }
-    template <std::size_t N>
-    int Any(const int (&values)[N]) {
-        return values[Roll(0, N - 1)];
-    }
     void Scribble(BITMAP* bitmap) {
         for (int i = 0; i < bitmap->w * bitmap->h; ++i)
             putpixel(bitmap, i % bitmap->w, i / bitmap->w, Roll(0, 3) ? Roll(0, 255) : 0);
     }
-    // The sheet's glyphs lie in rows; a column or row of a single pixel is none but the first.
-    void ExpectGlyphs() {
-        columns = std::max((sheet.Sheet()->w + 6) / 8, 1);
-        count = sheet.Sheet()->h < 2 ? 0 : columns * ((sheet.Sheet()->h + 6) / 8);
-        ASSERT_EQ(sheet.GlyphCount(), count);
-        ASSERT_EQ(CountGlyphs(sheet.Sheet()->w, sheet.Sheet()->h), count);
-    }
-    int Plain(int chr, int x, int y) const {
-        if (chr < 0 || chr >= count) return 0;
-        return std::max(getpixel(sheet.Sheet(), chr % columns * 8 + x, chr / columns * 8 + y), 0);
-    }
 
-    std::mt19937 random{testing::UnitTest::GetInstance()->random_seed() + 1u};
     Dfont& sheet = *world->GetFont();
-    int columns = 0, count = 0;
 };
 
 std::string Little(std::size_t value, int size) {
@@ -47,50 +30,52 @@ std::string Little(std::size_t value, int size) {
 
 TEST_F(Font, IsWhatAPlainReadingSays) {
     for (int round = 0; round < 2000 && !HasFailure(); ++round) {
-        Scribble(sheet.NewSheet(Roll(1, 40), Roll(1, 30)));
-        ASSERT_EQ(sheet.GlyphCount(), 0) << "not laid out";
-        ASSERT_EQ(sheet.GetGlyphPixel(0, 0, 0) + sheet.FindGlyphAt(0, 0), -1);
+        BITMAP* pixels = sheet.NewSheet(Roll(1, 40), Roll(1, 30));
+        Scribble(pixels);
+        ASSERT_EQ(sheet.GlyphCount() + sheet.FindGlyphAt(0, 0), -1) << "not laid out";
         sheet.LayoutGlyphs();
-        ExpectGlyphs();
-        const int chr = Roll(0, 9) ? Roll(-1, count) : Any({-32768, 32767, 99});
-        const int x = Roll(0, 7), y = Roll(0, 7), column = chr % columns;
-        if (chr >= 0 && chr < count) {
-            ASSERT_EQ(sheet.FindGlyphAt(column * 8, chr / columns * 8), chr);
-            ASSERT_EQ(sheet.FindGlyphAt(column * 8, chr / columns * 8 + 1), -1);
-            const int next[] = {chr - columns, column + 1 < columns ? chr + 1 : -1,
-                                chr + columns < count ? chr + columns : -1,
-                                column > 0 ? chr - 1 : -1};
-            for (int way = 0; way < 4; ++way)
-                ASSERT_EQ(sheet.NeighbourGlyph(chr, way), std::max(next[way], -1)) << way;
-            ASSERT_EQ(sheet.NeighbourGlyph(chr, 4), chr);
-        } else {
-            ASSERT_EQ(sheet.NeighbourGlyph(chr, 1), -1);
-        }
+        // The glyphs lie in rows; a column or row of a single pixel is none but the first.
+        const int columns = std::max((pixels->w + 6) / 8, 1);
+        const int count = pixels->h < 2 ? 0 : columns * ((pixels->h + 6) / 8);
+        ASSERT_EQ(sheet.GlyphCount(), count);
+        ASSERT_EQ(CountGlyphs(pixels->w, pixels->h), count);
+        const int chr = Roll(0, 9) ? Roll(-1, count) : Roll(-40'000, 40'000);
+        const bool exists = chr >= 0 && chr < count;
+        const int column = chr % columns, left = column * 8, top = chr / columns * 8;
+        const int next[] = {chr - columns, column + 1 < columns ? chr + 1 : -1,
+                            chr + columns < count ? chr + columns : -1, column > 0 ? chr - 1 : -1};
+        for (int way = 0; way < 4; ++way)
+            ASSERT_EQ(sheet.NeighbourGlyph(chr, way), exists ? std::max(next[way], -1) : -1) << way;
+        ASSERT_EQ(sheet.NeighbourGlyph(chr, 4), chr);
+        ASSERT_TRUE(!exists || sheet.FindGlyphAt(left, top) == chr);
+        ASSERT_EQ(sheet.FindGlyphAt(left, top + 1), -1);
+        const auto plain = [&](bool there, int px, int py) {
+            return there && exists ? std::max(getpixel(pixels, left + px, top + py), 0) : 0;
+        };
+        const int x = Roll(0, 7), y = Roll(0, 7);
         sheet.PutGlyphPixel(chr, x, y, 42);
-        const bool there = chr >= 0 && chr < count && column * 8 + x < sheet.Sheet()->w &&
-                           chr / columns * 8 + y < sheet.Sheet()->h;
-        ASSERT_EQ(sheet.GetGlyphPixel(chr, x, y), there ? 42 : 0);
+        ASSERT_EQ(sheet.GetGlyphPixel(chr, x, y), plain(true, x, y));
+        ASSERT_TRUE(!exists || left + x >= pixels->w || top + y >= pixels->h ||
+                    plain(true, x, y) == 42);
 
         const Bitmap target = MakeBitmap(Roll(1, 30), Roll(1, 30));
         Scribble(target.get());
-        const Bitmap before = MakeBitmap(target->w, target->h);
-        blit(target.get(), before.get(), 0, 0, 0, 0, target->w, target->h);
+        const std::string before = Pixels(target.get());
         constexpr int kColors[] = {-5, -2, -1, 0, 7, 15, 255, 256, 300};
-        constexpr int kFar[] = {INT_MIN, -1, 3, INT_MAX};
-        const int fg = Any(kColors), bg = Any(kColors);
-        const int cx = Roll(0, 9) ? Roll(0, 2) : Any(kFar),
-                  cy = Roll(0, 9) ? Roll(0, 2) : Any(kFar);
+        constexpr int kCells[] = {0, 1, 2, 0, 1, 2, INT_MIN, -1, INT_MAX};
+        const int fg = kColors[Roll(0, 8)], bg = kColors[Roll(0, 8)];
+        const int cx = kCells[Roll(0, 8)], cy = kCells[Roll(0, 8)];
         // A text is a row of glyphs, of which a byte above 127 is none.
         const bool text = chr > 0 && chr < 256 && Roll(0, 1);
-        const char word[] = {static_cast<char>(chr), static_cast<char>(chr), 0};
         if (text)
-            sheet.DrawText(target.get(), word, fg, bg, cx, cy);
+            sheet.DrawText(target.get(), std::string(2, static_cast<char>(chr)).c_str(), fg, bg, cx,
+                           cy);
         else
             sheet.DrawGlyph(target.get(), chr, fg, bg, cx, cy);
         for (int i = 0; i < target->w * target->h; ++i) {
-            const int px = i % target->w, py = i / target->w,
-                      under = getpixel(before.get(), px, py);
-            const int glyph = Plain(text && chr > 127 ? -1 : chr, px % 8, py % 8);
+            const int px = i % target->w, py = i / target->w;
+            const int under = static_cast<unsigned char>(before[static_cast<std::size_t>(i)]);
+            const int glyph = plain(!text || chr < 128, px % 8, py % 8);
             const int color = glyph ? fg : bg;
             const bool drawn = py / 8 == cy && (px / 8 == cx || (text && px / 8 - 1 == cx));
             const int pixel = fg == -2 || bg == -2 ? glyph : color < 0 ? under : color & 255;
@@ -98,18 +83,15 @@ TEST_F(Font, IsWhatAPlainReadingSays) {
                 << px << ", " << py << ": " << chr << " in " << fg << " on " << bg;
         }
     }
-    sheet.DrawText(sheet.Sheet(), nullptr, 1, 1, 0, 0);
 }
 
 TEST_F(Font, RowsComeAndGoAtTheBottom) {
-    sheet.PutGlyphPixel(255, 7, 7, 42);
+    const std::string before = Pixels(sheet.Sheet());
     sheet.AddRow();
     EXPECT_EQ(sheet.GlyphCount(), 272);
-    EXPECT_EQ(sheet.GetGlyphPixel(255, 7, 7), 42);
-    for (int i = 0; i < 16 * 64; ++i)
-        ASSERT_EQ(sheet.GetGlyphPixel(256 + i / 64, i % 8, i / 8 % 8), 0) << "a new row is empty";
+    EXPECT_EQ(Pixels(sheet.Sheet()), before + std::string(16 * 64, '\0'));
     for (int rows = 0; rows < 20; ++rows) sheet.RemoveRow();
-    EXPECT_EQ(sheet.GlyphCount(), 16) << "the last row stays";
+    EXPECT_EQ(Pixels(sheet.Sheet()), before.substr(0, 16 * 64)) << "the last row stays";
     EXPECT_EQ(sheet.NewSheet(8, 8 * (kMaxGlyphs + 1)), nullptr);
     ASSERT_NE(sheet.NewSheet(8, 8 * kMaxGlyphs), nullptr);
     sheet.LayoutGlyphs();
@@ -120,25 +102,19 @@ TEST_F(Font, RowsComeAndGoAtTheBottom) {
 TEST_F(Font, APictureBecomesTheSheetWhenItIsWhole) {
     const TempFolder folder;
     const Bitmap picture = MakeBitmap(24, 8);
-    for (int i = 0; i < 24 * 8; ++i) putpixel(picture.get(), i % 24, i / 24, i);
+    Scribble(picture.get());
     const std::string good = MakeBmp(picture.get(), sheet.GetPalette());
     sheet.ImportBitmap(PutFile(folder / "s.bmp", good));
-    ASSERT_EQ(sheet.GlyphCount(), 3);
-    for (int i = 0; i < 24 * 8; ++i) ASSERT_EQ(getpixel(sheet.Sheet(), i % 24, i / 24), i);
-    for (const auto& [bytes, why] :
-         {std::pair{good.substr(0, good.size() - 1), "it ends before its last pixel"},
-          {good.substr(0, 10) + "5" + std::string(3, '\0') + good.substr(14),
-           "its pixels begin at an unlikely place"}}) {
-        sheet.ImportBitmap(PutFile(folder / "s.bmp", bytes));
-        EXPECT_EQ(reports.Texts(),
-                  "Unable to import font\n" + folder / "s.bmp" + ": " + why + "\n");
-        EXPECT_EQ(sheet.GlyphCount(), 256) << "the default font instead";
-        reports.Clear();
-    }
+    EXPECT_EQ(sheet.GlyphCount(), 3);
+    EXPECT_EQ(Pixels(sheet.Sheet()), Pixels(picture.get()));
+    sheet.ImportBitmap(PutFile(folder / "s.bmp", good.substr(0, good.size() - 1)));
+    EXPECT_EQ(reports.Texts(),
+              "Unable to import font\n" + folder / "s.bmp" + ": it ends before its last pixel\n");
+    EXPECT_EQ(sheet.GlyphCount(), 256) << "the default font instead";
+    reports.Clear();
 }
 
 TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
-    using namespace std::literals;
     const auto fields = [](std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
         return Little(red, 4) + Little(green, 4) + Little(blue, 4);
     };
@@ -154,10 +130,10 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
         int depth, packing, header;
         std::string between, pixels, expected;
         int h = 2, w = 3;
+        std::size_t gap = 0;
     } cases[] = {
         {8, 0, 40, std::string(1024, 'p'), rows, "123456"},
-        {8, 0, 12, std::string(21, 'p'), rows, "123456"},
-        {8, 0, 40, std::string(5000, 'p'), rows, "123456"},
+        {8, 0, 12, std::string(5000, 'p'), rows, "123456"},
         {4, 0, 12, std::string(48, 'p'), pairs, "123456"},
         {1, 0, 40, "pppppppp", "\xa0\0\0\0\x40\0\0\0"s, "010101"},
         {16, 0, 40, "", few, "W?BRGB"},
@@ -172,6 +148,7 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
         {4, 2, 40, "", "\0\5\x45\x67\x80\0\0\1"s, "45678", 1, 5},
         {8, 0, 40, "", rows, "its rows run from the top down", -2},
         {8, 0, 40, "", rows, "a picture of 3 by 0 pixels cannot be taken", 0},
+        {8, 0, 40, "", rows, "its pixels begin at an unlikely place", 2, 3, 9},
         {8, 0, 40, "", rows.substr(1), cut},
         {8, 0, 108, "", rows, "its form of BMP is not known"},
         {2, 0, 40, "", rows, "its number of bits a pixel is not known"},
@@ -184,7 +161,6 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
         {8, 2, 40, "", "\0\1"s, packing},
         {8, 1, 40, "", "\4\1\0\1"s, packed},
         {8, 1, 40, "", "\0\4\1\1\1\1\0\1"s, packed},
-        {8, 1, 40, "", "\0\2\0\2\1\1\0\1"s, packed},
         {8, 1, 40, "", "\0\2\3\xff\0\2\0\xff\0\1"s, packed},
         {4, 2, 40, "", "\3\x11\0\2\0\1\1\1\0\1"s, packed},
         {8, 1, 40, "", "\3\1\0\0\3\1"s, cut},
@@ -194,16 +170,17 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
     const std::string colors = {char(makecol8(255, 0, 0)), char(makecol8(0, 255, 0)),
                                 char(makecol8(0, 0, 255)), char(makecol8(255, 255, 255))};
     for (const auto& c : cases) {
-        const std::size_t start = 14 + static_cast<std::size_t>(c.header) + c.between.size();
-        std::string bytes = "BM" + Little(0, 8) + Little(start, 4) + Little(c.header, 4);
+        const std::size_t head = 14 + static_cast<std::size_t>(c.header);
+        std::string bytes = "BM" + Little(0, 8) + Little(head + c.between.size() + c.gap, 4);
+        bytes += Little(head - 14, 4);
         const int side = c.header == 12 ? 2 : 4;
         bytes += Little(c.w, side) + Little(c.h, side) + Little(1, 2) + Little(c.depth, 2);
-        if (c.header > 12) bytes += Little(c.packing, 4) + std::string(c.header - 20, '\0');
+        bytes += Little(c.packing, 4);
+        bytes.resize(head);
         std::string shown;
         const Bitmap picture = ReadBmp(bytes + c.between + c.pixels, shown);
-        for (int i = 0; picture && i < picture->w * picture->h; ++i) {
-            const int pixel = getpixel(picture.get(), i % picture->w, i / picture->w);
-            const auto color = colors.find(static_cast<char>(pixel));
+        for (const char pixel : Pixels(picture.get())) {
+            const auto color = colors.find(pixel);
             shown += c.depth <= 8 ? static_cast<char>('0' + pixel) : "RGBW?"[std::min(color, 4ul)];
         }
         EXPECT_EQ(shown, c.expected) << c.depth << ", " << c.packing << ", " << c.header;

@@ -1,6 +1,7 @@
 #include "tests/support/random_world.h"
 
 #include "engine/text_scanner.h"
+#include "tests/support/test_world.h"
 
 #include <algorithm>
 #include <sstream>
@@ -66,63 +67,50 @@ struct Roller {
     }
 };
 
-void WritePlain(const Dobject& node, std::ostream& out) {
-    out << "~ob " << node.name << ' ' << node.posz << '\n';
-    out << node.posx << ' ' << node.posy << ' ' << node.width << ' ' << node.height << '\n';
-    out << node.viewx << ' ' << node.viewy << ' ' << node.vieww << ' ' << node.viewh << '\n';
-    std::string line;
-    for (std::size_t i = 0; i < node.tiles.size();) {
-        const Dtile tile = node.tiles[i];
-        int run = 0;
-        for (; i < node.tiles.size() && node.tiles[i] == tile; ++i) ++run;
-        if (run > 1 || tile.chr > 32767) line += std::to_string(-run) + " ";
-        for (int field : {Signed(tile.chr), Signed(tile.fg), Signed(tile.bg), Signed(tile.attrib)})
-            line += std::to_string(field) + " ";
-    }
-    if (!line.empty()) line.back() = '\n';
-    out << line << "~pb\n" << node.script;
-    if (!node.script.empty() && node.script.back() != '\n') out << '\n';
-    out << "~pe\n";
-    for (const auto& child : node.children) WritePlain(*child, out);
-    out << "~oe\n";
-}
+enum class Form { All, InFile, Text };
 
 std::string KeptName(std::string name) {
-    if (name.empty()) return "_";
     std::replace_if(
         name.begin(), name.end(),
         [](char c) { return TextScanner::IsSpace(static_cast<unsigned char>(c)); }, '_');
-    return name;
+    return name.empty() ? "_" : name;
 }
 
-void AddAccounts(const Dobject& parent, Kept kept, std::size_t depth, std::ostream& out) {
-    const bool inFile = kept == Kept::InFile;
+void Write(const Dobject& parent, Form form, std::ostream& out) {
     std::vector<const Dobject*> children;
     for (const auto& child : parent.children) children.push_back(child.get());
-    if (inFile) {
-        const int way = parent.name == kRootName ? 1 : -1;
+    const std::int64_t way = parent.name == kRootName ? 1 : -1;
+    if (form == Form::InFile)
         std::stable_sort(children.begin(), children.end(), [way](const auto* a, const auto* b) {
-            return way * std::int64_t{a->posz} < way * std::int64_t{b->posz};
+            return way * a->posz < way * b->posz;
         });
-    }
     for (const Dobject* node : children) {
-        const bool collapses = inFile && node->evieww != 0;
-        out << std::string(depth, ' ') << (inFile ? KeptName(node->name) : node->name);
-        for (int n : {node->posz, node->posx, node->posy, node->width, node->height, node->viewx,
-                      node->viewy, collapses ? node->evieww : node->vieww,
-                      collapses ? node->eviewh : node->viewh, inFile ? 0 : node->evieww,
-                      inFile ? 0 : node->eviewh})
-            out << ' ' << n;
-        for (const Dtile& tile : node->tiles) {
-            char before = ' ';
-            for (std::uint16_t field : {tile.chr, tile.fg, tile.bg, tile.attrib}) {
-                out << before << (inFile && field == UINT16_MAX ? 0 : field);
-                before = ',';
-            }
+        const bool all = form == Form::All, expanded = !all && node->evieww != 0;
+        out << "~ob " << (all ? node->name : KeptName(node->name)) << ' ' << node->posz << '\n';
+        out << node->posx << ' ' << node->posy << ' ' << node->width << ' ' << node->height << '\n';
+        out << node->viewx << ' ' << node->viewy << ' ' << (expanded ? node->evieww : node->vieww)
+            << ' ' << (expanded ? node->eviewh : node->viewh) << '\n';
+        if (all && node->evieww) out << node->evieww << ' ' << node->eviewh << '\n';
+        std::vector<Dtile> tiles = node->tiles;
+        for (Dtile& tile : tiles)
+            for (std::uint16_t* field : {&tile.chr, &tile.fg, &tile.bg, &tile.attrib})
+                if (form == Form::InFile && *field == 65535) *field = 0;
+        std::string line;
+        for (std::size_t i = 0; i < tiles.size();) {
+            const Dtile tile = tiles[i];
+            int run = 0;
+            for (; i < tiles.size() && tiles[i] == tile; ++i) ++run;
+            if (run > 1 || tile.chr > 32767) line += std::to_string(-run) + " ";
+            for (std::uint16_t field : {tile.chr, tile.fg, tile.bg, tile.attrib})
+                line += std::to_string(Signed(field)) + " ";
         }
-        const bool endsEmpty = inFile && node->script.ends_with('\n');
-        out << " [" << node->script.substr(0, node->script.size() - endsEmpty) << "]\n";
-        AddAccounts(*node, kept, depth + 1, out);
+        if (!line.empty()) line.back() = '\n';
+        std::string script = node->script;
+        if (form == Form::InFile && script.ends_with('\n')) script.pop_back();
+        if (form != Form::Text || (!script.empty() && !script.ends_with('\n'))) script += '\n';
+        out << line << "~pb\n" << script << "~pe\n";
+        Write(*node, form, out);
+        out << "~oe\n";
     }
 }
 
@@ -136,17 +124,15 @@ void PlantRandomWorld(Dinterface& world, std::mt19937& random) {
 
 std::string Account(const Dobject& node, Kept kept) {
     std::ostringstream out;
-    AddAccounts(node, kept, 0, out);
+    Write(node, kept == Kept::All ? Form::All : Form::InFile, out);
     return out.str();
 }
 
 std::string Account(Dinterface& world, Kept kept) {
-    std::string account = "video " + std::to_string(world.videoMode) + " windowed " +
-                          std::to_string(world.windowed) + " sheet ";
     const BITMAP* sheet = world.GetFont()->Sheet();
-    for (int y = 0; y < sheet->h; ++y)
-        for (int x = 0; x < sheet->w; ++x) account += std::to_string(sheet->line[y][x]) + " ";
-    return account + "\n" + Account(world.Root(), kept);
+    return "video " + std::to_string(world.videoMode) + " windowed " +
+           std::to_string(world.windowed) + " sheet " + std::to_string(sheet->w) + " " +
+           Pixels(sheet) + "\n" + Account(world.Root(), kept);
 }
 
 std::string Difference(const std::string& wanted, const std::string& found) {
@@ -161,7 +147,6 @@ std::string Difference(const std::string& wanted, const std::string& found) {
 
 std::string PlainText(const Dobject& root) {
     std::ostringstream out;
-    out << "~endvars\n~endimports\n";
-    for (const auto& board : root.children) WritePlain(*board, out);
-    return out.str();
+    Write(root, Form::Text, out);
+    return "~endvars\n~endimports\n" + out.str();
 }

@@ -3,6 +3,8 @@
 #include "engine/compositor.h"
 #include "engine/report.h"
 
+#include <iostream>
+
 namespace {
 
 std::vector<Reports::Message>* vMessages = nullptr;
@@ -35,10 +37,24 @@ void Reports::Clear() {
     trace.clear();
 }
 
-WorldTest::WorldTest() : world(std::make_unique<Dinterface>()) { reports.Clear(); }
+std::string Pixels(const BITMAP* bitmap) {
+    std::string pixels;
+    for (int y = 0; bitmap && y < bitmap->h; ++y)
+        pixels.append(bitmap->line[y], bitmap->line[y] + bitmap->w);
+    return pixels;
+}
+
+WorldTest::WorldTest() : world(std::make_unique<Dinterface>()) {
+    auto& seed = testing::FLAGS_gtest_random_seed;
+    if (seed == 0) seed = static_cast<int>(std::random_device{}() % 99999) + 1;
+    dice.seed(static_cast<unsigned>(seed));
+    reports.Clear();
+}
 
 WorldTest::~WorldTest() {
     EXPECT_EQ(reports.Texts(), "");
+    if (HasFailure())
+        std::cerr << "--gtest_random_seed=" << testing::FLAGS_gtest_random_seed << "\n";
     vClipBuffer.reset();
     vSubClipBuffer.reset();
 }

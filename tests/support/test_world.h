@@ -2,10 +2,13 @@
 #pragma once
 
 #include "engine/dinterface.h"
+#include "engine/file_layer.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -32,8 +35,25 @@ private:
     std::vector<std::string> trace;
 };
 
+/// While it lives, the hook is asked before each operation on files: its errno value refuses it.
+class FileHook final : public FileLayer {
+public:
+    using Hook = std::function<int(const std::string& operation)>;
+    explicit FileHook(Hook to) : hook(std::move(to)), before(std::exchange(vFiles, this)) {}
+    ~FileHook() override { vFiles = before; }
+    int Refused(const char* operation) override { return hook(operation); }
+
+private:
+    Hook hook;
+    FileLayer* before;
+};
+
+/// The pixels, row by row; empty for null.
+std::string Pixels(const BITMAP* bitmap);
+
 /// A fresh world with the default font and no boards. A message that the test has not looked
-/// at (by Clear) when it ends fails it.
+/// at (by Clear) when it ends fails it. What is rolled is new in each run, unless it is told
+/// --gtest_random_seed, which a test that fails prints.
 class WorldTest : public testing::Test {
 protected:
     WorldTest();
@@ -44,6 +64,9 @@ protected:
     /// A handle for the test's life.
     Handle HandleOf(Dobject& node) { return world->AddHandle(&node); }
 
+    int Roll(int low, int high) { return std::uniform_int_distribution<int>(low, high)(dice); }
+
     Reports reports;
     std::unique_ptr<Dinterface> world;
+    std::mt19937 dice;
 };
