@@ -43,7 +43,7 @@ struct Row {
     /// types what OK refuses by a message.
     std::string changes;
     std::string after;  ///< the state by OK
-    char cancel = ' ';  ///< by Cancel: 'a' as OK, '-' there is none, '?' as it was, but asked
+    char cancel = ' ';  ///< by Cancel: 'a' as OK, '?' as it was, but asked
 };
 
 class Forms : public WorldTest {

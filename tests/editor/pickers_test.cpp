@@ -1,10 +1,8 @@
 // The font editor with its picture controls: a random walk of all that a person does in it beside a
-// plain sheet. And the other picture controls.
+// plain sheet.
 
-#include "editor/tools/brush_preview.h"
 #include "editor/tools/char_edit.h"
 #include "editor/tools/char_select.h"
-#include "editor/tools/color_select.h"
 #include "editor/tools/do_font_edit.h"
 #include "editor/view/brush.h"
 #include "engine/picture_file.h"
@@ -194,35 +192,6 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
     EXPECT_EQ(getpixel(board.Surface(), 0, 0), glyphs.GetGlyphPixel(0, 0, 0) ? 14 : 3);
     EXPECT_EQ(vBrush, (Brush{33, 15, 2, 1}));
     EXPECT_EQ(vBrushMode, kBrushNormal);
-}
-
-TEST_F(Pickers, ShowWhatThereIsToChoose) {
-    FgColorSelect colors;
-    ScriptedWindow grid(script, &colors, {180, 165});
-    const Bitmap cross = MakeBitmap(11, 10);
-    clear_bitmap(cross.get());
-    line(cross.get(), 0, 0, 10, 9, 15);
-    line(cross.get(), 10, 0, 0, 9, 15);
-    for (const int color : {37, -2}) {
-        vBrush = {9, color, 30, 2};
-        grid.Paint();
-        EXPECT_EQ(grid.description, color == 37 ? "Colour 37" : "No colour");
-        grid.ExpectPicture([&](int x, int y) {
-            if (x >= 176 || y >= 160) return 115;
-            const int own = y / 10 * 16 + x / 11, u = x % 11, v = y % 10;
-            if (own == 0 && getpixel(cross.get(), u, v)) return 15;
-            const bool rim = u == 0 || v == 0 || u == 10 || v == 9;
-            const bool inner = !rim && (u == 1 || v == 1 || u == 9 || v == 8);
-            return own ^ (own == color ? rim * 15 + inner * 32 : 0);
-        });
-    }
-    BrushPreview preview(PreviewRole::Panel);
-    ScriptedWindow swatch(script, &preview, {60, 37});
-    vBrush.fg = 20;
-    swatch.Paint();
-    swatch.ExpectPicture(
-        [&](int x, int y) { return glyphs.GetGlyphPixel(9, x % 8, y % 8) ? 20 : 30; });
-    EXPECT_EQ(swatch.shown, (Size{60, 38}));
 }
 
 TEST_F(Pickers, AFontScrollsGoesOutAndInAndCancelBringsItBack) {

@@ -188,15 +188,7 @@ TEST_F(TileClip, TheDialogsLoadAndSave) {
     }
 }
 
-TEST_F(TileClip, TheClipboardsAreDraggedAndShown) {
-    MakeObjectClip();
-    world->SetViewSize(100, 90);
-    vObjectClip->EraseAll();
-    vObjectClip->Create("wide", 100, 3);
-    vObjectClip->PutTile(0, 0, 65, 12, 3, 0);
-    Dobject* child = vObjectClip->Spawn(world->TakeId(), 4);
-    child->Create("child", 2, 2);
-    child->PutTile(1, 1, 1, 7, 9, 0);
+TEST_F(TileClip, TheTilesAreDraggedAndShown) {
     const struct {
         Dtile cell;
         int chr, fg, bg;
@@ -238,19 +230,4 @@ TEST_F(TileClip, TheClipboardsAreDraggedAndShown) {
         form.Click(kIdOk);
     });
     DoTileClip().Run();
-    script.ExpectDialog("Object ClipBoard", [&](ScriptedForm& form) {
-        ScriptedWindow& window = form.Shown(kObjectPicture);
-        window.Paint();
-        window.Key(kKeyRight);
-        clear_bitmap(expected.get());
-        blit(vObjectClip->Surface(), expected.get(), 8, 0, 0, 0, 512, 24);
-        blit(child->Surface(), expected.get(), 8, 8, 0, 8, 8, 8);
-        window.Paint();
-        EXPECT_EQ(window.description, "wide");
-        window.ExpectPicture(expected.get());
-        form.Click(kIdOk);
-    });
-    DoObjectClipBoard().Run();
-    EXPECT_EQ(world->Root().width, 100) << "the edit view has its masks back";
-    vObjectClip.reset();
 }
