@@ -1,11 +1,9 @@
 #include "engine/compositor.h"
 
-#include "engine/dinterface.h"
+#include "engine/dobject.h"
 #include "engine/pixel_row.h"
-#include "engine/report.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 Bitmap vClipBuffer;
@@ -179,73 +177,4 @@ void Dobject::Draw(BITMAP* target, int ox, int oy, int limitW, int limitH, int c
         }
     }
     PaintCells(target, *this, patch);
-}
-
-void Dinterface::SetViewSize(int w, int h) {
-    if (!vMain) {
-        Fatal("vMain doesn't exist", __FILE__, __LINE__);
-        return;
-    }
-    Bitmap cells = MakeBitmap(w, h);
-    if (!cells) {
-        Fatal("Unable to create vClipBuffer", __FILE__, __LINE__);
-        std::exit(EXIT_FAILURE);
-    }
-    Bitmap pixels = MakeBitmap(w * kTileSize, h * kTileSize);
-    if (!pixels) {
-        Fatal("Unable to create vSubClipBuffer", __FILE__, __LINE__);
-        std::exit(EXIT_FAILURE);
-    }
-    vMain->width = w;
-    vMain->height = h;
-    vClipBuffer = std::move(cells);
-    vSubClipBuffer = std::move(pixels);
-    Trace("--- vSubClipBuffer %i x %i ---\n", vSubClipBuffer->w, vSubClipBuffer->h);
-}
-
-void Dinterface::DrawWorld(BITMAP* target, int x, int y) {
-    if (!vMain) {
-        Fatal("vMain doesn't exist", __FILE__, __LINE__);
-        return;
-    }
-    vMain->viewx = x;
-    vMain->viewy = y;
-    vMain->DrawChildren(target);
-}
-
-void Dinterface::DrawObjectMode(BITMAP* target, int x, int y, Handle h, int mode) {
-    Dobject* node = Node(h);
-    if (!node) return;
-    int originX = 0;
-    int originY = 0;
-    switch (mode) {
-        case 1:
-            node->drawChildren = 0;
-            DrawWorld(target, x, y);
-            node->drawChildren = 1;
-            break;
-        case 2:
-            originX = -node->posx;
-            originY = -node->posy;
-            node->AddOffset(originX, originY);
-            Trace("%s-> tPX = %i, tPY = %i\n", node->name.c_str(), originX, originY);
-            clear_bitmap(vClipBuffer.get());
-            node->Draw(target, originX + x, originY + y, vMain->width - x, vMain->height - y, 0, 0,
-                       vMain->width, vMain->height);
-            break;
-        case 3:
-            node->AddOffset(originX, originY);
-            originX += x;
-            originY += y;
-            // Cells beyond this are off any target, and their pixels off Allegro's numbers.
-            if (std::abs(std::int64_t{originX}) > kMaxGridSide * 2 ||
-                std::abs(std::int64_t{originY}) > kMaxGridSide * 2)
-                break;
-            if (BITMAP* surf = node->Surface())
-                blit(surf, target, 0, 0, originX * kTileSize, originY * kTileSize, surf->w,
-                     surf->h);
-            break;
-        default:
-            break;
-    }
 }

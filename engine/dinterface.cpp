@@ -1,22 +1,12 @@
 #include "engine/dinterface.h"
 
+#include "engine/compositor.h"
 #include "engine/report.h"
 
 #include <cstdlib>
 #include <new>
 
 Dinterface* vWorld = nullptr;
-
-const VideoMode& GetVideoMode(int mode) {
-    static constexpr VideoMode kModes[kVideoModes] = {
-        {40, 30, 320, 240, 240},
-        {80, 60, 640, 480, 480},
-        {100, 75, 800, 600, 592},
-        {128, 96, 1024, 768, 768},
-    };
-    constexpr int kUsual = 1;
-    return kModes[mode >= 0 && mode < kVideoModes ? mode : kUsual];
-}
 
 namespace {
 
@@ -30,43 +20,14 @@ std::unique_ptr<Part> MakePart(const char* message) {
     return part;
 }
 
-void ExpandTree(Dobject& node) {
-    node.Expand();
-    for (const auto& child : node.children) ExpandTree(*child);
-}
-
-bool IsWithin(const Dobject* node, const Dobject& tree) {
-    for (; node; node = node->parent)
-        if (node == &tree) return true;
-    return false;
-}
-
-Dobject* FindById(Dobject& tree, std::int32_t id) {
-    if (tree.id == id) return &tree;
-    Dobject* found = FindNode(id);
-    return IsWithin(found, tree) ? found : nullptr;
-}
-
-void ReSort(Dobject& node, std::int32_t z) {
-    if (Dobject* parent = node.parent) {
-        std::unique_ptr<Dobject> own = parent->UnLink(node);
-        own->posz = z;
-        if (parent->HoldsBoards())
-            parent->Link_Back(std::move(own));
-        else
-            parent->Link(std::move(own));
-    } else {
-        node.posz = z;
-    }
-}
-
 }  // namespace
 
-Dinterface::Dinterface() {
+Dinterface::Dinterface() : HandleLists(static_cast<HandleTable&>(*this)) {
     vWorld = this;
     vMain = MakePart<Dobject>("Unable to create vMain");
     vMain->name = kRootName;
-    slots[kRootHandle] = {1, vMain.get()};
+    HoldRoot(*vMain);
+    treeList = std::make_unique<TreeList>(*vMain);
     vFont = MakePart<Dfont>("Unable to create vFont");
     vFont->LoadDefault();
     vMain->font = vFont.get();
@@ -83,39 +44,6 @@ Dinterface::~Dinterface() {
     vWorld = nullptr;
 }
 
-Handle Dinterface::AddHandle(Dobject* object) {
-    for (Handle h = 0; h < kMaxHandles; ++h) {
-        Slot& slot = slots[static_cast<std::size_t>(h)];
-        if (!slot.object) {
-            slot = {1, object};
-            return h;
-        }
-        if (slot.object->id == object->id) {
-            ++slot.count;
-            return h;
-        }
-    }
-    ShowMessage("Error: Max Handles reached", "Oh No!!");
-    return kNoHandle;
-}
-
-void Dinterface::ReleaseHandle(Handle h) {
-    if (h <= kRootHandle || h >= kMaxHandles) return;
-    Slot& slot = slots[static_cast<std::size_t>(h)];
-    if (--slot.count < 1) slot = {};
-}
-
-Dobject* Dinterface::Node(Handle h) const {
-    if (h < 0 || h >= kMaxHandles) return nullptr;
-    return slots[static_cast<std::size_t>(h)].object;
-}
-
-Handle Dinterface::GetHandleById(Handle h, std::int32_t id) {
-    Dobject* node = Node(h);
-    Dobject* found = node ? FindById(*node, id) : nullptr;
-    return found ? AddHandle(found) : kNoHandle;
-}
-
 // 0 is the root's id, and the state of a world in which nothing was selected yet.
 Handle Dinterface::GetCurrentObject() {
     return currentObject ? GetHandleById(kRootHandle, currentObject) : kNoHandle;
@@ -125,222 +53,8 @@ Handle Dinterface::GetCurrentBoard() {
     return currentBoard ? GetHandleById(kRootHandle, currentBoard) : kNoHandle;
 }
 
-Dobject* Dinterface::Editable(Handle h) const {
-    Dobject* node = Node(h);
-    return node == vMain.get() ? nullptr : node;
-}
-
-Handle Dinterface::GetParent(Handle h) {
-    Dobject* node = Node(h);
-    return node && node->parent ? AddHandle(node->parent) : kNoHandle;
-}
-
-std::int32_t Dinterface::GetId(Handle h) const {
-    const Dobject* node = Node(h);
-    return node ? node->id : -1;
-}
-
 void Dinterface::SetCurrentObject(Handle h) {
     if (const Dobject* node = Node(h)) currentObject = node->id;
-}
-
-std::int32_t Dinterface::GetProperty(Handle h, int index) const {
-    const Dobject* node = Node(h);
-    if (!node) return 0;
-    switch (index) {
-        case kPosX:
-            return node->posx;
-        case kPosY:
-            return node->posy;
-        case kPosZ:
-            return node->posz;
-        case kWidth:
-            return node->width;
-        case kHeight:
-            return node->height;
-        case kViewX:
-            return node->viewx;
-        case kViewY:
-            return node->viewy;
-        case kViewW:
-            return node->vieww;
-        case kViewH:
-            return node->viewh;
-        default:
-            return 0;
-    }
-}
-
-void Dinterface::SetProperty(Handle h, int index, std::int32_t value) {
-    Dobject* node = Editable(h);
-    if (!node) return;
-    const auto endExpansion = [node] { node->evieww = node->eviewh = 0; };
-    switch (index) {
-        case kPosX:
-            node->posx = value;
-            break;
-        case kPosY:
-            node->posy = value;
-            break;
-        case kPosZ:
-            ReSort(*node, value);
-            break;
-        case kWidth:
-            node->Resize(value, node->height);
-            break;
-        case kHeight:
-            node->Resize(node->width, value);
-            break;
-        case kViewX:
-            node->viewx = value;
-            break;
-        case kViewY:
-            node->viewy = value;
-            break;
-        // The grid grows first, so that a size that is refused leaves the viewport as it was.
-        case kViewW:
-            if (value > node->width && !node->Resize(value, node->height)) break;
-            endExpansion();
-            node->vieww = value;
-            break;
-        case kViewH:
-            if (value > node->height && !node->Resize(node->width, value)) break;
-            endExpansion();
-            node->viewh = value;
-            break;
-        default:
-            break;
-    }
-}
-
-const char* Dinterface::GetName(Handle h) const {
-    const Dobject* node = Node(h);
-    return node ? node->name.c_str() : nullptr;
-}
-
-void Dinterface::SetName(Handle h, const std::string& name) {
-    if (Dobject* node = Editable(h)) node->name = name;
-}
-
-const char* Dinterface::GetScript(Handle h) const {
-    const Dobject* node = Node(h);
-    return node ? node->script.c_str() : nullptr;
-}
-
-void Dinterface::SetScript(Handle h, const std::string& script) {
-    if (Dobject* node = Editable(h)) node->script = script;
-}
-
-int Dinterface::GetTile(Handle h, int x, int y, int& chr, int& fg, int& bg, int& attrib) const {
-    Dobject* node = Node(h);
-    const Dtile* tile = node ? node->GetTile(x, y) : nullptr;
-    if (!tile) return 0;
-    chr = Signed(tile->chr);
-    fg = Signed(tile->fg);
-    bg = Signed(tile->bg);
-    attrib = Signed(tile->attrib);
-    return 1;
-}
-
-void Dinterface::SetTile(Handle h, int x, int y, int chr, int fg, int bg, int attrib) {
-    if (Dobject* node = Editable(h)) node->PutTile(x, y, chr, fg, bg, attrib);
-}
-
-void Dinterface::BackupTiles(Handle h) {
-    if (Dobject* node = Editable(h)) node->BackupTiles();
-}
-
-void Dinterface::RestoreTiles(Handle h) {
-    if (Dobject* node = Editable(h)) node->RestoreTiles();
-}
-
-bool Dinterface::HasBackup(Handle h) const {
-    const Dobject* node = Node(h);
-    return node && !node->undoTiles.empty();
-}
-
-int Dinterface::IsExpanded(Handle h) const {
-    const Dobject* node = Node(h);
-    return node && node->evieww;
-}
-
-void Dinterface::SetExpanded(Handle h, int on) {
-    Dobject* node = Node(h);
-    if (!node) return;
-    if (on == 1)
-        node->Expand();
-    else
-        node->Collapse();
-}
-
-void Dinterface::ExpandAll(Handle h) {
-    if (Dobject* node = Node(h)) ExpandTree(*node);
-}
-
-int Dinterface::IsHidden(Handle h) const {
-    const Dobject* node = Node(h);
-    return node ? node->hidden : 0;
-}
-
-void Dinterface::SetHidden(Handle h, int value) {
-    if (Dobject* node = Node(h)) node->hidden = value;
-}
-
-void Dinterface::MoveTo(Handle h, int x, int y) {
-    Dobject* node = Node(h);
-    if (!node || !node->parent) return;
-    node->parent->SubOffset(x, y);
-    node->posx = node->parent->viewx + x;
-    node->posy = node->parent->viewy + y;
-}
-
-void Dinterface::WorldToLocal(Handle h, int& x, int& y) const {
-    const Dobject* node = Node(h);
-    if (!node) return;
-    node->SubOffset(x, y);
-    x += node->viewx;
-    y += node->viewy;
-}
-
-void Dinterface::LocalToWorld(Handle h, int& x, int& y) const {
-    if (const Dobject* node = Node(h)) node->AddOffset(x, y);
-}
-
-Handle Dinterface::SpawnObject(Handle parent, const std::string& name, int w, int h, int z) {
-    Dobject* under = Node(parent);
-    if (!under) return kNoHandle;
-    Dobject* node = under->Spawn(TakeId(), z);
-    node->Create(name, w, h);
-    return AddHandle(node);
-}
-
-void Dinterface::EraseObject(Handle h) {
-    Dobject* node = Node(h);
-    if (!node || !node->parent || vMain->children.size() < 2) return;
-    slots[static_cast<std::size_t>(h)] = {};
-    node->parent->Erase(*node);
-}
-
-void Dinterface::MoveObject(Handle h, Handle newParent) {
-    Dobject* node = Node(h);
-    Dobject* under = Node(newParent);
-    if (!node || !under || !node->parent || IsWithin(under, *node)) return;
-    std::unique_ptr<Dobject> own = node->parent->UnLink(*node);
-    own->parent = under;
-    under->Link(std::move(own));
-}
-
-void MakeFreshBoard(Dobject& node, const std::string& name, const VideoMode& mode) {
-    constexpr Dtile kRing{176, 16, 32, kAttribSolid};
-    if (!node.Create(name, mode.width, mode.height)) return;
-    Dtile* tile = node.tiles.data();
-    for (int y = 0; y < node.height; ++y) {
-        for (int x = 0; x < node.width; ++x) {
-            const bool edge = x == 0 || y == 0 || x == node.width - 1 || y == node.height - 1;
-            *tile++ = edge ? kRing : kBlankTile;
-        }
-    }
-    node.RedrawTiles();
 }
 
 std::int32_t Dinterface::NewBoard() {
@@ -373,6 +87,88 @@ void Dinterface::ShowBoard(std::int32_t id) {
     }
 }
 
+const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) {
+    return treeList->Draw(x, y, bitmap, currentObject, currentBoard);
+}
+
+void Dinterface::SelectTreeRow(int row) {
+    const Dobject* board = treeList->NodeAt(row);
+    if (!board) return;
+    currentObject = board->id;
+    while (board->parent->parent && !board->IsBoard()) board = board->parent;
+    currentBoard = board->id;
+    ShowBoard(board->id);
+}
+
 void Dinterface::RedrawAll() {
     for (const auto& board : vMain->children) board->RedrawTiles();
+}
+
+void Dinterface::SetViewSize(int w, int h) {
+    if (!vMain) {
+        Fatal("vMain doesn't exist", __FILE__, __LINE__);
+        return;
+    }
+    Bitmap cells = MakeBitmap(w, h);
+    if (!cells) {
+        Fatal("Unable to create vClipBuffer", __FILE__, __LINE__);
+        std::exit(EXIT_FAILURE);
+    }
+    Bitmap pixels = MakeBitmap(w * kTileSize, h * kTileSize);
+    if (!pixels) {
+        Fatal("Unable to create vSubClipBuffer", __FILE__, __LINE__);
+        std::exit(EXIT_FAILURE);
+    }
+    vMain->width = w;
+    vMain->height = h;
+    vClipBuffer = std::move(cells);
+    vSubClipBuffer = std::move(pixels);
+    Trace("--- vSubClipBuffer %i x %i ---\n", vSubClipBuffer->w, vSubClipBuffer->h);
+}
+
+void Dinterface::DrawWorld(BITMAP* target, int x, int y) {
+    if (!vMain) {
+        Fatal("vMain doesn't exist", __FILE__, __LINE__);
+        return;
+    }
+    vMain->viewx = x;
+    vMain->viewy = y;
+    vMain->DrawChildren(target);
+}
+
+void Dinterface::DrawObjectMode(BITMAP* target, int x, int y, Handle h, int mode) {
+    Dobject* node = Node(h);
+    if (!node) return;
+    int originX = 0;
+    int originY = 0;
+    switch (mode) {
+        case 1:
+            node->drawChildren = 0;
+            DrawWorld(target, x, y);
+            node->drawChildren = 1;
+            break;
+        case 2:
+            originX = -node->posx;
+            originY = -node->posy;
+            node->AddOffset(originX, originY);
+            Trace("%s-> tPX = %i, tPY = %i\n", node->name.c_str(), originX, originY);
+            clear_bitmap(vClipBuffer.get());
+            node->Draw(target, originX + x, originY + y, vMain->width - x, vMain->height - y, 0, 0,
+                       vMain->width, vMain->height);
+            break;
+        case 3:
+            node->AddOffset(originX, originY);
+            originX += x;
+            originY += y;
+            // Cells beyond this are off any target, and their pixels off Allegro's numbers.
+            if (std::abs(std::int64_t{originX}) > kMaxGridSide * 2 ||
+                std::abs(std::int64_t{originY}) > kMaxGridSide * 2)
+                break;
+            if (BITMAP* surf = node->Surface())
+                blit(surf, target, 0, 0, originX * kTileSize, originY * kTileSize, surf->w,
+                     surf->h);
+            break;
+        default:
+            break;
+    }
 }

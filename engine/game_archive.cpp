@@ -1,16 +1,11 @@
 #include "engine/game_archive.h"
 
-#include "engine/dinterface.h"
+#include "engine/dfont.h"
 #include "engine/file_layer.h"
 #include "engine/game_limits.h"
 #include "engine/open_archive.h"
-#include "engine/replace_file.h"
-#include "engine/report.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <new>
 
 namespace {
@@ -234,49 +229,4 @@ std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMo
     if (!good && why.empty())
         why = "There is not enough memory to save the game. Close other programs and try again.";
     return why.empty() ? archive.TakeBytes() : std::string();
-}
-
-bool Dinterface::New() { return Load(kNewGame); }
-
-bool Dinterface::Load(const std::string& path, bool needsWorld) {
-    Trace("Loading .. ( %s )\n", path.c_str());
-    Game game;
-    GameFault fault;
-    bool good = ReadGame(
-        path, [this] { return TakeId(); }, game, fault);
-    if (good && needsWorld && !game.hasText) {
-        fault = {"There is no game in this archive.", 0};
-        good = false;
-    }
-    if (!good || !TakeGame(game, fault)) {
-        const std::string text = path + " could not be loaded.\n" + fault.text;
-        Fatal(text.c_str(), path.c_str(), fault.line);
-        return false;
-    }
-    Trace("Finished Loading .. ( %s )\n", path.c_str());
-    return true;
-}
-
-bool Dinterface::TakeGame(Game& game, GameFault& fault) {
-    if (SurfaceBytes(game.root) > AvailableMemory()) {
-        fault = {"the world is too large for this machine's memory", 0};
-        return false;
-    }
-    if (game.sheet) vFont->TakeSheet(std::move(game.sheet));
-    vMain->EraseAll();
-    vMain->children.swap(game.root.children);
-    ++vTreeChanges;
-    for (const auto& board : vMain->children) board->parent = vMain.get();
-    videoMode = game.videoMode.value_or(videoMode);
-    windowed = game.windowed.value_or(windowed);
-    return true;
-}
-
-bool Dinterface::Save(const std::string& path) {
-    std::string why;
-    CollapseTree(*vMain);
-    const std::string bytes = ComposeGame(vFont->Sheet(), *vMain, videoMode, windowed, why);
-    const bool saved = !bytes.empty() && ReplaceFile(path, bytes, why);
-    if (!why.empty()) Fatal(why.c_str(), path.c_str(), 0);
-    return saved;
 }

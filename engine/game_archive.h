@@ -1,7 +1,7 @@
 // Game archives: the font sheet, the world and the video settings in one zip file.
 //
-// docs/formats.md describes the format. New, Load and Save of Dinterface stand on what is
-// here; tools that only look at a game use it directly, with no Dinterface at all.
+// docs/formats.md describes the format. What Dinterface does with files (world_files.cpp)
+// stands on what is here; tools that only look at a game use it directly.
 #pragma once
 
 #include "engine/game_text.h"
@@ -54,3 +54,6 @@ std::string ComposeGame(BITMAP* sheet, const Dobject& root, std::int32_t videoMo
 /// The bytes of the object file of a node, to be saved at that path, whose name its entry has.
 /// Otherwise as ComposeGame.
 std::string ComposeObject(Dobject& node, const std::string& path, std::string& why);
+/// Reads an object file, with all that is below its node. False, with the reason, when it cannot
+/// be.
+bool ReadObjectFile(const std::string& path, const IdSource& ids, Dobject& node, std::string& why);

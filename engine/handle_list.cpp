@@ -1,5 +1,3 @@
-// Handle lists: the answers to queries for several nodes.
-//
 // A selector is a path of words separated by ".". Its first character, normally ".", is not
 // looked at. It starts at the node itself when it begins with self, parent, inside, contained
 // or mask, else among the node's siblings. The words:
@@ -10,7 +8,8 @@
 //   any other, also empty: every child of exactly that name
 // Blanks inside a word are dropped.
 
-#include "engine/dinterface.h"
+#include "engine/handle_list.h"
+
 #include "engine/report.h"
 
 #include <algorithm>
@@ -28,7 +27,7 @@ bool IsList(int list) { return list >= 0 && list < kMaxHandleLists; }
 
 }  // namespace
 
-int Dinterface::FindFreeHandleList() {
+int HandleLists::FindFreeHandleList() {
     auto free = std::find_if(lists.begin(), lists.end(), [](const auto& l) { return !l.inUse; });
     if (free == lists.end()) {
         ShowMessage("Error: Max HandleLists reached", "Oh No!!");
@@ -37,16 +36,16 @@ int Dinterface::FindFreeHandleList() {
     return static_cast<int>(free - lists.begin());
 }
 
-bool Dinterface::AddToList(HandleList& list, Dobject* node) {
-    const Handle h = AddHandle(node);
+bool HandleLists::Add(List& list, Dobject* node) {
+    const Handle h = table.AddHandle(node);
     if (h == kNoHandle) return false;
     list.handles.push_back(h);
     return true;
 }
 
-struct Dinterface::SelectorWalk {
-    Dinterface& world;
-    HandleList& list;
+struct HandleLists::SelectorWalk {
+    HandleLists& owner;
+    List& list;
     std::string_view selector;
     int stepsLeft = kMaxSteps;
     int descentsLeft = kMaxDescents;
@@ -66,7 +65,7 @@ struct Dinterface::SelectorWalk {
             if (--stepsLeft < 0) return false;
             const std::string word = TakeWord(position);
             if (word == "top") {
-                node = &world.Root();
+                node = owner.table.Node(kRootHandle);
                 continue;
             }
             if (word == "all") return ResolveChildren(position, node, nullptr);
@@ -79,7 +78,7 @@ struct Dinterface::SelectorWalk {
             if (word.size() > kMaxWord) return true;
             return ResolveChildren(position, node, &word);
         }
-        return !node || world.AddToList(list, node);
+        return !node || owner.Add(list, node);
     }
 
     bool ResolveChildren(std::size_t position, Dobject* node, const std::string* name) {
@@ -94,14 +93,14 @@ struct Dinterface::SelectorWalk {
     }
 };
 
-int Dinterface::OpenList(HandleList& list) {
+int HandleLists::Open(List& list) {
     list.cursor = 0;
     list.inUse = true;
     return static_cast<int>(&list - lists.data());
 }
 
-int Dinterface::StartHandleList(Handle h, const char* selector) {
-    Dobject* node = Node(h);
+int HandleLists::StartHandleList(Handle h, const char* selector) {
+    Dobject* node = table.Node(h);
     if (!node || !selector) return -1;
     const int index = FindFreeHandleList();
     if (index < 0) return -1;
@@ -119,36 +118,36 @@ int Dinterface::StartHandleList(Handle h, const char* selector) {
                path.starts_with("contained") || path.starts_with("mask")) {
         start = node;
     }
-    HandleList& list = lists[static_cast<std::size_t>(index)];
+    List& list = lists[static_cast<std::size_t>(index)];
     list.inUse = true;
     SelectorWalk{*this, list, text}.Resolve(position, start);
-    return OpenList(list);
+    return Open(list);
 }
 
-bool Dinterface::CollectAt(HandleList& list, Dobject& node, int x, int y) {
+bool HandleLists::CollectAt(List& list, Dobject& node, int x, int y) {
     int fromLeft = x;
     int fromTop = y;
     node.SubOffset(fromLeft, fromTop);
     const bool covered =
         fromLeft >= 0 && fromLeft < node.vieww && fromTop >= 0 && fromTop < node.viewh;
-    if (covered && !AddToList(list, &node)) return false;
+    if (covered && !Add(list, &node)) return false;
     return std::all_of(node.children.begin(), node.children.end(),
                        [&](const auto& child) { return CollectAt(list, *child, x, y); });
 }
 
-int Dinterface::StartHandleListAt(Handle h, int x, int y) {
-    Dobject* node = Node(h);
+int HandleLists::StartHandleListAt(Handle h, int x, int y) {
+    Dobject* node = table.Node(h);
     if (!node) return -1;
     const int index = FindFreeHandleList();
     if (index < 0) return -1;
-    HandleList& list = lists[static_cast<std::size_t>(index)];
+    List& list = lists[static_cast<std::size_t>(index)];
     CollectAt(list, *node, x, y);
-    return OpenList(list);
+    return Open(list);
 }
 
-Handle Dinterface::NextHandle(int list) {
+Handle HandleLists::NextHandle(int list) {
     if (!IsList(list)) return kNoHandle;
-    HandleList& l = lists[static_cast<std::size_t>(list)];
+    List& l = lists[static_cast<std::size_t>(list)];
     if (l.cursor >= l.handles.size()) {
         l.cursor = 0;
         return kNoHandle;
@@ -156,15 +155,15 @@ Handle Dinterface::NextHandle(int list) {
     return l.handles[l.cursor++];
 }
 
-int Dinterface::CountHandles(int list) const {
+int HandleLists::CountHandles(int list) const {
     if (!IsList(list)) return -1;
     return static_cast<int>(lists[static_cast<std::size_t>(list)].handles.size());
 }
 
-void Dinterface::ReleaseHandleList(int list) {
+void HandleLists::ReleaseHandleList(int list) {
     if (!IsList(list)) return;
-    HandleList& l = lists[static_cast<std::size_t>(list)];
-    for (Handle h : l.handles) ReleaseHandle(h);
+    List& l = lists[static_cast<std::size_t>(list)];
+    for (Handle h : l.handles) table.ReleaseHandle(h);
     l.handles.clear();
     l.inUse = false;
 }

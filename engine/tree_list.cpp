@@ -1,6 +1,4 @@
-// The painted list of boards and objects, and which row a click hits.
-
-#include "engine/dinterface.h"
+#include "engine/tree_list.h"
 
 #include <algorithm>
 #include <string>
@@ -20,7 +18,7 @@ constexpr int kBandLength = 188;
 
 }  // namespace
 
-const std::vector<Dinterface::TreeRow>& Dinterface::TreeRows() const {
+const std::vector<TreeList::Row>& TreeList::Rows() {
     if (rowsMadeAt == vTreeChanges) return rows;
     rows.clear();
     const auto add = [this](const auto& self, const Dobject& parent, int depth) -> void {
@@ -29,12 +27,13 @@ const std::vector<Dinterface::TreeRow>& Dinterface::TreeRows() const {
             self(self, *child, depth + 1);
         }
     };
-    add(add, *vMain, 0);
+    add(add, root, 0);
     rowsMadeAt = vTreeChanges;
     return rows;
 }
 
-const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
+const Dobject* TreeList::Draw(int x, int y, BITMAP* bitmap, std::int32_t selected,
+                              std::int32_t currentBoard) {
     clear_to_color(bitmap, kPaper);
     const int left = kMargin - x * kIndent;
     int top = kMargin - y * kRowHeight;
@@ -42,7 +41,7 @@ const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
 
     const std::string minuses(kBandLength, '-');
     const Dobject* selection = nullptr;
-    const std::vector<TreeRow>& list = TreeRows();
+    const std::vector<Row>& list = Rows();
     // The row before the first whole one shows its lowest pixels.
     for (auto row = static_cast<std::size_t>(std::max(y - 2, 0)); row < list.size(); ++row) {
         const std::int64_t at = kMargin + (static_cast<std::int64_t>(row) + 1 - y) * kRowHeight;
@@ -50,44 +49,34 @@ const Dobject* Dinterface::DrawTreeList(int x, int y, BITMAP* bitmap) const {
         top = static_cast<int>(at);
         const auto& [node, depth] = list[row];
         const bool isBoard = depth == 0;
-        const bool selected = node->id == currentObject;
-        if (selected) selection = node;
+        const bool isSelected = node->id == selected;
+        if (isSelected) selection = node;
         std::string label = node->hidden ? "[" + node->name + "]" : node->name;
         if (isBoard && node->id == currentBoard) label += " *";
-        if (selected) label += (isBoard ? " z = " : " : z = ") + std::to_string(node->posz);
+        if (isSelected) label += (isBoard ? " z = " : " : z = ") + std::to_string(node->posz);
         if (isBoard) label = "-- " + label + " " + minuses;
-        const int band = selected ? kSelectedBand : isBoard ? kBoardBand : kNoBand;
+        const int band = isSelected ? kSelectedBand : isBoard ? kBoardBand : kNoBand;
         textout_ex(bitmap, font, label.c_str(), left + depth * kIndent, top,
                    band == kNoBand ? kInk : kPaper, band);
     }
     return selection;
 }
 
-int Dinterface::SelectedTreeRow() const {
-    const std::vector<TreeRow>& list = TreeRows();
-    const auto found = std::find_if(list.begin(), list.end(), [this](const TreeRow& row) {
-        return row.node->id == currentObject;
-    });
+int TreeList::RowOf(std::int32_t id) {
+    const std::vector<Row>& list = Rows();
+    const auto found =
+        std::find_if(list.begin(), list.end(), [id](const Row& row) { return row.node->id == id; });
     return found == list.end() ? -1 : static_cast<int>(found - list.begin());
 }
 
-void Dinterface::ClickTreeList(int y0, int y) {
+int TreeList::RowAt(int y0, int y) const {
     constexpr int kGlyphHeight = 8;
     // Rows count from 1, below the title; of each only the inside of its text can be hit.
     const std::int64_t from = std::int64_t{y0} + y - kMargin;
-    const std::int64_t row = from / kRowHeight;
     const std::int64_t within = from % kRowHeight;
-    if (within >= 1 && within < kGlyphHeight && row <= TreeRowCount())
-        SelectTreeRow(static_cast<int>(row) - 1);
+    return within >= 1 && within < kGlyphHeight ? static_cast<int>(from / kRowHeight) - 1 : -1;
 }
 
-void Dinterface::SelectTreeRow(int row) {
-    const std::vector<TreeRow>& list = TreeRows();
-    if (row < 0 || row >= TreeRowCount()) return;
-    const Dobject* hit = list[static_cast<std::size_t>(row)].node;
-    currentObject = hit->id;
-    const Dobject* board = hit;
-    while (board->parent->parent && !board->IsBoard()) board = board->parent;
-    currentBoard = board->id;
-    ShowBoard(board->id);
+const Dobject* TreeList::NodeAt(int row) {
+    return row < 0 || row >= RowCount() ? nullptr : Rows()[static_cast<std::size_t>(row)].node;
 }
