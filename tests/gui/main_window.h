@@ -30,6 +30,10 @@ protected:
         list = window->findChild<QWidget*>(QStringLiteral("list"));
         ASSERT_TRUE(edit && list);
     }
+    void Reopen(const std::string& game) {
+        app->Document().OnNewDocument();
+        ASSERT_TRUE(app->Document().OnOpenDocument(game));
+    }
     /// Long enough for repaints, and for a person to see that a dialog has closed.
     static void Settle() { QTest::qWait(20); }
 
@@ -45,6 +49,13 @@ protected:
     }
     void ClickOnPanel(int id) {
         Click(Control(id), {5, 8});
+        Settle();
+    }
+    /// To whatever has the keyboard, shortcuts first.
+    void Hit(const std::vector<Qt::Key>& keys, Qt::KeyboardModifiers with = {}) {
+        for (const Qt::Key code : keys) QTest::keyClick(window->windowHandle(), code, with);
+        Settle();
+        window->activateWindow();
         Settle();
     }
     static void PressOk(QDialog& dialog) { In<QPushButton>(dialog, platform::kIdOk).click(); }
@@ -67,6 +78,13 @@ protected:
             Press(dialog.focusWidget() ? *dialog.focusWidget() : dialog, code);
     }
     static void Key(QDialog& dialog, Qt::Key code) { Key(dialog, {code}); }
+    /// Types a name into a dialog, and Enter.
+    static auto Named(const QString& name) {
+        return [name](QDialog& dialog) {
+            Type(*dialog.focusWidget(), name);
+            Key(dialog, Qt::Key_Return);
+        };
+    }
     static void Fill(QDialog& dialog, int id, const QString& text) {
         auto& field = In<QLineEdit>(dialog, id);
         field.setFocus();

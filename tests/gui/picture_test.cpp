@@ -43,14 +43,11 @@ struct Picture : testing::Test, platform::WindowEvents {
 }  // namespace
 
 TEST_F(Picture, HearsKeysAndCharacters) {
+    // Those that no session of the other tests presses.
     constexpr std::pair<Qt::Key, int> kKeys[] = {
-        {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},    {Qt::Key_Backtab, 9}, {Qt::Key_Return, 13},
-        {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16}, {Qt::Key_Escape, 27}, {Qt::Key_Space, 32},
-        {Qt::Key_PageUp, 33},   {Qt::Key_End, 35},   {Qt::Key_Home, 36},   {Qt::Key_PageDown, 34},
-        {Qt::Key_Left, 37},     {Qt::Key_Up, 38},    {Qt::Key_Right, 39},  {Qt::Key_Down, 40},
-        {Qt::Key_Insert, 45},   {Qt::Key_Menu, 93},  {Qt::Key_Delete, 46}, {Qt::Key_F1, 112},
-        {Qt::Key_F2, 113},      {Qt::Key_0, 48},     {Qt::Key_9, 57},      {Qt::Key_A, 65},
-        {Qt::Key_Z, 90},
+        {Qt::Key_Backspace, 8}, {Qt::Key_Shift, 16}, {Qt::Key_PageDown, 34},
+        {Qt::Key_Insert, 45},   {Qt::Key_F1, 112},   {Qt::Key_F2, 113},
+        {Qt::Key_F4, 115},      {Qt::Key_9, 57},     {Qt::Key_Z, 90},
     };
     for (const auto& [key, code] : kKeys) {
         Press(widget, key);
@@ -58,12 +55,10 @@ TEST_F(Picture, HearsKeysAndCharacters) {
         Press(widget, key, Qt::AltModifier);
         EXPECT_EQ(Heard(keys)[0], '-') << "a mnemonic is no key";
     }
-    for (const Qt::Key none : {Qt::Key_F3, Qt::Key_Plus, Qt::Key_CapsLock}) Press(widget, none);
+    Press(widget, Qt::Key_F3);
     EXPECT_EQ(Heard(keys), "");
     Heard(chars);
-
     Press(widget, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(Heard(chars), "");
     QKeyEvent third(QEvent::KeyPress, Qt::Key_Q, Qt::ControlModifier | Qt::AltModifier,
                     QStringLiteral("@"));
     QApplication::sendEvent(&widget, &third);

@@ -26,8 +26,16 @@ constexpr Qt::Key kKeys[] = {
 };
 constexpr Qt::Key kMenuKeys[] = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Left,  Qt::Key_Right,
                                  Qt::Key_F,    Qt::Key_Return, Qt::Key_Escape};
-constexpr Qt::KeyboardModifier kModifiers[] = {Qt::ControlModifier, Qt::ControlModifier,
-                                               Qt::ShiftModifier, Qt::AltModifier};
+constexpr Qt::KeyboardModifiers kModifiers[] = {{},
+                                                {},
+                                                {},
+                                                {},
+                                                {},
+                                                {},
+                                                Qt::ControlModifier,
+                                                Qt::ShiftModifier,
+                                                Qt::AltModifier,
+                                                Qt::ControlModifier | Qt::ShiftModifier};
 // Of some characters no code page has any. No tilde: a line that begins with "~pe" ends a script
 // in the file.
 constexpr const char* kTexts[] = {
@@ -35,8 +43,8 @@ constexpr const char* kTexts[] = {
     "",  "two words", ".",    "#",      ":a\n#p", "#if .self.x", "99999999999",
     "é", "\u2588中",  "\t\n", "&&%s%n", "\"--CC", "'comment\n",  "\U0001f600",
 };
-constexpr const char* kGoodFiles[] = {"good", "good", "good", "saved0", "saved1", "saved2"};
-constexpr const char* kBadFiles[] = {"bad-half", "bad-other", "missing", "missing/a", ""};
+constexpr const char* kFiles[] = {"good",   "good",     "good",      "saved0",
+                                  "saved1", "bad-half", "bad-other", "missing/a"};
 
 QString NameOf(const QWidget& widget) {
     return QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') +
@@ -46,13 +54,12 @@ QString NameOf(const QWidget& widget) {
 // How often a control is used; 0 for what cannot be used. What paints itself is a plain widget
 // that holds no others, and is used by its size.
 int WeightOf(const QWidget& control) {
-    if (const auto* field = qobject_cast<const QLineEdit*>(&control))
-        return field->isReadOnly() ? 0 : 2;
+    if (!control.isVisible() || !control.isEnabled()) return 0;
     if (qobject_cast<const QMenuBar*>(&control)) return 6;
     if (control.metaObject() == &QWidget::staticMetaObject && !control.findChild<QWidget*>())
         return 2 + control.width() * control.height() / 30'000;
-    return qobject_cast<const QAbstractButton*>(&control) ||
-           qobject_cast<const QAbstractSlider*>(&control) || control.inherits("QSplitterHandle");
+    return control.inherits("QLineEdit") || control.inherits("QAbstractButton") ||
+           control.inherits("QAbstractSlider") || control.inherits("QSplitterHandle");
 }
 
 QList<QAction*> Entries(const QWidget& menu) {
@@ -80,12 +87,12 @@ void MenuStep(Run& run, QMenu& menu) {
 }
 
 void FileStep(Run& run, QFileDialog& dialog) {
-    const bool bad = run.OneIn(3);
-    QString name = QLatin1String(bad ? run.Pick(kBadFiles) : run.Pick(kGoodFiles));
+    QString name = QLatin1String(run.Pick(kFiles));
     const QRegularExpression others(QStringLiteral("[^.a-z]+"));
     const QStringList kinds =
         dialog.nameFilters().join(QString()).split(others).filter(QLatin1String("."));
     // A sheet's picture and a clipboard's are of the same form but not of the same use.
+    const bool bad = name.contains(QRegularExpression(QStringLiteral("bad|missing")));
     if (bad || kinds.size() > 1 || kinds.contains(QLatin1String(".bmp"))) run.Excuse();
     // The program puts the ending behind a name that it saves under.
     if (bad || dialog.acceptMode() == QFileDialog::AcceptOpen) name += run.Pick(kinds);
@@ -95,22 +102,16 @@ void FileStep(Run& run, QFileDialog& dialog) {
     Press(*field, run.OneIn(4) ? Qt::Key_Escape : Qt::Key_Return);
 }
 
-Qt::KeyboardModifiers Modifiers(Run& run) {
-    const Qt::KeyboardModifiers one = run.Pick(kModifiers), other = run.Pick(kModifiers);
-    return !run.OneIn(4) ? Qt::NoModifier : run.OneIn(4) ? one | other : one;
-}
-
 void KeyStep(Run& run, QWidget& target) {
     const auto letter = static_cast<Qt::Key>(Qt::Key_A + run.Below(26));
     const Qt::Key key = run.OneIn(4) ? letter : run.Pick(kKeys);
-    const Qt::KeyboardModifiers with = Modifiers(run);
+    const Qt::KeyboardModifiers with = run.Pick(kModifiers);
     run.Say("key", key, with, "to", NameOf(target));
     Press(target, key, with);
 }
 
 void TextStep(Run& run, QWidget& target) {
-    QString text = QString::fromUtf8(run.Pick(kTexts));
-    if (run.OneIn(3)) text += QString::fromUtf8(run.Pick(kTexts));
+    const QString text = QString::fromUtf8(run.Pick(kTexts)) + QString::fromUtf8(run.Pick(kTexts));
     const int way = run.Below(8);
     run.Say("type", text, "to", NameOf(target), way);
     if (way == 0) return QGuiApplication::clipboard()->setText(text);
@@ -127,7 +128,7 @@ void MouseStep(Run& run, QWidget& widget) {
                  run.Below(tall + 2 * outside) - outside};
     }
     const Qt::MouseButton button = run.OneIn(3) ? Qt::RightButton : Qt::LeftButton;
-    const Qt::KeyboardModifiers with = Modifiers(run);
+    const Qt::KeyboardModifiers with = run.Pick(kModifiers);
     const int way = run.Below(14);
     run.Say("mouse", way, button, with, path, "in", NameOf(widget));
     // A text control would go on scrolling by the clock.
@@ -143,44 +144,27 @@ void MouseStep(Run& run, QWidget& widget) {
     if (way == 0 && isHeld) return MouseUp(widget, path[0], run.heldButton, with);
     if (way < 3) return TurnWheel(widget, path[0], run.Below(7) * 60 - 180, with);
     if (way < 5) return DoubleClick(widget, path[0], button, with);
-    if (way < 10) return Click(widget, path[0], button, with);
+    if (way < 10) path.resize(1);
     Drag(widget, path, button, with);
 }
 
 void ControlStep(Run& run, QWidget& top) {
     QWidgetList controls;
     for (QWidget* widget : top.findChildren<QWidget*>())
-        if (widget->window() == &top && widget->isVisible() && widget->isEnabled())
-            controls += QWidgetList(WeightOf(*widget), widget);
+        if (widget->window() == &top) controls += QWidgetList(WeightOf(*widget), widget);
     if (controls.empty()) return KeyStep(run, top);
     QWidget& control = *run.Pick(controls);
     run.Say("use", NameOf(control));
     if (auto* bar = qobject_cast<QMenuBar*>(&control))
         return bar->setActiveAction(run.Pick(Entries(*bar)));
-    if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
-        // Most worlds would be left before they have come to anything.
-        if (top.windowTitle() == QLatin1String("Confirm Quit") && run.OneIn(2))
-            return Press(top, Qt::Key_Escape);
-        if (!run.OneIn(4)) return Click(*button, button->rect().center());
-        button->setFocus();
-        return Press(*button, Qt::Key_Space);
-    }
-    if (!qobject_cast<QLineEdit*>(&control)) return MouseStep(run, control);
+    // Most worlds would be left before they have come to anything.
+    if (top.windowTitle() == QLatin1String("Confirm Quit") && run.OneIn(2))
+        return Press(top, Qt::Key_Escape);
+    if (control.inherits("QAbstractButton")) return Click(control, control.rect().center());
+    if (!control.inherits("QLineEdit")) return MouseStep(run, control);
     control.setFocus();
     Press(control, Qt::Key_A, Qt::ControlModifier);
-    Press(control, Qt::Key_Delete);
     TextStep(run, control);
-}
-
-// Moves, resizes, maximizes or closes a window, at times off the screen.
-void FrameStep(Run& run, QWidget& top) {
-    const QPoint to(run.Below(1999) - 999, run.Below(1999) - 999);
-    const int way = run.Below(qobject_cast<QDialog*>(&top) ? 2 : 5);
-    run.Say("frame", way, to);
-    if (way == 0) return void(top.close());
-    if (way == 1) return top.move(to);
-    if (way == 2) return top.setWindowState(top.windowState() ^ Qt::WindowMaximized);
-    top.resize(1400 + to.x() / 2, 900 + to.y() / 3);
 }
 
 }  // namespace
@@ -192,6 +176,10 @@ void RandomStep(Run& run, QWidget& top) {
     const int kind = run.Below(40);
     if (kind < 14) return KeyStep(run, focus);
     if (kind < 18) return TextStep(run, focus);
-    if (kind < 19) return FrameStep(run, top);
-    ControlStep(run, top);
+    if (kind > 18) return ControlStep(run, top);
+    const QPoint to(run.Below(1999) - 999, run.Below(1999) - 999);
+    const int way = run.Below(3);
+    run.Say("frame", way, to);
+    if (way == 0) return void(top.close());
+    way == 1 ? top.move(to) : top.resize(1400 + to.x() / 2, 900 + to.y() / 3);
 }
