@@ -143,18 +143,26 @@ TEST_F(Screens, TilesKeepWholeDevicePixels) {
         ASSERT_EQ(image.pixel(x, y), vScreenColors[x / tile % 2 == odd ? 47 : 63]) << x;
 }
 
-// The cells fill the pickers, whatever the screen's pixels are.
-TEST_F(Screens, PickersShowEachColorInItsCell) {
+// What is clicked is what is seen there, and the cells fill the picker, whatever the screen's
+// pixels are.
+TEST_F(Screens, PickersChooseWhatIsShown) {
     person.OnDialog([](QDialog& dialog) {
         Settle();
-        const QImage shown = In(dialog, kBrushFg).grab().toImage();
-        // The first one is marked.
-        for (int cell = 1; cell < 256; ++cell)
-            EXPECT_EQ(shown.pixel((cell % 16 * 2 + 1) * shown.width() / 32,
-                                  (cell / 16 * 2 + 1) * shown.height() / 32),
-                      vScreenColors[static_cast<std::size_t>(cell)]);
+        QWidget& colors = In(dialog, kBrushFg);
+        const QImage shown = colors.grab().toImage();
+        for (const int color : {1, 99, 254}) {
+            const QRgb wanted = vScreenColors[static_cast<std::size_t>(color)];
+            int x = 0, y = 0;
+            const auto isThere = [&] {
+                return shown.pixel(x, y) == wanted && shown.pixel(x + 4, y + 4) == wanted;
+            };
+            while (y < shown.height() - 5 && !isThere())
+                if (++x == shown.width() - 5) x = 0, ++y;
+            Click(colors, (QPointF(x + 2, y + 2) / shown.devicePixelRatio()).toPoint());
+            EXPECT_EQ(vBrush.fg, color);
+            EXPECT_GT(x, color == 254 ? shown.width() * 3 / 4 : 0);
+        }
         dialog.close();
     });
-    vBrush = {1, 0, 1, 0};
     DoBrushSettings().Run();
 }
