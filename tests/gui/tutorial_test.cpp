@@ -134,6 +134,8 @@ TEST_F(Tutorial, KeepsItsPromises) {
     if (const char* picture = std::getenv("QUILT_TUTORIAL_PICTURE")) window->grab().save(picture);
     Says("Press Ctrl+S, type first and press Enter. The game is in `first.zqlt`");
     person.AnswerFileDialog(temp / "first");
+    window->activateWindow();
+    Settle();
     Hit({Qt::Key_S}, Qt::ControlModifier);
 
     // What is in the file now.

@@ -310,32 +310,19 @@ TEST_F(Compare, DamagedHeadersLoseNothing) {
         std::string_view signature;
         std::size_t at;
         std::string_view patch;
-        std::size_t missing = 0;
-        std::size_t lost = 0;          ///< bytes at the start
-        const char* behind = nullptr;  ///< in place of the directory
     } rows[] = {
-        {kHeader, 30, "xxxxxxx"},
-        {kHeader, 8, "c"},
-        {kHeader, 14, "xxxx"},
-        {kHeader, 26, "\xff\xff"},
-        {kHeader, 28, "\x9"},
-        {kHeader, 6, kSizesFollow},
-        {kHeader, 6, kSizesFollow, 0, 0, ""},
-        {kHeader, 6, kSizesFollow, 1, 0, "PK\7\bxxxx"},  // the settings, whose checksum differs
-        {kHeader, 0, "xxxx", 1, 20},                     // the sheet's size, which begins the file
-        {kRecord, 0, "xxxx"},
-        {kRecord, 46, "xxxxxxx"},
-        {kRecord, 42, "\xff\xff\xff\xff"},
+        {kHeader, 30, "xxxxxxx"},  {kHeader, 8, "c"},        {kHeader, 14, "xxxx"},
+        {kHeader, 26, "\xff\xff"}, {kHeader, 28, "\x9"},     {kHeader, 6, kSizesFollow},
+        {kRecord, 0, "xxxx"},      {kRecord, 46, "xxxxxxx"}, {kRecord, 42, "\xff\xff\xff\xff"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(&row - rows);
         std::string damaged = bytes;
         for (std::size_t at = 0; (at = damaged.find(row.signature, at)) != bytes.npos; ++at)
             damaged.replace(at + row.at, row.patch.size(), row.patch);
-        if (row.behind) damaged.replace(damaged.find(kRecord), bytes.npos, row.behind);
         Salvage salvage;
-        SalvageGame(damaged.substr(row.lost), salvage);
-        EXPECT_EQ(salvage.missing.size(), row.missing) << testing::PrintToString(salvage.missing);
+        SalvageGame(damaged, salvage);
+        EXPECT_TRUE(salvage.missing.empty());
         EXPECT_EQ(Account(salvage.game.root), Account(world->Root()));
     }
 }
@@ -372,12 +359,8 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     ASSERT_EQ(Run("diff both.zqlt a.zqlt --picture p.png").status, 1);
     const Picture png(folder / "p.png");
     EXPECT_EQ(png.image.width, 3u * 160 + 4 * 8);
-    unsigned painted = 0;
     unsigned framed = 0;
     for (unsigned y = 20; y < 100; ++y)
-        for (unsigned x = 8; x < 168; ++x) {
-            painted += png.At(x, y) != png.At(x + 168, y);
-            framed += png.At(x + 168, y) != png.At(x + 336, y);
-        }
-    EXPECT_TRUE(painted > 0 && painted <= 64 && framed == 36) << painted << " " << framed;
+        for (unsigned x = 176; x < 336; ++x) framed += png.At(x, y) != png.At(x + 168, y);
+    EXPECT_EQ(framed, 36u);
 }

@@ -12,7 +12,6 @@ struct Picture {
     explicit Picture(const std::string& path) {
         image.version = PNG_IMAGE_VERSION;
         EXPECT_TRUE(png_image_begin_read_from_file(&image, path.c_str()));
-        paletted = image.format & PNG_FORMAT_FLAG_COLORMAP;
         image.format = PNG_FORMAT_RGB;
         colors.resize(PNG_IMAGE_SIZE(image));
         EXPECT_TRUE(png_image_finish_read(&image, nullptr, colors.data(), 0, nullptr));
@@ -22,7 +21,6 @@ struct Picture {
     }
 
     png_image image{};
-    bool paletted = false;
     std::string colors;
 };
 
