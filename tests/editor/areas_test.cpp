@@ -58,15 +58,11 @@ protected:
         board->RedrawTiles();
     }
     std::size_t Index(int x, int y) const { return static_cast<std::size_t>(y * board->width + x); }
-    bool Has(int x, int y) const {
-        return x >= box[0] && y >= box[1] && x < box[0] + box[2] && y < box[1] + box[3] &&
-               board->GetTile(x, y) && mask[Index(x, y)];
-    }
     template <typename Use>
     void Each(Use use) {
         for (int y = box[1]; y < box[1] + box[3]; ++y)
             for (int x = box[0]; x < box[0] + box[2]; ++x)
-                if (Has(x, y)) use(x, y);
+                if (board->GetTile(x, y) && mask[Index(x, y)]) use(x, y);
     }
     void Write(int x, int y, const Brush& brush) { Paint(tiles[Index(x, y)], brush); }
     void Write(int x, int y, int chr) { Write(x, y, {chr, vBrush.fg, vBrush.bg, vBrush.attrib}); }
@@ -89,9 +85,131 @@ protected:
     }
 
     // Plain readings, which draw from the generator in the same order.
-    void Select(const std::string& path, Point cursor, Point anchor);
-    void Act(const std::string& path, Point cursor, Point anchor);
-    void Blend(Point cursor, Point anchor);
+    void Select(const std::string& path, Point c, Point a) {
+        mask.assign(board->tiles.size(), 0);
+        const auto has = [&](const char* word) { return path.find(word) != path.npos; };
+        if (path.starts_with("Prim") && !has("Blend")) {
+            // The shapes have a table of their own.
+            const Point back{board->posx, -board->viewy};
+            const auto shape = has("Line")   ? SelectLine
+                               : has("Rect") ? SelectRectOutline
+                                             : SelectEllipse;
+            shape(handle, {c.x + back.x, c.y + back.y}, {a.x + back.x, a.y + back.y});
+            std::copy_n(vMask.begin(), mask.size(), mask.begin());
+            box = {vRegionX, vRegionY, vRegionW, vRegionH};
+        } else if (has("Flood") || has("SameAs")) {
+            centre = c;
+            const Dtile* like = board->GetTile(c.x, c.y);
+            const auto alike = [&](int x, int y) {
+                const Dtile* tile = board->GetTile(x, y);
+                return tile && like && *tile == *like;
+            };
+            Point low = c, high = c;
+            for (std::list<Point> list{c}; has("Flood") && !list.empty(); list.pop_front()) {
+                const auto [x, y] = list.front();
+                if (!alike(x, y) || mask[Index(x, y)]) continue;
+                mask[Index(x, y)] = 1;
+                low = {std::min(low.x, x), std::min(low.y, y)};
+                high = {std::max(high.x, x), std::max(high.y, y)};
+                list.insert(list.end(), {{x + 1, y}, {x - 1, y}, {x, y + 1}, {x, y - 1}});
+            }
+            if (has("SameAs")) {
+                low = {0, 0}, high = {board->width - 1, board->height - 1};
+                for (std::size_t i = 0; i < mask.size(); ++i)
+                    mask[i] = like && board->tiles[i] == *like;
+            }
+            box = {low.x, low.y, high.x - low.x + 1, high.y - low.y + 1};
+            return;
+        } else {
+            const auto side = [](int& first, int& count, int from, int to, int size) {
+                const auto ends =
+                    std::minmax({std::clamp(from, 0, size - 1), std::clamp(to, 0, size - 1)});
+                first = ends.first;
+                count = ends.second - first + 1;
+            };
+            side(box[0], box[2], c.x, a.x, board->width);
+            side(box[1], box[3], c.y, a.y, board->height);
+            std::fill(mask.begin(), mask.end(), 1);
+        }
+        centre = {box[0] + box[2] / 2, box[1] + box[3] / 2};
+    }
+
+    // From the low color at the cursor to the high one at the anchor, in whole tiles of the way.
+    void Blend(Point c, Point a) {
+        const int dx = a.x - c.x, dy = a.y - c.y, square = dx * dx + dy * dy;
+        int length = 0;
+        while ((length + 1) * (length + 1) <= square) ++length;
+        const auto [low, high] = std::minmax(vBrush.fg, vBrush.bg);
+        std::vector<float> ramp{static_cast<float>(low)};
+        const float step = static_cast<float>(high - low) / static_cast<float>(length - 1);
+        for (int i = 1; i < length; ++i) ramp.push_back(ramp.back() + step);
+        Each([&](int x, int y) {
+            const int along = dx * (x - c.x) + dy * (y - c.y);
+            int i = 0;
+            while (along > 0 && i + 1 < length && (i + 1) * (i + 1) * square <= along * along) ++i;
+            const int color = static_cast<int>(ramp[static_cast<std::size_t>(i)]) & 255;
+            if (length) Write(x, y, {219, color, 255, vBrush.attrib});
+        });
+    }
+
+    void Act(const std::string& path, Point c, Point a) {
+        const auto has = [&](const char* word) { return path.find(word) != path.npos; };
+        if (has("Zoom") || has("Ruler") || has("Cancel")) return;
+        Select(path, c, a);
+        const Brush before = vBrush;
+        const auto& b = box;
+        if (has("Replace") || has("Copy")) {
+            if (!accepts) return;
+            FilterBrush();
+        }
+        if (has("Make Object")) {
+            told = "rnr";
+        } else if (has("Copy")) {
+            clipW = b[2], clipH = b[3];
+            clip.assign(static_cast<std::size_t>(b[2] * b[3]), kHole);
+            Each([&](int x, int y) {
+                Dtile& to = clip[static_cast<std::size_t>((y - b[1]) * clipW + x - b[0])];
+                to = tiles[Index(x, y)];
+                for (std::size_t i = 0; i < 4; ++i)
+                    if (*Fields(vBrush)[i] == -1) *Fields(to)[i] = 65535;
+            });
+        } else if (has("Sprite")) {
+            undo = tiles;
+            told = "p";
+            Each([&](int x, int y) {
+                const int glyph = before.chr + (y - b[1]) * 16 + x - b[0];
+                if (glyph >= 256) return;
+                int holes = 0;
+                for (int i = 0; i < 64; ++i)
+                    holes += world->GetFont()->GetGlyphPixel(glyph, i % 8, i / 8) == 0;
+                vBrush = {before.chr, -2, holes == 0, before.attrib};
+                Write(x, y, glyph);
+            });
+            return;
+        } else if (has("Paste")) {
+            if (clip.empty()) return;
+            undo = tiles;
+            Each([&](int x, int y) {
+                const int i = (y - b[1]) % clipH * clipW + (x - b[0]) % clipW;
+                const Dtile& t = clip[static_cast<std::size_t>(i)];
+                if (vTileClipSkip && t == Dtile{}) return;
+                Write(x, y, {Signed(t.chr), Signed(t.fg), Signed(t.bg), Signed(t.attrib)});
+            });
+        } else if (has("Blend")) {
+            undo = tiles;
+            Blend(c, a);
+        } else {
+            const bool fades = has("Fade"), asks = fades || has("Speckle");
+            if (has("Normal")) told = "Normal";
+            if (has("Distance")) told = At("Distance ", centre.x, centre.y);
+            if (has("Slime")) told = At("Slime ", centre.x, centre.y);
+            if (!asks) undo = tiles;
+            Each([&](int x, int y) {
+                if (!asks || std::rand() % 101 <= (fades ? 100 : part)) Write(x, y, vBrush.chr);
+            });
+        }
+        vBrush = before;
+    }
 
     std::mt19937 random{3};
     std::vector<std::pair<std::string, int>> entries;  // "Flood Fade Distance", its command
@@ -107,132 +225,6 @@ protected:
     std::vector<Dtile> tiles, undo, clip;
     int clipW = 0, clipH = 0;
 };
-
-void Areas::Select(const std::string& path, Point c, Point a) {
-    mask.assign(board->tiles.size(), 0);
-    const auto has = [&](const char* word) { return path.find(word) != path.npos; };
-    if (path.starts_with("Prim") && !has("Blend")) {
-        // The shapes have a table of their own.
-        const Point back{board->posx, -board->viewy};
-        const auto shape = has("Line")   ? SelectLine
-                           : has("Rect") ? SelectRectOutline
-                                         : SelectEllipse;
-        shape(handle, {c.x + back.x, c.y + back.y}, {a.x + back.x, a.y + back.y});
-        std::copy_n(vMask.begin(), mask.size(), mask.begin());
-        box = {vRegionX, vRegionY, vRegionW, vRegionH};
-    } else if (has("Flood") || has("SameAs")) {
-        centre = c;
-        const Dtile* like = board->GetTile(c.x, c.y);
-        const auto alike = [&](int x, int y) {
-            const Dtile* tile = board->GetTile(x, y);
-            return tile && like && *tile == *like;
-        };
-        Point low = c, high = c;
-        for (std::list<Point> list{c}; has("Flood") && !list.empty(); list.pop_front()) {
-            const auto [x, y] = list.front();
-            if (!alike(x, y) || mask[Index(x, y)]) continue;
-            mask[Index(x, y)] = 1;
-            low = {std::min(low.x, x), std::min(low.y, y)};
-            high = {std::max(high.x, x), std::max(high.y, y)};
-            list.insert(list.end(), {{x + 1, y}, {x - 1, y}, {x, y + 1}, {x, y - 1}});
-        }
-        if (has("SameAs")) {
-            low = {0, 0}, high = {board->width - 1, board->height - 1};
-            for (std::size_t i = 0; i < mask.size(); ++i)
-                mask[i] = like && board->tiles[i] == *like;
-        }
-        box = {low.x, low.y, high.x - low.x + 1, high.y - low.y + 1};
-        return;
-    } else {
-        const auto side = [](int& first, int& count, int from, int to, int size) {
-            const auto ends =
-                std::minmax({std::clamp(from, 0, size - 1), std::clamp(to, 0, size - 1)});
-            first = ends.first;
-            count = ends.second - first + 1;
-        };
-        side(box[0], box[2], c.x, a.x, board->width);
-        side(box[1], box[3], c.y, a.y, board->height);
-        std::fill(mask.begin(), mask.end(), 1);
-    }
-    centre = {box[0] + box[2] / 2, box[1] + box[3] / 2};
-}
-
-// From the low color at the cursor to the high one at the anchor, in whole tiles of the way.
-void Areas::Blend(Point c, Point a) {
-    const int dx = a.x - c.x, dy = a.y - c.y, square = dx * dx + dy * dy;
-    int length = 0;
-    while ((length + 1) * (length + 1) <= square) ++length;
-    const auto [low, high] = std::minmax(vBrush.fg, vBrush.bg);
-    std::vector<float> ramp{static_cast<float>(low)};
-    const float step = static_cast<float>(high - low) / static_cast<float>(length - 1);
-    for (int i = 1; i < length; ++i) ramp.push_back(ramp.back() + step);
-    Each([&](int x, int y) {
-        const int along = dx * (x - c.x) + dy * (y - c.y);
-        int i = 0;
-        while (along > 0 && i + 1 < length && (i + 1) * (i + 1) * square <= along * along) ++i;
-        const int color = static_cast<int>(ramp[static_cast<std::size_t>(i)]) & 255;
-        if (length) Write(x, y, {219, color, 255, vBrush.attrib});
-    });
-}
-
-void Areas::Act(const std::string& path, Point c, Point a) {
-    const auto has = [&](const char* word) { return path.find(word) != path.npos; };
-    if (has("Zoom") || has("Ruler") || has("Cancel")) return;
-    Select(path, c, a);
-    const Brush before = vBrush;
-    const auto& b = box;
-    if (has("Replace") || has("Copy")) {
-        if (!accepts) return;
-        FilterBrush();
-    }
-    if (has("Make Object")) {
-        told = "rnr";
-    } else if (has("Copy")) {
-        clipW = b[2], clipH = b[3];
-        clip.assign(static_cast<std::size_t>(b[2] * b[3]), kHole);
-        Each([&](int x, int y) {
-            Dtile& to = clip[static_cast<std::size_t>((y - b[1]) * clipW + x - b[0])];
-            to = tiles[Index(x, y)];
-            for (std::size_t i = 0; i < 4; ++i)
-                if (*Fields(vBrush)[i] == -1) *Fields(to)[i] = 65535;
-        });
-    } else if (has("Sprite")) {
-        undo = tiles;
-        told = "p";
-        Each([&](int x, int y) {
-            const int glyph = before.chr + (y - b[1]) * 16 + x - b[0];
-            if (glyph >= 256) return;
-            int holes = 0;
-            for (int i = 0; i < 64; ++i)
-                holes += world->GetFont()->GetGlyphPixel(glyph, i % 8, i / 8) == 0;
-            vBrush = {before.chr, -2, holes == 0, before.attrib};
-            Write(x, y, glyph);
-        });
-        return;
-    } else if (has("Paste")) {
-        if (clip.empty()) return;
-        undo = tiles;
-        Each([&](int x, int y) {
-            const int i = (y - b[1]) % clipH * clipW + (x - b[0]) % clipW;
-            const Dtile& t = clip[static_cast<std::size_t>(i)];
-            if (vTileClipSkip && t == Dtile{}) return;
-            Write(x, y, {Signed(t.chr), Signed(t.fg), Signed(t.bg), Signed(t.attrib)});
-        });
-    } else if (has("Blend")) {
-        undo = tiles;
-        Blend(c, a);
-    } else {
-        const bool fades = has("Fade"), asks = fades || has("Speckle");
-        if (has("Normal")) told = "Normal";
-        if (has("Distance")) told = At("Distance ", centre.x, centre.y);
-        if (has("Slime")) told = At("Slime ", centre.x, centre.y);
-        if (!asks) undo = tiles;
-        Each([&](int x, int y) {
-            if (!asks || std::rand() % 101 <= (fades ? 100 : part)) Write(x, y, vBrush.chr);
-        });
-    }
-    vBrush = before;
-}
 
 }  // namespace
 
