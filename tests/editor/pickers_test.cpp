@@ -12,7 +12,6 @@
 #include "tests/support/test_world.h"
 
 #include <cmath>
-#include <random>
 
 using namespace platform;
 using Events = WindowEvents;
@@ -29,12 +28,9 @@ protected:
         ResetBrushes();
         vCharScrollX = vCharScrollY = 0;
     }
-    int Roll(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
-
     Dfont& glyphs = *world->GetFont();
     TempFolder temp;
     ScriptedPlatform script;
-    std::mt19937 random{5};
 };
 
 }  // namespace
@@ -57,10 +53,10 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
         browser.Paint();
         for (int step = 0; step < 8000; ++step) {
             editor.invalidated = preview.invalidated = browser.invalidated = 0;
-            int wish = Roll(40);
+            int wish = Roll(0, 39);
             if (step % 20 && wish >= 30 && wish < 36) wish = 36;
-            const int arrow = Roll(4), rows = static_cast<int>(sheet.size()) / 1024;
-            const Point at{Roll(190) - 20, Roll(190) - 20};
+            const int arrow = Roll(0, 3), rows = static_cast<int>(sheet.size()) / 1024;
+            const Point at{Roll(0, 189) - 20, Roll(0, 189) - 20};
             const auto pixel = [&](std::size_t i) -> int& {
                 const auto row = static_cast<std::size_t>(y / 8 * 8) + i / 8;
                 return sheet[row * 128 + static_cast<std::size_t>(x / 8 * 8) + i % 8];
@@ -92,7 +88,7 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
                 fg = here;
                 repaints = "P";
             } else if (wish < 24) {
-                sprite = Roll(2);
+                sprite = Roll(0, 1);
                 form.Click(sprite ? kFontSpriteMode : kFontCharMode);
             } else if (wish < 25) {
                 form.Click(kFontCopy);
@@ -100,7 +96,7 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
             } else if (wish < 26) {
                 script.ExpectDialog("Color Select", [&](ScriptedForm& colors) {
                     EXPECT_TRUE(colors.Press(kArrows[arrow]));
-                    colors.Click(Roll(2) ? kIdOk : kIdCancel);
+                    colors.Click(Roll(0, 1) ? kIdOk : kIdCancel);
                 });
                 EXPECT_TRUE(form.Press('C'));
                 fg = std::clamp(fg + kSteps[arrow].x + 16 * kSteps[arrow].y, 0, 255);
@@ -130,7 +126,7 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
                 if (y / 8 > last) x = 120 + x % 8, y = last * 8 + y % 8;
                 repaints = "EPS";
             } else if (wish < 37) {
-                const bool ctrl = Roll(2);
+                const bool ctrl = Roll(0, 1);
                 browser.Send(&Events::OnLButtonDown, ctrl, at);
                 mode = ctrl ? kScrolls : kPicks;
                 press = at;

@@ -8,7 +8,6 @@
 #include "tests/support/scripted_platform.h"
 #include "tests/support/test_world.h"
 
-#include <random>
 #include <sstream>
 
 using namespace platform;
@@ -252,28 +251,26 @@ protected:
 }  // namespace
 
 TEST_F(View, DoesWhatAPlainModelDoes) {
-    std::mt19937 random(12);
-    const auto roll = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     Dobject& object = AddNode(*board, "object", 6, 3);
     const std::uint16_t values[] = {0, 1, 32, 176, 177, 178, 219, 255, 65534, 65535};
     Plain plain;
     Dobject* own[] = {board, &object};
     const auto renew = [&] {
-        vStepX = roll(4);
-        vStepY = roll(4);
+        vStepX = Roll(0, 3);
+        vStepY = Roll(0, 3);
         for (int i = 0; i < 2; ++i) {
             Dobject& node = *own[i];
-            node.posx = roll(5) - 1;
-            node.posy = roll(5) - 1;
+            node.posx = Roll(0, 4) - 1;
+            node.posy = Roll(0, 4) - 1;
             // Now and then a viewport stands past the grid, as a file may have put it.
-            node.viewx = roll(6) ? 0 : 50;
+            node.viewx = Roll(0, 5) ? 0 : 50;
             node.viewy = 0;
-            node.vieww = node.width - roll(3);
-            node.viewh = node.height - roll(3);
-            const bool even = roll(3) == 0;
+            node.vieww = node.width - Roll(0, 2);
+            node.viewh = node.height - Roll(0, 2);
+            const bool even = Roll(0, 2) == 0;
             for (Dtile& t : node.tiles) {
                 for (std::uint16_t* field : {&t.chr, &t.fg, &t.bg, &t.attrib})
-                    *field = values[roll(10)];
+                    *field = values[Roll(0, 9)];
                 if (even) t = node.tiles[0];
             }
             plain.nodes[i].tiles = node.tiles;
@@ -311,29 +308,31 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
     for (int step = 0; step < 40'000; ++step) {
         if (step % 500 == 0) renew();
         if (step % 100 == 0) {
-            vPanelMode = roll(4) ? kPanelPaint : kPanelProperties;
+            vPanelMode = Roll(0, 3) ? kPanelPaint : kPanelProperties;
             plain.paints = vPanelMode == kPanelPaint;
-            vBrushMode = plain.mode = roll(kBrushModes);
-            vBrush = plain.brush = {values[roll(8)], roll(2) * 255, roll(3) * 127, roll(3) - 1};
+            vBrushMode = plain.mode = Roll(0, kBrushModes - 1);
+            vBrush = plain.brush = {values[Roll(0, 7)], Roll(0, 1) * 255, Roll(0, 2) * 127,
+                                    Roll(0, 2) - 1};
         }
         answer.reset();
-        if (roll(2)) answer = Brush{roll(9), -2, -1, roll(4)};
+        if (Roll(0, 1)) answer = Brush{Roll(0, 8), -2, -1, Roll(0, 3)};
         plain.answer = answer;
-        plain.choice = plain.tool == kPoints ? 0 : menus[roll(5)];
+        plain.choice = plain.tool == kPoints ? 0 : menus[Roll(0, 4)];
         plain.menuAt = plain.placed = std::nullopt;
         told = plain.told = "";
-        const Point near{roll(plain.Node().width + 4) - 2, roll(plain.Node().height + 4) - 2};
-        const Point at = At(plain.Origin(plain.current) + near) + Point{roll(9) - 4, roll(9) - 4};
+        const Point near{Roll(0, plain.Node().width + 3) - 2, Roll(0, plain.Node().height + 3) - 2};
+        const Point at =
+            At(plain.Origin(plain.current) + near) + Point{Roll(0, 8) - 4, Roll(0, 8) - 4};
         const auto before = shown();
         window.invalidated = 0;
-        const int kind = roll(24), code = roll(3) ? keys[roll(16)] : kKeyLeft + roll(4),
-                  ch = chars[roll(8)];
+        const int kind = Roll(0, 23), code = Roll(0, 2) ? keys[Roll(0, 15)] : kKeyLeft + Roll(0, 3),
+                  ch = chars[Roll(0, 7)];
         SCOPED_TRACE(testing::Message() << "step " << step << ", " << kind << ", " << code);
         if (kind < 8) both(&Events::OnKeyDown, code);
         if (kind == 8 || kind == 9) both(&Events::OnKeyUp, kind == 8 ? code : int{kKeyShift});
         if (kind >= 10 && kind < 13) both(&Events::OnChar, ch);
-        if (kind >= 13 && kind < 23) both(mouse[roll(6)], roll(4) == 0, at);
-        if (kind == 23) both(&Events::OnMouseWheel, roll(3) - 1);
+        if (kind >= 13 && kind < 23) both(mouse[Roll(0, 5)], Roll(0, 3) == 0, at);
+        if (kind == 23) both(&Events::OnMouseWheel, Roll(0, 2) - 1);
         const auto copies = std::erase_if(own[plain.current]->children, [&](const auto& child) {
             return child->name == "Dummy" && Point{child->posx, child->posy} == plain.placed;
         });
@@ -347,7 +346,7 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
             ASSERT_NE(Outline(script.lastMenu).find(plain.menu), std::string::npos);
         }
         if (step % 50) continue;
-        window.size = {600 + roll(50), 600};
+        window.size = {600 + Roll(0, 49), 600};
         window.Paint();
         plain.OnDraw(window);
         // Each pixel of the bitmap takes as much of the window as any other, and none is left.
