@@ -10,10 +10,13 @@
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
 
-#include <benchmark/benchmark.h>
+#include "bench/timed.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <random>
+#include <utility>
+#include <vector>
 
 using platform::Point;
 
@@ -99,18 +102,37 @@ void DrawTiles(benchmark::State& state) {
     }
 }
 
+// What a flood goes round: nothing, cells at random, the gaps of a comb, one long winding way.
+enum Shape { kPlain, kNoise, kComb, kSerpentine };
+
+bool IsWall(Shape shape, int x, int y) {
+    static std::mt19937 random(1);
+    if (x == kSide - 1 && y == kSide - 1) return false;
+    if (shape == kNoise) return random() % 10 < 3;
+    if (shape == kComb) return x % 2 == 0 && y > 0;
+    return shape == kSerpentine && y % 2 == 0 && x != (y % 4 == 0 ? 0 : kSide - 1);
+}
+
+template <Shape shape>
 void Flood(benchmark::State& state) {
     Area area(static_cast<int>(state.range(0)));
+    for (int y = 0; y < area.side; ++y)
+        for (int x = 0; x < area.side; ++x)
+            if (IsWall(shape, x, y)) area.node->PutTile(x, y, 219, 1, 1, 0);
     for (auto _ : state) {
         for (int round = 0; round < area.Rounds(); ++round) SelectFlood(area.handle, area.Last());
         benchmark::ClobberMemory();
     }
 }
 
-void AllegroFloodfill(benchmark::State& state) {
+template <Shape shape>
+void AllegroFlood(benchmark::State& state) {
     BenchWorld();
     const Bitmap bitmap = MakeBitmap(kSide, kSide);
     clear_bitmap(bitmap.get());
+    for (int y = 0; y < kSide; ++y)
+        for (int x = 0; x < kSide; ++x)
+            if (IsWall(shape, x, y)) bitmap->line[y][x] = 255;
     int color = 0;
     for (auto _ : state) {
         color = color % 200 + 1;
@@ -119,10 +141,44 @@ void AllegroFloodfill(benchmark::State& state) {
     }
 }
 
-// What a scattered Normal fade draws by chance, without doing anything with it.
-void FourDraws(benchmark::State& state) {
+// As many draws, by chance, as a fade of the whole grid makes, without doing anything with them.
+void Draw(benchmark::State& state, std::int64_t draws) {
     for (auto _ : state)
-        for (int i = 0; i < 4 * kSide * kSide; ++i) benchmark::DoNotOptimize(std::rand());
+        for (std::int64_t i = 0; i < draws; ++i) benchmark::DoNotOptimize(std::rand());
+}
+void NormalDraws(benchmark::State& state) { Draw(state, 4LL * kSide * kSide); }
+void DistanceDraws(benchmark::State& state) { Draw(state, 1LL * kSide * kSide); }
+
+// The wave comes to a cell once for each neighbour that it had reached before.
+void SlimeDraws(benchmark::State& state) {
+    std::vector<char> open(static_cast<std::size_t>(kSide) * kSide, 1);
+    std::vector<Point> front{{kSide / 2, kSide / 2}};
+    std::vector<Point> next;
+    std::int64_t draws = 0;
+    const auto at = [&](Point p) -> char* {
+        const bool inside = p.x >= 0 && p.y >= 0 && p.x < kSide && p.y < kSide;
+        return inside ? &open[static_cast<std::size_t>(p.y * kSide + p.x)] : nullptr;
+    };
+    for (; !front.empty(); std::swap(front, next))
+        for (; !front.empty(); ++draws) {
+            const Point p = front.back();
+            front.pop_back();
+            if (!std::exchange(*at(p), 0)) continue;
+            for (const Point q :
+                 {Point{p.x, p.y - 1}, {p.x, p.y + 1}, {p.x - 1, p.y}, {p.x + 1, p.y}})
+                if (at(q) && *at(q)) next.push_back(q);
+        }
+    Draw(state, draws);
+}
+
+void ClearSurface(benchmark::State& state) {
+    const Area area(kSide);
+    BITMAP& surface = *area.node->Surface();
+    const auto bytes = static_cast<std::size_t>(surface.w) * static_cast<std::size_t>(surface.h);
+    for (auto _ : state) {
+        std::memset(surface.line[0], 7, bytes);
+        benchmark::ClobberMemory();
+    }
 }
 
 void SelectOneByRect(benchmark::State& state) {
@@ -150,7 +206,7 @@ void ClearMaskAlone(benchmark::State& state) {
     }
 }
 
-#define BENCH_ACTION(name) BENCHMARK_TEMPLATE(Act, name)->Name(#name)->Arg(kSide)->Arg(250)
+#define BENCH_ACTION(name) TIMED_TEMPLATE(Act, name)->Name(#name)->Arg(kSide)->Arg(250)
 BENCH_ACTION(Fill);
 BENCH_ACTION(Blend);
 BENCH_ACTION(Paste);
@@ -158,13 +214,22 @@ BENCH_ACTION(Normal);
 BENCH_ACTION(ScatteredNormal);
 BENCH_ACTION(Distance);
 BENCH_ACTION(Slime);
-BENCHMARK(DrawTiles);
-BENCHMARK(FourDraws);
-BENCHMARK(Flood)->Arg(kSide)->Arg(250);
-BENCHMARK(AllegroFloodfill);
-BENCHMARK(SelectOneByRect);
-BENCHMARK(SelectOneByFlood);
-BENCHMARK(ClearMaskAlone);
+TIMED(DrawTiles);
+TIMED(NormalDraws);
+TIMED(DistanceDraws);
+TIMED(SlimeDraws);
+TIMED(ClearSurface);
+#define BENCH_FLOOD(name, shape)                                  \
+    TIMED_TEMPLATE(Flood, shape)->Name("Flood" name)->Arg(kSide); \
+    TIMED_TEMPLATE(AllegroFlood, shape)->Name("AllegroFlood" name)
+BENCH_FLOOD("Plain", kPlain);
+TIMED_TEMPLATE(Flood, kPlain)->Name("FloodPlain")->Arg(250);
+BENCH_FLOOD("Noise", kNoise);
+BENCH_FLOOD("Comb", kComb);
+BENCH_FLOOD("Serpentine", kSerpentine);
+TIMED(SelectOneByRect);
+TIMED(SelectOneByFlood);
+TIMED(ClearMaskAlone);
 
 }  // namespace
 

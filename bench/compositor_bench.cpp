@@ -2,7 +2,7 @@
 
 #include "bench/bench_world.h"
 
-#include <benchmark/benchmark.h>
+#include "bench/timed.h"
 
 #include <cstring>
 #include <random>
@@ -116,16 +116,16 @@ void WalkNodes(benchmark::State& state) {
     }
 }
 
-BENCHMARK(BoardFillsTarget);
-BENCHMARK(CopyRows);
-BENCHMARK_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::Draw)->Name("HoleyLayer");
-BENCHMARK_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::DrawBackToFront)
+TIMED(BoardFillsTarget);
+TIMED(CopyRows);
+TIMED_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::Draw)->Name("HoleyLayer");
+TIMED_TEMPLATE(Picture, &Scene::AddHoleyLayer, &Scene::DrawBackToFront)
     ->Name("HoleyLayerBackToFront");
-BENCHMARK_TEMPLATE(Picture, &Scene::AddObjects, &Scene::Draw)->Name("ManyObjects");
-BENCHMARK_TEMPLATE(Picture, &Scene::AddObjects, &Scene::DrawBackToFront)
+TIMED_TEMPLATE(Picture, &Scene::AddObjects, &Scene::Draw)->Name("ManyObjects");
+TIMED_TEMPLATE(Picture, &Scene::AddObjects, &Scene::DrawBackToFront)
     ->Name("ManyObjectsBackToFront");
-BENCHMARK(Covered)->Arg(0)->Arg(100000);
-BENCHMARK(WalkNodes)->Arg(100000);
+TIMED(Covered)->Arg(0)->Arg(100000);
+TIMED(WalkNodes)->Arg(100000);
 
 }  // namespace
 

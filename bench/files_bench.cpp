@@ -1,8 +1,13 @@
-// Loading, saving and rendering against zlib alone on the same bytes.
+// Loading and saving against zlib alone on the same bytes, for four games: 10 and 1,000 boards at
+// random, in which packing hides all else, the sample, and 1,000 boards like the sample's.
+//
+// --write FOLDER writes what ratios.py has the programs work on instead: games, and the same
+// boards as maps of another editor.
 
 #include "bench/bench_world.h"
+#include "bench/timed.h"
+#include "engine/copy_object.h"
 
-#include <benchmark/benchmark.h>
 #include <minizip/unzip.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,6 +17,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -21,21 +27,30 @@ constexpr int kFewBoards = 10;
 constexpr int kBoardW = 80;
 constexpr int kBoardH = 60;
 constexpr int kLargeSide = 1000;
+constexpr int kSmallW = 128;
+constexpr int kSmallH = 96;
 constexpr std::size_t kPiece = 1 << 16;
+constexpr const char* kSample = "Library/samples/lamplight.zqlt";
 
-void FillAtRandom(Dobject& node) {
+int Roll(int high) {
     static std::mt19937 random(1);
-    const auto roll = [](int high) {
-        return static_cast<std::uint16_t>(std::uniform_int_distribution<int>(0, high)(random));
-    };
-    for (Dtile& tile : node.tiles) tile = {roll(255), roll(255), roll(255), roll(3)};
-    node.RedrawTiles();
+    return std::uniform_int_distribution<int>(0, high)(random);
 }
 
-void PlantBoards(int boards, int w, int h) {
-    Dinterface& world = BenchWorld();
-    world.Root().EraseAll();
-    for (int i = 0; i < boards; ++i) FillAtRandom(AddBenchNode(world.Root(), w, h));
+void PlantBoards(int boards) {
+    for (int i = 0; i < boards; ++i) {
+        Dobject& node = AddBenchNode(BenchWorld().Root(), kBoardW, kBoardH);
+        const auto roll = [](int high) { return static_cast<std::uint16_t>(Roll(high)); };
+        for (Dtile& tile : node.tiles) tile = {roll(255), roll(255), roll(255), roll(3)};
+    }
+}
+
+void PlantLikeSample(int boards) {
+    BenchWorld().Load(kSample);
+    std::vector<const Dobject*> originals;
+    for (const auto& board : BenchWorld().Root().children) originals.push_back(board.get());
+    for (auto i = originals.size(); i < static_cast<std::size_t>(boards); ++i)
+        CopyObject(BenchWorld().Root(), *originals[i % originals.size()]);
 }
 
 // Runs in a child, so that what it takes of memory is gone afterwards.
@@ -48,25 +63,6 @@ void InChild(Work work) {
     }
     waitpid(child, nullptr, 0);
 }
-
-// A game of so many boards in a file that is deleted at the end.
-class GameFile {
-public:
-    explicit GameFile(int boards, int w = kBoardW, int h = kBoardH)
-        : path("files-bench-" + std::to_string(getpid()) + ".zqlt") {
-        InChild([&] {
-            PlantBoards(boards, w, h);
-            BenchWorld().Save(path);
-        });
-    }
-    ~GameFile() { unlink(path.c_str()); }
-
-    const std::string path;
-};
-
-// --- zlib alone ----------------------------------------------------------------------------------
-
-Bytef* Bytes(std::string& text) { return reinterpret_cast<Bytef*>(text.data()); }
 
 // The entries of an archive, packed or unpacked.
 std::vector<std::string> EntriesOf(const std::string& path, bool packed) {
@@ -86,59 +82,71 @@ std::vector<std::string> EntriesOf(const std::string& path, bool packed) {
     return entries;
 }
 
-void Inflate(std::string& packed, std::string& piece) {
-    z_stream stream = {};
-    inflateInit2(&stream, -MAX_WBITS);
-    stream.next_in = Bytes(packed);
-    stream.avail_in = static_cast<uInt>(packed.size());
-    uLong checksum = 0;
-    for (int result = Z_OK; result == Z_OK;) {
-        stream.next_out = Bytes(piece);
-        stream.avail_out = static_cast<uInt>(piece.size());
-        result = inflate(&stream, Z_NO_FLUSH);
-        checksum =
-            crc32(checksum, Bytes(piece), static_cast<uInt>(piece.size()) - stream.avail_out);
+// A game in a file, which is deleted at the end, and its entries.
+struct GameFile {
+    template <typename Plant>
+    GameFile(const char* nickname, Plant plant)
+        : name(nickname),
+          path("files-bench-" + std::to_string(getpid()) + "-" + nickname + ".zqlt") {
+        InChild([&] {
+            BenchWorld().Root().EraseAll();
+            plant();
+            BenchWorld().Save(path);
+        });
+        packed = EntriesOf(path, true);
+        plain = EntriesOf(path, false);
     }
-    benchmark::DoNotOptimize(checksum);
-    inflateEnd(&stream);
-}
+    GameFile(const GameFile&) = delete;
+    GameFile& operator=(const GameFile&) = delete;
+    ~GameFile() { unlink(path.c_str()); }
 
-std::size_t Deflate(std::string& bytes, std::string& piece, int windowBits) {
-    z_stream stream = {};
-    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
-    stream.next_in = Bytes(bytes);
-    stream.avail_in = static_cast<uInt>(bytes.size());
-    for (int result = Z_OK; result == Z_OK;) {
-        stream.next_out = Bytes(piece);
-        stream.avail_out = static_cast<uInt>(piece.size());
-        result = deflate(&stream, Z_FINISH);
-    }
-    deflateEnd(&stream);
-    return stream.total_out;
-}
+    std::string name;
+    std::string path;
+    std::vector<std::string> packed, plain;
+};
 
-void InflateEntries(benchmark::State& state) {
-    const GameFile game(kBoards);
-    std::vector<std::string> entries = EntriesOf(game.path, true);
+Bytef* Bytes(std::string& text) { return reinterpret_cast<Bytef*>(text.data()); }
+
+void Inflate(benchmark::State& state, GameFile& game) {
     std::string piece(kPiece, '\0');
     for (auto _ : state)
-        for (std::string& entry : entries) Inflate(entry, piece);
+        for (std::string& packed : game.packed) {
+            z_stream stream = {};
+            inflateInit2(&stream, -MAX_WBITS);
+            stream.next_in = Bytes(packed);
+            stream.avail_in = static_cast<uInt>(packed.size());
+            uLong sum = 0;
+            for (int result = Z_OK; result == Z_OK;) {
+                stream.next_out = Bytes(piece);
+                stream.avail_out = static_cast<uInt>(piece.size());
+                result = inflate(&stream, Z_NO_FLUSH);
+                sum = crc32(sum, Bytes(piece), static_cast<uInt>(piece.size()) - stream.avail_out);
+            }
+            benchmark::DoNotOptimize(sum);
+            inflateEnd(&stream);
+        }
 }
 
-void DeflateEntries(benchmark::State& state) {
-    const GameFile game(kBoards);
-    std::vector<std::string> entries = EntriesOf(game.path, false);
+void Deflate(benchmark::State& state, GameFile& game) {
     std::string piece(kPiece, '\0');
     for (auto _ : state)
-        for (std::string& entry : entries)
-            benchmark::DoNotOptimize(Deflate(entry, piece, -MAX_WBITS));
+        for (std::string& bytes : game.plain) {
+            z_stream stream = {};
+            deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, -MAX_WBITS, 8,
+                         Z_DEFAULT_STRATEGY);
+            stream.next_in = Bytes(bytes);
+            stream.avail_in = static_cast<uInt>(bytes.size());
+            for (int result = Z_OK; result == Z_OK;) {
+                stream.next_out = Bytes(piece);
+                stream.avail_out = static_cast<uInt>(piece.size());
+                result = deflate(&stream, Z_FINISH);
+            }
+            benchmark::DoNotOptimize(stream.total_out);
+            deflateEnd(&stream);
+        }
 }
 
-// --- the engine
-// ------------------------------------------------------------------------------------
-
-void Load(benchmark::State& state) {
-    const GameFile game(static_cast<int>(state.range(0)));
+void Load(benchmark::State& state, GameFile& game) {
     for (auto _ : state) {
         state.PauseTiming();
         BenchWorld().Root().EraseAll();
@@ -148,8 +156,7 @@ void Load(benchmark::State& state) {
     BenchWorld().Root().EraseAll();
 }
 
-void Save(benchmark::State& state) {
-    const GameFile game(static_cast<int>(state.range(0)));
+void Save(benchmark::State& state, GameFile& game) {
     BenchWorld().Load(game.path);
     for (auto _ : state)
         if (!BenchWorld().Save(game.path)) state.SkipWithError("the game cannot be saved");
@@ -166,89 +173,84 @@ double Held(const std::string& wanted) {
     return 0;
 }
 
-void LoadMemory(benchmark::State& state) {
-    const GameFile game(kBoards);
-    int ends[2];
-    if (pipe(ends) != 0) return state.SkipWithError("no pipe");
-    double numbers[2] = {};
-    for (auto _ : state) {
-        InChild([&] {
-            const double before = Held("VmRSS:");
-            BenchWorld().Load(game.path);
-            const double found[2] = {Held("VmHWM:") - before, Held("VmRSS:") - before};
-            if (write(ends[1], found, sizeof found) < 0) _exit(EXIT_FAILURE);
-        });
-        if (read(ends[0], numbers, sizeof numbers) < 0) state.SkipWithError("no numbers");
-    }
-    close(ends[0]);
-    close(ends[1]);
-    state.counters["peak"] = numbers[0];
-    state.counters["world"] = numbers[1];
+// By a program that has loaded nothing yet, and not by a child, whose pages are still shared.
+int PrintMemory(const std::string& path) {
+    const double before = Held("VmRSS:");
+    BenchWorld().Load(path);
+    std::printf("%.0f %.0f\n", Held("VmHWM:") - before, Held("VmRSS:") - before);
+    return 0;
 }
 
-// --- the tool
-// --------------------------------------------------------------------------------------
+// --- games and maps for other programs -----------------------------------------------------------
 
-void RenderBoard(benchmark::State& state) {
-    const GameFile game(1, kLargeSide, kLargeSide);
-    const std::string picture = game.path + ".png";
-    const std::string command = "./quilt-tool render " + game.path + " " + picture;
-    for (auto _ : state)
-        if (std::system(command.c_str()) != 0) state.SkipWithError("quilt-tool render failed");
-    unlink(picture.c_str());
-}
-
-void DeflatePicture(benchmark::State& state) {
-    const GameFile game(1, kLargeSide, kLargeSide);
-    BenchWorld().Load(game.path);
-    const BITMAP& surf = *BenchWorld().Root().children.front()->Surface();
-    std::string pixels;
-    for (int y = 0; y < surf.h; ++y) pixels.append(surf.line[y], surf.line[y] + surf.w);
+// Glyphs at random, or calm: one glyph with another in every hundredth cell.
+Dobject& PlantMap(int w, int h, bool calm) {
     BenchWorld().Root().EraseAll();
-    std::string piece(kPiece, '\0');
-    for (auto _ : state) benchmark::DoNotOptimize(Deflate(pixels, piece, MAX_WBITS));
+    Dobject& board = AddBenchNode(BenchWorld().Root(), w, h);
+    for (Dtile& tile : board.tiles)
+        tile = {static_cast<std::uint16_t>(calm && Roll(99) > 0 ? 176 : Roll(255)), 14, 1, 0};
+    return board;
 }
 
-// Two games of 1,000 boards, the second with a tile changed on each tenth board, by a command in
-// which A and B are the two.
-void RunOnTwo(benchmark::State& state, std::string command) {
-    const GameFile game(kBoards);
-    const std::string other = game.path + ".other.zqlt";
-    InChild([&] {
-        BenchWorld().Load(game.path);
-        int number = 0;
-        for (const auto& board : BenchWorld().Root().children)
-            if (number++ % 10 == 0) board->tiles[100].chr ^= 1;
-        BenchWorld().Save(other);
-    });
-    for (const auto& [letter, path] : {std::pair{" A", game.path}, std::pair{" B", other}})
-        for (std::size_t at; (at = command.find(letter)) != command.npos;)
-            command.replace(at, 2, " " + path);
-    for (auto _ : state)
-        if (std::system(("./quilt-tool " + command).c_str()) < 0)
-            state.SkipWithError("quilt-tool does not start");
-    unlink(other.c_str());
-    unlink("files-bench-joined.zqlt");
+void WriteMap(const std::string& path, const Dobject& board) {
+    std::ofstream out(path);
+    out << R"(<map version="1.8" orientation="orthogonal" renderorder="right-down" tilewidth="8")"
+        << R"( tileheight="8" infinite="0" width=")" << board.width << R"(" height=")"
+        << board.height << R"("><tileset firstgid="1" name="glyphs" tilewidth="8" tileheight="8")"
+        << R"( tilecount="256" columns="16"><image source="glyphs.png" width="128" height="128"/>)"
+        << R"(</tileset><layer id="1" name="board" width=")" << board.width << R"(" height=")"
+        << board.height << R"("><data encoding="csv">)" << '\n';
+    for (std::size_t i = 0; i < board.tiles.size(); ++i)
+        out << (i ? "," : "") << board.tiles[i].chr + 1;
+    out << "</data></layer></map>\n";
 }
 
-void LoadTwo(benchmark::State& state) {
-    RunOnTwo(state, "info A >/dev/null; ./quilt-tool info B >/dev/null");
+int WriteInputs(const std::string& folder) {
+    const auto write = [&](const std::string& name, int w, int h, bool calm) {
+        const Dobject& board = PlantMap(w, h, calm);
+        WriteMap(folder + "/" + name + ".tmx", board);
+        return BenchWorld().Save(folder + "/" + name + ".zqlt");
+    };
+    bool good = write("random", kLargeSide, kLargeSide, false) &&
+                write("calm", kLargeSide, kLargeSide, true) &&
+                write("small", kSmallW, kSmallH, false) && write("one", 1, 1, false);
+    // All glyphs once, of which quilt-tool makes the picture for the maps.
+    Dobject& sheet = PlantMap(16, 16, false);
+    for (std::size_t i = 0; i < sheet.tiles.size(); ++i)
+        sheet.tiles[i].chr = static_cast<std::uint16_t>(i);
+    good = good && BenchWorld().Save(folder + "/glyphs.zqlt");
+    // Two games, the second with a tile changed on each tenth board.
+    BenchWorld().Root().EraseAll();
+    PlantBoards(kBoards);
+    good = good && BenchWorld().Save(folder + "/a.zqlt");
+    int number = 0;
+    for (const auto& board : BenchWorld().Root().children)
+        if (number++ % 10 == 0) board->tiles[100].chr ^= 1;
+    return good && BenchWorld().Save(folder + "/b.zqlt") ? EXIT_SUCCESS : EXIT_FAILURE;
 }
-void Diff(benchmark::State& state) { RunOnTwo(state, "diff A B >/dev/null"); }
-void Merge(benchmark::State& state) { RunOnTwo(state, "merge A A B -o files-bench-joined.zqlt"); }
-
-// First, while the process is small.
-BENCHMARK(LoadMemory)->Iterations(1);
-BENCHMARK(InflateEntries)->Unit(benchmark::kMillisecond);
-BENCHMARK(DeflateEntries)->Unit(benchmark::kMillisecond);
-BENCHMARK(Load)->Arg(kFewBoards)->Arg(kBoards)->Unit(benchmark::kMillisecond);
-BENCHMARK(Save)->Arg(kFewBoards)->Arg(kBoards)->Unit(benchmark::kMillisecond);
-BENCHMARK(RenderBoard)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(LoadTwo)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(Diff)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(Merge)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(DeflatePicture)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    const std::string_view mode = argc > 2 ? argv[1] : "";
+    if (mode == "--write") return WriteInputs(argv[2]);
+    if (mode == "--memory") return PrintMemory(argv[2]);
+    GameFile games[] = {{"few", [] { PlantBoards(kFewBoards); }},
+                        {"random", [] { PlantBoards(kBoards); }},
+                        {"sample", [] { PlantLikeSample(0); }},
+                        {"samples", [] { PlantLikeSample(kBoards); }}};
+    for (GameFile& game : games) {
+        const auto row = [&game](const char* name, void (*work)(benchmark::State&, GameFile&)) {
+            Timed(name + game.name, [&game, work](benchmark::State& state) {
+                work(state, game);
+            })->Unit(benchmark::kMillisecond);
+        };
+        row("Load/", Load);
+        row("Inflate/", Inflate);
+        row("Save/", Save);
+        row("Deflate/", Deflate);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -6,9 +6,9 @@
 #include "platform/qt/code_widget.h"
 #include "platform/qt/qt_platform.h"
 
-#include <benchmark/benchmark.h>
 #include <QPushButton>
 #include <QTimer>
+#include "bench/timed.h"
 
 #include <cstdlib>
 #include <string>
@@ -67,8 +67,8 @@ void OpenEmptyAndSetBareText(benchmark::State& state) {
     }
 }
 
-BENCHMARK(OpenLongScript);
-BENCHMARK(OpenEmptyAndSetBareText);
+TIMED(OpenLongScript);
+TIMED(OpenEmptyAndSetBareText);
 
 }  // namespace
 

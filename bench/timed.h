@@ -5,3 +5,8 @@
 
 #define TIMED(...) BENCHMARK(__VA_ARGS__)->MeasureProcessCPUTime()->UseRealTime()
 #define TIMED_TEMPLATE(...) BENCHMARK_TEMPLATE(__VA_ARGS__)->MeasureProcessCPUTime()->UseRealTime()
+
+template <typename Work>
+benchmark::internal::Benchmark* Timed(const std::string& name, Work work) {
+    return benchmark::RegisterBenchmark(name.c_str(), work)->MeasureProcessCPUTime()->UseRealTime();
+}

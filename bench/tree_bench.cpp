@@ -5,9 +5,9 @@
 #include "platform/qt/qt_frame.h"
 #include "platform/qt/qt_platform.h"
 
-#include <benchmark/benchmark.h>
 #include <QApplication>
 #include <filesystem>
+#include "bench/timed.h"
 
 namespace {
 
@@ -82,9 +82,9 @@ void Click(benchmark::State& state) {
         state.SkipWithError("the click missed the last row");
 }
 
-BENCHMARK(Repaint)->Args({100, 0})->Args({10'000, 0})->Args({10'000, 9'900});
-BENCHMARK(WalkNodes)->Arg(10'000);
-BENCHMARK(Click)->Arg(100)->Arg(10'000);
+TIMED(Repaint)->Args({100, 0})->Args({10'000, 0})->Args({10'000, 9'900});
+TIMED(WalkNodes)->Arg(10'000);
+TIMED(Click)->Arg(100)->Arg(10'000);
 
 }  // namespace
 

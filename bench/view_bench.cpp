@@ -1,16 +1,16 @@
 // The edit view on the Qt backend, off screen: a whole repaint, and the start of the program.
 //
 // One mode a process, since a program starts once: no option runs the benchmarks of the
-// repaint; --start and --empty-start start, paint a first window and end.
+// repaint; --start starts, paints a first window and ends.
 
 #include "editor/shell/quilt_app.h"
 #include "platform/qt/qt_frame.h"
 #include "platform/qt/qt_platform.h"
 
-#include <benchmark/benchmark.h>
 #include <QPainter>
 #include <filesystem>
 #include <string_view>
+#include "bench/timed.h"
 
 namespace {
 
@@ -67,16 +67,8 @@ void RepaintView(benchmark::State& state) {
     Repaint(state, *edit);
 }
 
-BENCHMARK(DrawIndexedImage);
-BENCHMARK(RepaintView);
-
-int StartEmpty() {
-    QWidget window;
-    window.resize(kW, kH);
-    window.show();
-    QApplication::processEvents();
-    return 0;
-}
+TIMED(DrawIndexedImage);
+TIMED(RepaintView);
 
 int StartProgram() {
     CQuiltApp app;
@@ -90,10 +82,6 @@ int StartProgram() {
 int main(int argc, char** argv) {
     const std::string_view mode = argc > 1 ? argv[1] : "";
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    if (mode == "--empty-start") {
-        const QApplication qt(argc, argv);
-        return StartEmpty();
-    }
     QtPlatform qt(argc, argv);
     if (mode == "--start") return StartProgram();
     benchmark::Initialize(&argc, argv);

@@ -67,7 +67,7 @@ def main(folder, documents):
     for name, document in pages.items():
         with open(document, encoding="utf-8") as text:
             titles[name] = text.readline().strip("# \n")
-    nav = "".join(f'<a href="{name}">{title}</a>' for name, title in titles.items())
+    nav = " \n".join(f'<a href="{name}">{title}</a>' for name, title in titles.items())
     os.makedirs(folder, exist_ok=True)
     for name, document in pages.items():
         body, pictures = convert(document, pages)
