@@ -5,6 +5,7 @@
 #include "engine/game_limits.h"
 #include "engine/open_archive.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <new>
 
@@ -97,9 +98,10 @@ private:
         if (!Open(in, kSheetEntry, limit, std::ios::binary)) return false;
         const bool numbers = game.sheetFormat == kNumbersFormat;
         bool good = true;
-        TextScanner scanner(*in.rdbuf());
+        ReadAhead ahead(*in.rdbuf());
+        TextScanner scanner(ahead);
         for (int y = 0; good && y < h; ++y)
-            good = numbers ? ReadNumberRow(scanner, y) : ReadByteRow(in, y);
+            good = numbers ? ReadNumberRow(scanner, y) : ReadByteRow(ahead, y);
         return Finish(in, kSheetEntry, good);
     }
 
@@ -110,20 +112,31 @@ private:
     }
 
     bool ReadNumberRow(TextScanner& scanner, int y) {
-        for (int x = 0; x < game.sheet->w; ++x) {
+        for (int x = 0; x < game.sheet->w;) {
+            const auto left = static_cast<std::size_t>(game.sheet->w - x);
+            scanner.Peek(peeked, std::min(left, TextScanner::Peeked::kMost));
+            const std::size_t count = peeked.count;
+            scanner.Take(peeked, count);
+            for (std::size_t i = 0; i < count; ++i)
+                if (!PutPixel(x++, y, peeked.numbers[i])) return false;
+            if (count > 0) continue;
             std::int32_t pixel = 0;
             if (scanner.Number(pixel) != Status::kGood) return SheetEnds(x, y);
-            if (pixel < 0 || pixel > kMaxColor)
-                return Fail(kSheetEntry, "the pixel at " + std::to_string(x) + ", " +
-                                             std::to_string(y) +
-                                             " is no colour: " + std::to_string(pixel));
-            game.sheet->line[y][x] = static_cast<unsigned char>(pixel);
+            if (!PutPixel(x++, y, pixel)) return false;
         }
         return true;
     }
 
-    bool ReadByteRow(ZipEntryInStream& in, int y) {
-        std::streambuf& bytes = *in.rdbuf();
+    bool PutPixel(int x, int y, std::int32_t pixel) {
+        if (pixel < 0 || pixel > kMaxColor)
+            return Fail(kSheetEntry, "the pixel at " + std::to_string(x) + ", " +
+                                         std::to_string(y) +
+                                         " is no colour: " + std::to_string(pixel));
+        game.sheet->line[y][x] = static_cast<unsigned char>(pixel);
+        return true;
+    }
+
+    bool ReadByteRow(std::streambuf& bytes, int y) {
         for (int x = 0; x < game.sheet->w; ++x) {
             int c = bytes.sbumpc();
             while (TextScanner::IsSpace(c)) c = bytes.sbumpc();
@@ -138,7 +151,8 @@ private:
         if (!Open(in, entry, kMaxText)) return false;
         game.textTime = archive.EntryFacts().dosTime;
         game.textEntry = entry;
-        GameTextReader reader(*in.rdbuf(), ids);
+        ReadAhead ahead(*in.rdbuf());
+        GameTextReader reader(ahead, ids);
         reader.SetRemarks(remarks);
         const bool good = reader.ReadWorld(game.root);
         if (!good) Fail(entry, reader.Reason(), reader.Line());
@@ -162,6 +176,7 @@ private:
     ZipReader& archive;
     Game& game;
     GameFault& fault;
+    TextScanner::Peeked peeked;
 };
 
 // --- writing -----------------------------------------------------------------------------------

@@ -79,8 +79,8 @@ private:
     bool ReadGrid(Dobject& node);
     void AddCells(Dobject& node, std::int64_t cells, std::int64_t count, const Dtile& tile);
     bool ReadRecord(Dobject& node, std::int64_t cells);
-    bool ReadField(Dobject& node, std::int64_t cells, std::int32_t& field);
-    bool FinishField(Dobject& node, std::int64_t cells, TextScanner::Status status);
+    bool AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers);
+    static std::size_t Need(std::int32_t first);
     bool ReadScriptStart(Dobject& node);
     bool ReadScript(Dobject& node);
     bool ReadChildren(Dobject& node);
@@ -101,6 +101,8 @@ private:
     int missingStarts = 0;
     std::int64_t worldCells = 0;
     std::int64_t worldText = 0;
+    static constexpr std::size_t kFields = 4;
+    TextScanner::Peeked peeked;
     std::string word;  ///< kept for its memory
     std::string line;
 };

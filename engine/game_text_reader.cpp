@@ -121,25 +121,6 @@ bool GameTextReader::GridFault(const Dobject& node, std::int64_t cells, const st
                 (why.empty() ? "" : ": " + why));
 }
 
-bool GameTextReader::FinishField(Dobject& node, std::int64_t cells, Status status) {
-    switch (status) {
-        case Status::kNoNumber:
-            return GridFault(node, cells, "a number is expected");
-        case Status::kGood:
-        case Status::kTooLarge:
-            return GridFault(node, cells, "a number is beyond 16 bits");
-        default:
-            return GridFault(node, cells);
-    }
-}
-
-bool GameTextReader::ReadField(Dobject& node, std::int64_t cells, std::int32_t& field) {
-    const Status status = scanner.Number(field);
-    if (status == Status::kGood && field >= INT16_MIN && field <= UINT16_MAX) [[likely]]
-        return true;
-    return FinishField(node, cells, status);
-}
-
 void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
                               const Dtile& tile) {
     auto& tiles = node.tiles;
@@ -150,24 +131,39 @@ void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t co
     tiles.resize(static_cast<std::size_t>(wanted), tile);
 }
 
-bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
-    std::int32_t first = 0;
-    const Status status = scanner.Number(first);
-    if (status != Status::kGood || first > UINT16_MAX) return FinishField(node, cells, status);
-    std::int32_t chr = first;
-    std::int32_t fg = 0;
-    std::int32_t bg = 0;
-    std::int32_t attrib = 0;
-    if (first < 0 && !ReadField(node, cells, chr)) return false;
-    if (!ReadField(node, cells, fg) || !ReadField(node, cells, bg) ||
-        !ReadField(node, cells, attrib))
-        return false;
-    const Dtile tile{StoredField(chr), StoredField(fg), StoredField(bg), StoredField(attrib)};
-    if (first >= 0 && node.tiles.size() < node.tiles.capacity())
+// The numbers of a record: the four fields of its cell, behind the length of a run below 0.
+std::size_t GameTextReader::Need(std::int32_t first) { return first < 0 ? kFields + 1 : kFields; }
+
+bool GameTextReader::AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers) {
+    const bool run = numbers[0] < 0;
+    const std::int32_t* const fields = numbers + run;
+    for (std::size_t i = 0; i < kFields; ++i)
+        if (fields[i] < INT16_MIN || fields[i] > UINT16_MAX)
+            return GridFault(node, cells, "a number is beyond 16 bits");
+    const Dtile tile{StoredField(fields[0]), StoredField(fields[1]), StoredField(fields[2]),
+                     StoredField(fields[3])};
+    if (!run && node.tiles.size() < node.tiles.capacity())
         node.tiles.push_back(tile);
     else
-        AddCells(node, cells, first < 0 ? -std::int64_t{first} : 1, tile);
+        AddCells(node, cells, run ? -std::int64_t{numbers[0]} : 1, tile);
     return true;
+}
+
+bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
+    std::int32_t numbers[kFields + 1] = {};
+    for (std::size_t i = 0; i < Need(numbers[0]); ++i) {
+        switch (scanner.Number(numbers[i])) {
+            case Status::kGood:
+                break;
+            case Status::kNoNumber:
+                return GridFault(node, cells, "a number is expected");
+            case Status::kTooLarge:
+                return GridFault(node, cells, "a number is beyond 16 bits");
+            default:
+                return GridFault(node, cells);
+        }
+    }
+    return AddRecord(node, cells, numbers);
 }
 
 bool GameTextReader::ReadGrid(Dobject& node) {
@@ -177,8 +173,17 @@ bool GameTextReader::ReadGrid(Dobject& node) {
         return Fail("with " + Quoted(node.name) + " the world has more than " +
                     std::to_string(kMaxWorldCells) + " cells");
     node.tiles.reserve(static_cast<std::size_t>(std::min(cells, kBelievedCells)));
-    while (static_cast<std::int64_t>(node.tiles.size()) < cells)
-        if (!ReadRecord(node, cells)) return false;
+    while (static_cast<std::int64_t>(node.tiles.size()) < cells) {
+        scanner.Peek(peeked);
+        std::size_t used = 0;
+        while (static_cast<std::int64_t>(node.tiles.size()) < cells && used < peeked.count &&
+               used + Need(peeked.numbers[used]) <= peeked.count) {
+            if (!AddRecord(node, cells, peeked.numbers + used)) return false;
+            used += Need(peeked.numbers[used]);
+        }
+        scanner.Take(peeked, used);
+        if (used == 0 && !ReadRecord(node, cells)) return false;
+    }
     return true;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <streambuf>
+#include <vector>
 
 /// The characters from Here() to End() are the next ones of the stream; at the end of them the
 /// usual operations fetch more.
@@ -11,4 +12,23 @@ public:
     const char* End() const { return egptr(); }
     /// Takes that many of them.
     void Take(std::ptrdiff_t count) { gbump(static_cast<int>(count)); }
+};
+
+/// Takes the characters of another buffer in large pieces: for a reader that goes through all of
+/// it, since what it has taken and not given out is lost to the other.
+class ReadAhead final : public OpenBuffer {
+public:
+    explicit ReadAhead(std::streambuf& whose) : from(whose), area(1 << 16) {}
+
+protected:
+    int_type underflow() override {
+        const std::streamsize count =
+            from.sgetn(area.data(), static_cast<std::streamsize>(area.size()));
+        setg(area.data(), area.data(), area.data() + count);
+        return count < 1 ? traits_type::eof() : traits_type::to_int_type(area.front());
+    }
+
+private:
+    std::streambuf& from;
+    std::vector<char> area;
 };

@@ -7,7 +7,9 @@
 
 #include "engine/open_buffer.h"
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 class TextScanner {
@@ -35,6 +37,20 @@ public:
     /// to it. kTooLarge beyond 32 bits, with the digits taken.
     Status Number(std::int32_t& number);
 
+    /// Numbers that stand next, each of at most five digits and with a blank behind it: what
+    /// grids consist of. As many as are at hand and alike; none says nothing about the text.
+    struct Peeked {
+        static constexpr std::size_t kMost = 256;
+        std::size_t count = 0;
+        std::int32_t numbers[kMost];
+        std::ptrdiff_t ends[kMost];
+    };
+    void Peek(Peeked& next, std::size_t most = Peeked::kMost) const;
+    /// Takes the first of them, all characters that they stand in.
+    void Take(const Peeked& next, std::size_t count) {
+        if (count > 0) ready->Take(next.ends[count - 1]);
+    }
+
     /// The rest of the line, without its line feed, which is taken. kTooLong, with the line
     /// feed not yet taken and `line` holding its start, when it has more than `limit`
     /// characters. kEnd when not even a line feed is left.
@@ -59,34 +75,59 @@ private:
     }
     bool IsFillOver() { return ++fill > kMaxFill; }
 
-    bool ShortNumber(std::int32_t& number);
-
     std::streambuf& text;
     OpenBuffer* ready;  ///< the same buffer, or null when it cannot be looked into
     int lineNumber = 1;
     std::int64_t fill = 0;
 };
 
-// A number of few digits behind at most one blank, all of it and the character behind it at
-// hand: what a grid consists of. Anything else is left for the general way.
-inline bool TextScanner::ShortNumber(std::int32_t& number) {
-    constexpr std::ptrdiff_t kLongest = 8;  // blank, sign, five digits, what ends them
-    if (!ready || ready->End() - ready->Here() < kLongest) return false;
-    const char* at = ready->Here();
-    if (*at == ' ') ++at;
-    const bool negative = *at == '-';
-    if (negative) ++at;
-    const char* first = at;
-    std::int32_t value = 0;
-    unsigned digit = static_cast<unsigned>(*at - '0');
-    for (; digit <= 9 && at != first + 5; digit = static_cast<unsigned>(*at - '0')) {
-        value = value * 10 + static_cast<std::int32_t>(digit);
-        ++at;
+// Works on pieces of 64 characters: a mask of those that are no digits says where numbers end, so
+// that no branch hangs on how many digits one has. Digits are put together eight at a time.
+inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::ptrdiff_t kPiece = 64;
+    constexpr int kWord = 8;
+    constexpr int kMostDigits = 5;
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    const auto wordAt = [](const char* at) {
+        std::uint64_t word;
+        std::memcpy(&word, at, sizeof word);
+        return word ^ '0' * kEach;
+    };
+    std::size_t count = 0;
+    const char* const here = ready ? ready->Here() : nullptr;
+    // Where a piece and the word behind it can begin.
+    const std::ptrdiff_t last = ready ? ready->End() - here - kPiece - kWord : -1;
+    const char* start = here;
+    if (last >= 0 && *start == ' ') ++start;
+    for (bool more = true; more && start - here <= last;) {
+        const char* const piece = start;
+        std::uint64_t others = 0;
+        for (int i = 0; i < kPiece; i += kWord) {
+            const std::uint64_t word = wordAt(piece + i);
+            const std::uint64_t high = (((word & 0x7f * kEach) + 0x76 * kEach) | word) >> 7 & kEach;
+            others |= high * 0x0102040810204080 >> 56 << i;
+        }
+        while (count < most) {
+            const std::int32_t negative = *start == '-';
+            if (negative) others &= others - 1;
+            const char* const first = start + negative;
+            const char* const end = piece + std::countr_zero(others);
+            const std::ptrdiff_t digits = end - first;
+            if (others == 0 || digits < 1 || digits > kMostDigits || *end != ' ') break;
+            others &= others - 1;
+            // With zeros in front; then pairs, fours and eights are put together.
+            std::uint64_t word = wordAt(first) << (64 - 8 * digits);
+            word = (word * 10 + (word >> 8)) & 0x00ff00ff00ff00ff;
+            word = (word * 100 + (word >> 16)) & 0x0000ffff0000ffff;
+            const auto value = static_cast<std::int32_t>(word * 10'000 + (word >> 32));
+            next.numbers[count] = (value ^ -negative) + negative;
+            next.ends[count++] = end - here;
+            start = end + 1;
+        }
+        more = start != piece && count < most;
     }
-    if (at == first || digit <= 9) return false;
-    number = negative ? -value : value;
-    ready->Take(at - ready->Here());
-    return true;
+    next.count = count;
 }
 
 inline TextScanner::Status TextScanner::Word(std::string& word) {
@@ -101,8 +142,6 @@ inline TextScanner::Status TextScanner::Word(std::string& word) {
 }
 
 inline TextScanner::Status TextScanner::Number(std::int32_t& number) {
-    if (ShortNumber(number)) [[likely]]
-        return Status::kGood;
     int c = SkipSpace();
     if (c == kEof) return Status::kEnd;
     const bool negative = c == '-';

@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int kAheadSize = 1 << 16;
+constexpr std::size_t kGatheredSize = 1 << 16;
 constexpr int kIgnoreCase = 2;          // minizip's own default depends on the system
 constexpr uLong kExternalAttribs = 32;  // "archive", as a file has on its first systems
 
@@ -88,13 +89,23 @@ bool ZipWriter::OpenEntry(const std::string& name) {
 
 bool ZipWriter::CloseEntry() {
     if (!entryOpen) return false;
+    const bool packed = Pack();
     entryOpen = false;
-    return zipCloseFileInZip(handle) == ZIP_OK;
+    return zipCloseFileInZip(handle) == ZIP_OK && packed;
 }
 
+bool ZipWriter::Pack() {
+    const auto count = static_cast<unsigned>(gathered.size());
+    const bool packed = zipWriteInFileInZip(handle, gathered.data(), count) == ZIP_OK;
+    gathered.clear();
+    return packed;
+}
+
+// The streams write in pieces too small for a call of zlib each.
 bool ZipWriter::Write(const char* data, std::size_t count) {
     if (!entryOpen) return false;
-    return zipWriteInFileInZip(handle, data, static_cast<unsigned>(count)) == ZIP_OK;
+    gathered.insert(gathered.end(), data, data + count);
+    return gathered.size() < kGatheredSize || Pack();
 }
 
 bool ZipWriter::Close() {
@@ -151,11 +162,12 @@ int ZipReader::Read(char* buffer, int count) {
     if (!entryOpen) return -1;
     if (count < 1) return 0;
     if (aheadPos == aheadEnd) {
-        ahead.resize(kAheadSize);
-        const int n = unzReadCurrentFile(handle, ahead.data(), kAheadSize);
+        const bool large = count >= kAheadSize;
+        if (!large) ahead.resize(kAheadSize);
+        const int n = unzReadCurrentFile(handle, large ? buffer : ahead.data(), kAheadSize);
         // Packed data that end before the size that is stated are damaged, too.
         damaged = damaged || n < 0 || (n == 0 && unzeof(handle) != 1);
-        if (n <= 0) return n < 0 ? -1 : 0;
+        if (n <= 0 || large) return std::max(n, -1);
         aheadPos = 0;
         aheadEnd = n;
     }
@@ -273,12 +285,16 @@ int ZipEntryReadBuf::Fill(char* to, int room) {
             heldReturn = true;
             --count;
         }
-        char* end = to + count;
-        char* out = std::find(to, end, '\r');
-        if (out == end && count > 0) return count;
         // Nothing follows the last character, or the held carriage return does: no pair.
-        for (const char* in = out; in != end; ++in)
-            if (*in != '\r' || in + 1 == end || in[1] != '\n') *out++ = *in;
+        char* const end = to + count;
+        char* out = to;
+        for (const char* in = to; in != end;) {
+            const char* const back = std::find(in, static_cast<const char*>(end), '\r');
+            out = std::copy(in, back, out);
+            in = back;
+            if (in != end && (in + 1 == end || in[1] != '\n')) *out++ = '\r';
+            in += in != end;
+        }
         if (out != to) return static_cast<int>(out - to);
     }
 }
@@ -303,6 +319,7 @@ ZipEntryReadBuf::int_type ZipEntryReadBuf::pbackfail(int_type c) {
 }
 
 std::streamsize ZipEntryReadBuf::xsgetn(char* to, std::streamsize count) {
+    constexpr std::streamsize kLargest = 1 << 30;
     std::streamsize done = 0;
     while (done < count) {
         const std::streamsize here = std::min<std::streamsize>(egptr() - gptr(), count - done);
@@ -310,6 +327,16 @@ std::streamsize ZipEntryReadBuf::xsgetn(char* to, std::streamsize count) {
             std::memcpy(to + done, gptr(), static_cast<std::size_t>(here));
             gbump(static_cast<int>(here));
             done += here;
+            continue;
+        }
+        if (open && count - done >= kArea) {
+            const int n = Fill(to + done, static_cast<int>(std::min(count - done, kLargest)));
+            if (n < 1) break;
+            done += n;
+            // What can be put back is the end of it.
+            const int keep = std::min(n, kKeep);
+            std::memcpy(data, to + done - keep, static_cast<std::size_t>(keep));
+            setg(data, data + keep, data + keep);
             continue;
         }
         const int_type c = uflow();

@@ -44,6 +44,7 @@ public:
     /// zlib's level for the entries to come, its default unless set.
     void SetLevel(int to) { level = to; }
     bool CloseEntry();  ///< no entry is open afterwards, whatever the result
+    /// Small pieces are gathered: whether the last of them could be packed shows in CloseEntry.
     bool Write(const char* data, std::size_t count);
     /// Writes the directory of the archive; without it there is no archive.
     bool Close();
@@ -52,11 +53,13 @@ public:
 
 private:
     void OpenImage();
+    bool Pack();
 
     std::ofstream file;  ///< where the finished image goes, if there is a path
     std::unique_ptr<ZipImage> image;
     void* handle = nullptr;
     bool entryOpen = false;
+    std::vector<char> gathered;  ///< of the open entry, not yet packed
     unsigned long dosTime = 0;
     int level = -1;
 };

@@ -255,7 +255,7 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     // Far behind the object, where only the checksum tells.
     std::string damaged = MakeZip({{"f.obj", kBoard + std::string(100'000, ' ') + "behind", 0}});
     damaged[damaged.find("behind")] ^= 1;
-    const std::string fill(TextScanner::kMaxFill + 100, ' '), n(4'000'000, 'n');
+    const std::string fill(TextScanner::kMaxFill + 100'000, ' '), n(4'000'000, 'n');
     const std::string start = "~ob n 0 0 0 0 0 0 0 0 0\n~pb\n";
     const std::string largest =
         "~ob n 0\n0 0 8191 4096\n0 0 1 1\n-33550336 1 2 3 0\n~pb\n~pe\n~oe\n";
