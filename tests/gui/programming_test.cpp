@@ -167,14 +167,15 @@ TEST_F(Programming, StylesStayRightThroughRandomEdits) {
     std::string model;
     const auto round = [&] {
         const std::size_t at = roll(model.size() + 1);
-        const std::size_t count = roll(3) ? 0 : std::min(roll(20), model.size() - at);
+        const std::size_t count = roll(3) ? 0 : std::min(roll(40), model.size() - at);
         std::string text(count ? 0 : 1 + roll(12), ' ');
         for (char& c : text) c = "#/?.:@'\" ab1\n\n"[roll(14)];
         code->Send(Base::SCI_DELETERANGE, at, static_cast<std::intptr_t>(count));
         code->Send(Base::SCI_INSERTTEXT, at, reinterpret_cast<std::intptr_t>(text.c_str()));
         model.replace(at, count, text);
         if (roll(3) == 0) return;
-        const std::size_t upTo = roll(2) ? model.size() : roll(model.size() + 1);
+        // Also as far as shortly before the edit: what is behind may change what is in front.
+        const std::size_t upTo = roll(2) ? model.size() : at - std::min(at, roll(9));
         StyleTo(*code, static_cast<std::intptr_t>(upTo));
         std::istringstream lines(model);
         std::string wanted, styles;
@@ -184,6 +185,6 @@ TEST_F(Programming, StylesStayRightThroughRandomEdits) {
         ASSERT_EQ(styles, wanted.substr(0, upTo)) << model;
     };
     Run("", [&] {
-        for (int i = 0; i < 4000 && !HasFailure(); ++i) round();
+        for (int i = 0; i < 20000 && !HasFailure(); ++i) round();
     });
 }
