@@ -40,7 +40,7 @@ void Studio::Select(const char* board, const char* object) {
         for (const auto& child : root->children)
             if (child->name == object) vWorld->currentObject = child->id;
     }
-    app.Frame().RedrawAll();
+    app.Frame().Changed(Change::World);
     Settle();
 }
 

@@ -1,7 +1,6 @@
 #include "editor/shell/main_frame.h"
 
 #include "editor/commands.h"
-#include "editor/script/do_programming.h"
 #include "editor/shell/do_about.h"
 #include "editor/shell/do_name.h"
 #include "editor/shell/do_object_clip_board.h"
@@ -112,19 +111,44 @@ void CMainFrame::ShowPanel(int command) {
         panel = frame->CreateFormPane(Pane::Lower, CPaintView::Layout(), paintView);
     else
         panel = frame->CreateFormPane(Pane::Lower, CToolView::Layout(), toolView);
-    RedrawAll();
 }
 
-void CMainFrame::RedrawPicture(bool isUp) {
-    if (!isUp || !panel) return;
-    const int id = vPanelMode == kPanelPaint ? kBrushPreview : kPropViewer;
-    if (platform::Window* picture = panel->Picture(id)) picture->Invalidate();
+// Only the panel that is up has the picture.
+void CMainFrame::RedrawPicture(int id) {
+    if (platform::Window* picture = panel ? panel->Picture(id) : nullptr) picture->Invalidate();
 }
 
-void CMainFrame::ShowBrushMode() {
-    if (vPanelMode != kPanelPaint || !panel) return;
-    paintView.OnFormPaint(*panel);
-    RedrawBrushPreview();
+void CMainFrame::Changed(Change what) {
+    const bool paints = panel && panel->Picture(kBrushPreview);
+    switch (what) {
+        case Change::Nothing:
+            break;
+        case Change::View:
+            quiltView.Invalidate();
+            break;
+        case Change::Selection:
+            selectView.Invalidate();
+            [[fallthrough]];
+        case Change::Place:
+            quiltView.Invalidate();
+            RedrawPicture(kPropViewer);
+            break;
+        case Change::List:
+            selectView.Invalidate();
+            break;
+        case Change::BrushMode:
+            if (paints) paintView.OnFormPaint(*panel);
+            [[fallthrough]];
+        case Change::Brush:
+            RedrawPicture(kBrushPreview);
+            break;
+        case Change::BrushDialog:
+            if (paints) panel->Invalidate();
+            break;
+        case Change::World:
+            frame->InvalidateAll();
+            break;
+    }
 }
 
 bool CMainFrame::EditBrush() { return DoBrushSettings().Run(); }
@@ -133,8 +157,6 @@ bool CMainFrame::RunAreaDialog(AreaDialog dialog) { return OpenAreaDialog(dialog
 
 void CMainFrame::EditName() { DoName().Run(); }
 
-void CMainFrame::EditScript() { DoProgramming().Run(); }
-
 void CMainFrame::OnDrop(const std::string& path) {
     quiltView.EndBox();
     onDrop(path);
@@ -142,17 +164,21 @@ void CMainFrame::OnDrop(const std::string& path) {
 
 void CMainFrame::OnCommand(int command) {
     quiltView.EndBox();
+    Changed(Run(command));
+    frame->CheckMenuItem(kCmdStatusBar, frame->IsStatusBarShown());
+}
+
+Change CMainFrame::Run(int command) {
     if (command >= kCmdVideoMode && command < kCmdVideoMode + kVideoModes) {
         vWorld->videoMode = command - kCmdVideoMode;
         ShowVideoMode();
-        RedrawAll();
-        return;
+        return Change::World;
     }
     switch (command) {
         case kCmdShowPaintPanel:
         case kCmdShowPropertiesPanel:
             ShowPanel(command);
-            break;
+            return Change::World;
         case kCmdWindowed:
             vWorld->windowed = vWorld->windowed == 0;
             ShowVideoMode();
@@ -162,8 +188,7 @@ void CMainFrame::OnCommand(int command) {
             break;
         case kCmdFontEdit:
             DoFontEdit().Run();
-            RedrawAll();
-            break;
+            return Change::World;
         case kCmdTileClipboard:
             DoTileClip().Run();
             break;
@@ -180,5 +205,5 @@ void CMainFrame::OnCommand(int command) {
             otherCommand(command);
             break;
     }
-    frame->CheckMenuItem(kCmdStatusBar, frame->IsStatusBarShown());
+    return Change::Nothing;
 }

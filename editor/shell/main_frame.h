@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-class CMainFrame final : public platform::FrameEvents, public ViewHost, public PanelHost {
+class CMainFrame final : public platform::FrameEvents, public PanelHost {
 public:
     /// `onCommand` takes the commands that are not the frame's own: those of the document and
     /// the application. `onFile` takes the files that are dropped on the window.
@@ -47,28 +47,22 @@ public:
     void OnSize(platform::Size client) override;
     void OnFramePaint() override;
 
-    // ViewHost, some of it also PanelHost
-    void RedrawTree() override { selectView.Invalidate(); }
-    void RedrawPropViewer() override { RedrawPicture(vPanelMode == kPanelProperties); }
-    void RedrawBrushPreview() override { RedrawPicture(vPanelMode == kPanelPaint); }
-    void ShowBrushMode() override;
+    // PanelHost
+    void Changed(Change what) override;
     bool EditBrush() override;
     bool RunAreaDialog(AreaDialog dialog) override;
-    void RedrawAll() override { frame->InvalidateAll(); }
     void EditName() override;
-
-    // PanelHost
-    void RedrawEditView() override { quiltView.Invalidate(); }
+    void RunNodeCommand(int command) override { selectView.OnCommand(command); }
     void EndBox() override { quiltView.EndBox(); }
     void FocusEditView() override { editWindow->SetFocus(); }
-    void EditScript() override;
     void PostCommand(int command) override { vPlatform->PostCommand(command); }
 
 private:
     std::vector<std::string> shownRecent;
     bool CreatePanes();
     void ShowPanel(int command);
-    void RedrawPicture(bool isUp);
+    void RedrawPicture(int id);
+    Change Run(int command);
     void ShowVideoMode();
 
     std::function<void(int)> otherCommand;

@@ -105,9 +105,9 @@ platform::WindowEvents* CPaintView::PictureEvents(int id) {
 void CPaintView::OnInit(FormWindow& form) {
     form.SetValue(kSlotSlider, vBrushSlot);
     preview.Attach(form.Picture(kBrushPreview));
-    preview.openSettings = [this, &form] {
+    preview.openSettings = [this] {
         host.EditBrush();
-        form.Invalidate();
+        host.Changed(Change::BrushDialog);
         host.FocusEditView();
     };
     ShowSteps(form);
@@ -129,19 +129,22 @@ bool CPaintView::OnFormKey(FormWindow& form, int code) {
 
 void CPaintView::OnControl(FormWindow& form, int id) {
     host.EndBox();
+    host.Changed(Run(form, id));
+}
+
+Change CPaintView::Run(FormWindow& form, int id) {
     for (const ModeRadio& radio : kRadios) {
         if (radio.id != id) continue;
         vBrushMode = radio.mode;
         ShowMode(form);
-        preview.Invalidate();
+        return Change::Brush;
     }
     const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
     switch (id) {
         case kShowAttrib:
             vShowAttrib = form.IsChecked(kShowAttrib);
-            host.RedrawAll();
-            break;
+            return Change::World;
         case kSaveBackup:
             vWorld->BackupTiles(h);
             ShowBackup(form);
@@ -149,29 +152,27 @@ void CPaintView::OnControl(FormWindow& form, int id) {
         case kRestoreBackup:
             if (!vWorld->HasBackup(h)) break;
             vWorld->RestoreTiles(h);
-            host.RedrawAll();
-            break;
+            return Change::World;
         case kToProperties:
             vPanelMode = kPanelProperties;
             host.PostCommand(kCmdShowPropertiesPanel);
             break;
         case kScrollBack:
             ScrollBack();
-            host.RedrawEditView();
-            break;
+            return Change::View;
         case kScrollForward:
             ScrollForward();
-            host.RedrawEditView();
-            break;
+            return Change::View;
         default:
             break;
     }
+    return Change::Nothing;
 }
 
 void CPaintView::OnChange(FormWindow& form, int id) {
     if (id == kSlotSlider) {
         ChooseBrushSlot(form.GetValue(kSlotSlider));
-        preview.Invalidate();
+        host.Changed(Change::Brush);
     } else if (id == kStepX || id == kStepY) {
         ReadStep(form, id);
     }

@@ -21,6 +21,7 @@ public:
     void OnFormPaint(platform::FormWindow& form) override;
 
 private:
+    Change Run(platform::FormWindow& form, int id);
     void ReadStep(platform::FormWindow& form, int id);
 
     PanelHost& host;

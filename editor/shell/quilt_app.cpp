@@ -72,7 +72,7 @@ bool CQuiltApp::InitInstance(const std::string& programFolder, const std::string
             frame->SetTitle(document->Title());
             frame->UpdateMenuBar();
         },
-        [this] { frame->RedrawAll(); });
+        [this] { frame->Changed(Change::World); });
     document->SetNotice([this](const std::string& text) { frame->Window().ShowNotice(text); });
     document->SetStartFolder(startFolder);
     document->SetProgramFolder(programFolder);

@@ -56,12 +56,7 @@ void CSelectView::OnDraw(platform::Window& own) {
 
 void CSelectView::PickRow(int y) {
     vWorld->ClickTreeList(vRowY * kRowHeight, y);
-    host.RedrawAll();
-}
-
-void CSelectView::SelectFirstBoard() {
-    vWorld->SelectTreeRow(0);
-    host.RedrawAll();
+    host.Changed(Change::World);
 }
 
 void CSelectView::OnLButtonDown(bool ctrl, platform::Point at) {
@@ -96,7 +91,7 @@ void CSelectView::SwapPanel() {
     host.PostCommand(toPaint ? kCmdShowPaintPanel : kCmdShowPropertiesPanel);
     vWorld->SetExpanded(h, toPaint ? 1 : 0);
     vPanelMode = toPaint ? kPanelPaint : kPanelProperties;
-    host.RedrawAll();
+    host.Changed(Change::World);
 }
 
 void CSelectView::OnMouseMove(bool, platform::Point at) {
@@ -127,7 +122,7 @@ void CSelectView::SelectRow(int row) {
     // The title is row 0 of the picture and comes into sight with the first board.
     vRowY = std::max(std::min(vRowY, row == 0 ? 0 : row + 1), row + 2 - RowsInSight());
     vWorld->SelectTreeRow(row);
-    host.RedrawAll();
+    host.Changed(Change::World);
 }
 
 void CSelectView::RowMenu() {
@@ -153,13 +148,14 @@ void CSelectView::OnKeyDown(int code) {
         case platform::kKeyEnd:
             return SelectRow(vWorld->TreeRowCount() - 1);
         case platform::kKeyEnter:
-            return EditScript();
+            EditScript();
+            break;
         case platform::kKeyEnter | platform::kWithCtrl:
             return SwapPanel();
         case platform::kKeyApps:
             return RowMenu();
         case platform::kKeyDelete:
-            return Delete();
+            return host.Changed(Delete());
         case platform::kKeyEscape:
             return host.FocusEditView();
         default:

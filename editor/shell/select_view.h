@@ -31,7 +31,7 @@ public:
 private:
     enum ListMode : std::int32_t { kIdle = 0, kScrolling = 1, kPicking = 2 };
 
-    using Action = void (CSelectView::*)();
+    using Action = Change (CSelectView::*)();
     struct Binding;
     static const Binding kBindings[];
 
@@ -40,29 +40,27 @@ private:
     void SelectRow(int row);
     int RowsInSight() const;
     void RowMenu();
-    void SelectFirstBoard();
     void SwapPanel();
     int RunMenu(platform::Point at);
 
     // commands
-    void AddBoard();
-    void AddObject();
-    void DuplicateBoard();
-    void PasteBoard();
-    void PasteOnBoard();
-    void PasteOnObject();
-    void CopyBoard();
-    void CopyCurrentObject();
-    void Delete();
-    void NameBoard();
-    void NameObject();
-    void EditScript() { host.EditScript(); }
-    void EditLocation();
-    void EditSize();
-    void EditViewport();
-    void ExpandAll();
-    void Hide();
-    void MoveTo(std::int32_t id);
+    Change AddBoard();
+    Change AddObject();
+    Change DuplicateBoard();
+    Change PasteBoard();
+    Change PasteOnBoard();
+    Change PasteOnObject();
+    Change CopyBoard();
+    Change CopyCurrentObject();
+    Change Delete();
+    Change NameBoard();
+    Change NameObject();
+    Change EditScript();
+    template <typename Dialog>
+    Change Edit();
+    Change ExpandAll();
+    Change Hide();
+    Change MoveTo(std::int32_t id);
 
     PanelHost& host;
     platform::Window* window = nullptr;

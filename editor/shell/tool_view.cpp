@@ -1,9 +1,6 @@
 #include "editor/shell/tool_view.h"
 
 #include "editor/commands.h"
-#include "editor/shell/do_location.h"
-#include "editor/shell/do_size.h"
-#include "editor/shell/do_viewport.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/view/view_state.h"
 #include "engine/dinterface.h"
@@ -35,6 +32,15 @@ constexpr Control kControls[] = {
      "Leave out the objects on it"},
 };
 
+struct NodeButton {
+    int id;
+    int command;
+};
+constexpr NodeButton kNodeButtons[] = {
+    {kNodeName, kCmdObjectName},   {kNodeProgramming, kCmdProgramming}, {kNodeSize, kCmdSize},
+    {kNodeViewport, kCmdViewport}, {kNodeLocation, kCmdLocation},
+};
+
 }  // namespace
 
 const platform::Form& CToolView::Layout() {
@@ -55,48 +61,31 @@ void CToolView::OnFormPaint(FormWindow& form) {
     form.SetCheck(kShowAll, vWorld->IsExpanded(h) != 0);
 }
 
-void CToolView::FlipViewMode(FormWindow& form, int id, int flag) {
-    vViewMode ^= flag;
-    form.SetCheck(id, vViewMode & flag);
+void CToolView::OnControl(FormWindow& form, int id) {
+    for (const NodeButton& button : kNodeButtons)
+        if (button.id == id) return host.RunNodeCommand(button.command);
+    host.Changed(Run(form, id));
 }
 
-void CToolView::OnControl(FormWindow& form, int id) {
+Change CToolView::Run(FormWindow& form, int id) {
     switch (id) {
-        case kNodeName:
-            host.EditName();
-            host.RedrawAll();
-            break;
-        case kNodeProgramming:
-            host.EditScript();
-            break;
-        case kNodeSize:
-            DoSize().Run();
-            host.RedrawAll();
-            break;
-        case kNodeViewport:
-            DoViewport().Run();
-            host.RedrawAll();
-            break;
-        case kNodeLocation:
-            DoLocation().Run();
-            host.RedrawAll();
-            break;
+        // The edit view composes what is asked for at its next repaint.
         case kFocusMode:
-            FlipViewMode(form, id, kViewFocus);
-            break;
-        case kHideObjs:
-            FlipViewMode(form, id, kViewHideObjs);
-            break;
+        case kHideObjs: {
+            const auto flag = id == kFocusMode ? kViewFocus : kViewHideObjs;
+            vViewMode ^= flag;
+            form.SetCheck(id, vViewMode & flag);
+            return Change::Nothing;
+        }
         case kShowAll:
             vWorld->SetExpanded(HandleGuard(vWorld->GetCurrentObject()),
                                 form.IsChecked(kShowAll) ? 1 : 0);
-            host.RedrawAll();
-            break;
+            return Change::World;
         case kToPaint:
             vPanelMode = kPanelPaint;
             host.PostCommand(kCmdShowPaintPanel);
-            break;
+            return Change::Nothing;
         default:
-            break;
+            return Change::Nothing;
     }
 }

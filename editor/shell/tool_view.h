@@ -17,7 +17,7 @@ public:
     void OnFormPaint(platform::FormWindow& form) override;
 
 private:
-    void FlipViewMode(platform::FormWindow& form, int id, int flag);
+    Change Run(platform::FormWindow& form, int id);
 
     PanelHost& host;
     PropViewer viewer;

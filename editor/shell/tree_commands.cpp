@@ -1,6 +1,7 @@
 // The commands of the list's two menus.
 
 #include "editor/commands.h"
+#include "editor/script/do_programming.h"
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_size.h"
 #include "editor/shell/do_viewport.h"
@@ -47,126 +48,124 @@ const CSelectView::Binding CSelectView::kBindings[] = {
     {kCmdBoardName, &CSelectView::NameBoard},
     {kCmdObjectName, &CSelectView::NameObject},
     {kCmdProgramming, &CSelectView::EditScript},
-    {kCmdLocation, &CSelectView::EditLocation},
-    {kCmdSize, &CSelectView::EditSize},
-    {kCmdViewport, &CSelectView::EditViewport},
+    {kCmdLocation, &CSelectView::Edit<DoLocation>},
+    {kCmdSize, &CSelectView::Edit<DoSize>},
+    {kCmdViewport, &CSelectView::Edit<DoViewport>},
     {kCmdExpandAll, &CSelectView::ExpandAll},
     {kCmdHide, &CSelectView::Hide},
 };
 
 void CSelectView::OnCommand(int command) {
     const platform::WaitCursor wait;
-    if (command > kCmdMoveBase) {
-        MoveTo(command - kCmdMoveBase);
-        return;
-    }
+    if (command > kCmdMoveBase) return host.Changed(MoveTo(command - kCmdMoveBase));
     for (const Binding& binding : kBindings)
-        if (binding.command == command) (this->*binding.action)();
+        if (binding.command == command) host.Changed((this->*binding.action)());
 }
 
 // --- adding and deleting -----------------------------------------------------------------------
 
-void CSelectView::AddBoard() {
+Change CSelectView::AddBoard() {
     vWorld->ShowBoard(vWorld->NewBoard());
-    host.RedrawAll();
+    host.Changed(Change::World);
     host.EditName();
-    Invalidate();
+    return Change::List;
 }
 
-void CSelectView::AddObject() {
+Change CSelectView::AddObject() {
     vWorld->NewObject(HandleGuard(vWorld->GetCurrentObject()), 0, 0);
-    host.RedrawAll();
+    host.Changed(Change::World);
     host.EditName();
-    Invalidate();
+    return Change::List;
 }
 
-void CSelectView::Delete() {
+Change CSelectView::Delete() {
     {
         const HandleGuard h(vWorld->GetCurrentObject());
         const char* name = vWorld->GetName(h);
-        if (!name) return;
+        if (!name) return Change::Nothing;
         const char* question = vWorld->Node(h)->IsBoard() ? "Delete Board?" : "Delete Object?";
         if (!vPlatform->MessageBox(question, name, platform::Buttons::OkCancel,
                                    platform::Icon::Warning))
-            return;
+            return Change::Nothing;
         vWorld->EraseObject(h);
     }
-    SelectFirstBoard();
+    vWorld->SelectTreeRow(0);
+    return Change::World;
 }
 
 // --- copies ------------------------------------------------------------------------------------
 
-void CSelectView::CopyBoard() { CopyToClip(HandleGuard(vWorld->GetCurrentBoard())); }
+Change CSelectView::CopyBoard() {
+    CopyToClip(HandleGuard(vWorld->GetCurrentBoard()));
+    return Change::Nothing;
+}
 
-void CSelectView::CopyCurrentObject() { CopyToClip(HandleGuard(vWorld->GetCurrentObject())); }
+Change CSelectView::CopyCurrentObject() {
+    CopyToClip(HandleGuard(vWorld->GetCurrentObject()));
+    return Change::Nothing;
+}
 
-void CSelectView::DuplicateBoard() {
+Change CSelectView::DuplicateBoard() {
     const HandleGuard h(vWorld->GetCurrentBoard());
     if (const Dobject* board = vWorld->Node(h)) CopyObject(vWorld->Root(), *board);
-    Invalidate();
+    return Change::List;
 }
 
-void CSelectView::PasteBoard() {
+Change CSelectView::PasteBoard() {
     PasteClip(kRootHandle);
-    Invalidate();
+    return Change::List;
 }
 
-void CSelectView::PasteOnBoard() {
+Change CSelectView::PasteOnBoard() {
     PasteClip(HandleGuard(vWorld->GetCurrentBoard()));
-    Invalidate();
+    return Change::List;
 }
 
-void CSelectView::PasteOnObject() {
+Change CSelectView::PasteOnObject() {
     PasteClip(HandleGuard(vWorld->GetCurrentObject()));
-    host.RedrawAll();
+    return Change::World;
 }
 
-void CSelectView::MoveTo(std::int32_t id) {
+Change CSelectView::MoveTo(std::int32_t id) {
     {
         const HandleGuard h(vWorld->GetCurrentObject());
         const HandleGuard target(vWorld->GetHandleById(kRootHandle, id));
         vWorld->MoveObject(h, target);
     }
-    SelectFirstBoard();
+    vWorld->SelectTreeRow(0);
+    return Change::World;
 }
 
 // --- properties --------------------------------------------------------------------------------
 
-void CSelectView::NameBoard() {
+Change CSelectView::NameBoard() {
     host.EditName();
-    if (vPanelMode == kPanelProperties)
-        host.RedrawAll();
-    else
-        Invalidate();
+    return vPanelMode == kPanelProperties ? Change::World : Change::List;
 }
 
-void CSelectView::NameObject() {
+Change CSelectView::NameObject() {
     host.EditName();
-    host.RedrawAll();
+    return Change::World;
 }
 
-void CSelectView::EditLocation() {
-    DoLocation().Run();
-    host.RedrawAll();
+Change CSelectView::EditScript() {
+    DoProgramming().Run();
+    return Change::Nothing;
 }
 
-void CSelectView::EditSize() {
-    DoSize().Run();
-    host.RedrawAll();
+template <typename Dialog>
+Change CSelectView::Edit() {
+    Dialog().Run();
+    return Change::World;
 }
 
-void CSelectView::EditViewport() {
-    DoViewport().Run();
-    host.RedrawAll();
-}
-
-void CSelectView::ExpandAll() {
+Change CSelectView::ExpandAll() {
     vWorld->ExpandAll(HandleGuard(vWorld->GetCurrentObject()));
-    host.RedrawAll();
+    return Change::World;
 }
 
-void CSelectView::Hide() {
+Change CSelectView::Hide() {
     const HandleGuard h(vWorld->GetCurrentObject());
     vWorld->SetHidden(h, vWorld->IsHidden(h) ? 0 : 1);
-    host.RedrawAll();
+    return Change::World;
 }

@@ -15,13 +15,6 @@ void DrawBrushSwatch(BITMAP* bitmap) {
             glyphs.DrawGlyph(bitmap, swatch.chr, swatch.fg, swatch.bg, x, y);
 }
 
-std::string BrushNumbers() {
-    std::string text;
-    for (std::int32_t number : {vBrush.chr, vBrush.fg, vBrush.bg, vBrush.attrib})
-        text += (text.empty() ? "" : " ") + std::to_string(number);
-    return text;
-}
-
 void BrushPreview::OnDraw(platform::Window& own) {
     BITMAP* to = Buffer(HalfOf(own.ClientSize()), "BrushPreview");
     if (!to) return;
@@ -33,7 +26,6 @@ void BrushPreview::OnDraw(platform::Window& own) {
                                                  : ", colour " + std::to_string(vBrush.fg) +
                                                        " on " + std::to_string(vBrush.bg)) +
                        ", attribute " + std::to_string(vBrush.attrib));
-    if (role == PreviewRole::Settings && showNumbers) showNumbers(BrushNumbers());
 }
 
 bool BrushPreview::OnPress() {

@@ -3,10 +3,8 @@
 
 #include "editor/tools/picture_control.h"
 
-#include <string>
-
 enum class PreviewRole {
-    Settings = 0,    ///< in Brush Settings: also writes the brush's numbers
+    Settings = 0,    ///< in Brush Settings
     Panel = 1,       ///< on the paint panel: a click, Enter or Space opens Brush Settings
     FontEditor = 2,  ///< only shows
 };
@@ -21,8 +19,6 @@ public:
     bool OnPress() override;
 
     const PreviewRole role;
-    /// In the role Settings, at each repaint: glyph, colours and attribute of the brush.
-    std::function<void(const std::string&)> showNumbers;
     /// In the role Panel, after a click, Enter or Space.
     std::function<void()> openSettings;
 };
@@ -30,6 +26,3 @@ public:
 /// Covers a bitmap with the brush as the brush mode paints it: in Normal its glyph in its
 /// colours, in Text the glyph as the sheet has it. Other modes leave the bitmap alone.
 void DrawBrushSwatch(BITMAP* bitmap);
-
-/// "chr fg bg attrib" of the brush.
-std::string BrushNumbers();

@@ -41,6 +41,14 @@ constexpr Control kControls[] = {
 
 constexpr platform::Form kForm{"Brush Settings", 399, 178, "Courier New", 8, kControls};
 
+// "chr fg bg attrib" of the brush.
+std::string BrushNumbers() {
+    std::string text;
+    for (std::int32_t number : {vBrush.chr, vBrush.fg, vBrush.bg, vBrush.attrib})
+        text += (text.empty() ? "" : " ") + std::to_string(number);
+    return text;
+}
+
 }  // namespace
 
 bool DoBrushSettings::Run() {
@@ -66,15 +74,17 @@ void DoBrushSettings::OnInit(FormWindow& form) {
     fg.Attach(form.Picture(kBrushFg));
     bg.Attach(form.Picture(kBrushBg));
     preview.Attach(form.Picture(kBrushSwatch));
-    preview.showNumbers = [&form](const std::string& text) { form.SetText(kBrushNumbers, text); };
-    glyphs.repaintPreview = fg.repaintPreview = bg.repaintPreview = [this] { ShowBrush(); };
+    glyphs.repaintPreview = fg.repaintPreview =
+        bg.repaintPreview = [this, &form] { ShowBrush(form); };
+    ShowBrush(form);
     if (vBrush.attrib >= 0 && vBrush.attrib < kAttributes)
         form.SetCheck(kBrushAttrib + vBrush.attrib, true);
 }
 
 // A choice in one control may change what the others mark: a glyph has its hole hint, and
 // "Empty" clears both colours.
-void DoBrushSettings::ShowBrush() {
+void DoBrushSettings::ShowBrush(FormWindow& form) {
+    form.SetText(kBrushNumbers, BrushNumbers());
     preview.Invalidate();
     glyphs.Invalidate();
     fg.Invalidate();
@@ -94,11 +104,11 @@ void DoBrushSettings::OnControl(FormWindow& form, int id) {
         case kBrushSprite:
             vBrush.fg = kSpriteMark;
             UpdateHoleHint();
-            ShowBrush();
+            ShowBrush(form);
             break;
         case kBrushEmpty:
             vBrush = {};
-            ShowBrush();
+            ShowBrush(form);
             break;
         case platform::kIdOk:
             ReadAttrib(form);
@@ -111,7 +121,7 @@ void DoBrushSettings::OnControl(FormWindow& form, int id) {
         default:
             if (id >= kBrushAttrib && id < kBrushAttrib + kAttributes) {
                 vBrush.attrib = id - kBrushAttrib;
-                ShowBrush();
+                ShowBrush(form);
             }
             break;
     }

@@ -31,7 +31,7 @@ public:
     void OnControl(platform::FormWindow& form, int id) override;
 
 private:
-    void ShowBrush();
+    void ShowBrush(platform::FormWindow& form);
     void ReadAttrib(const platform::FormWindow& form);
 
     Brush before;

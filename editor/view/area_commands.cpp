@@ -4,7 +4,6 @@
 #include "editor/view/brush.h"
 #include "editor/view/fills.h"
 #include "editor/view/make_object.h"
-#include "editor/view/quilt_view.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
 #include "platform/platform.h"
@@ -103,9 +102,8 @@ void WithFilter(ViewHost& host, Act act) {
 
 void MakeNamedObject(Handle h, ViewHost& host) {
     if (!MakeObject(h)) return;
-    host.RedrawAll();
+    host.Changed(Change::World);
     host.EditName();
-    host.RedrawAll();
 }
 
 void Run(AreaAction action, Handle h, Point cursor, Point anchor, ViewHost& host) {
@@ -121,7 +119,6 @@ void Run(AreaAction action, Handle h, Point cursor, Point anchor, ViewHost& host
             break;
         case PasteSprite:
             PasteSpriteRegion(h);
-            host.RedrawBrushPreview();
             break;
         case NewObject:
             MakeNamedObject(h, host);

@@ -1,16 +1,11 @@
 // The commands of the area tools: each is a selection and an action on what was selected.
 #pragma once
 
+#include "editor/view/view_host.h"
 #include "platform/geometry.h"
 
 #include <cstdint>
 #include <span>
-
-class ViewHost;
-
-/// The dialogs of the area tools. The first four paint the selection of the current object on
-/// OK; Filter narrows the brush.
-enum class AreaDialog { Fade, Distance, Slime, Speckle, Filter };
 
 enum class Selection { Rect, Flood, SameAs, Line, RectOutline, Ellipse };
 

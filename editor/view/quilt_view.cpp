@@ -165,7 +165,7 @@ void CQuiltView::DragView(Point pixel) {
 
 void CQuiltView::MoveCurrentObject(Point tile) {
     vWorld->MoveTo(HandleGuard(vWorld->GetCurrentObject()), tile.x, tile.y);
-    host.RedrawPropViewer();
+    host.Changed(Change::Place);
 }
 
 // --- mouse -------------------------------------------------------------------------------------
@@ -297,9 +297,7 @@ void CQuiltView::Pick(Point at) {
         // An id beyond the range would read as a command of another menu.
         if (command < kCmdPickEnd) OnCommand(command);
     }
-    host.RedrawTree();
-    host.RedrawPropViewer();
-    Invalidate();
+    host.Changed(Change::Selection);
 }
 
 void CQuiltView::SelectPicked(int command) {
@@ -327,7 +325,7 @@ void CQuiltView::OnCommand(int command) {
             break;
         default:
             // The panel tells of the backup that was taken.
-            if (RunAreaCommand(command, Cursor(), Anchor(), host)) host.RedrawAll();
+            if (RunAreaCommand(command, Cursor(), Anchor(), host)) host.Changed(Change::World);
             break;
     }
 }

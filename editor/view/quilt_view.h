@@ -10,6 +10,7 @@
 #pragma once
 
 #include "editor/view/area_commands.h"
+#include "editor/view/view_host.h"
 #include "editor/view/view_state.h"
 #include "engine/bitmap.h"
 #include "platform/menu.h"
@@ -20,25 +21,6 @@
 #include <limits>
 #include <set>
 #include <span>
-
-/// What the view asks of the panes and panels around it.
-class ViewHost {
-public:
-    virtual ~ViewHost() = default;
-    virtual void RedrawTree() = 0;
-    virtual void RedrawPropViewer() = 0;
-    virtual void RedrawBrushPreview() = 0;
-    /// The brush mode was changed by a key.
-    virtual void ShowBrushMode() = 0;
-    /// Runs the Brush Settings dialog on vBrush; true when it closed with OK.
-    virtual bool EditBrush() = 0;
-    /// Runs a dialog of the area tools; true when it closed with OK.
-    virtual bool RunAreaDialog(AreaDialog dialog) = 0;
-    /// Asks for the current object's name.
-    virtual void EditName() = 0;
-    /// Every pane of the main window.
-    virtual void RedrawAll() = 0;
-};
 
 class CQuiltView final : public platform::WindowEvents {
 public:

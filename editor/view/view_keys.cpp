@@ -184,12 +184,12 @@ void CQuiltView::MoveCursor(int dx, int dy) {
 }
 
 void CQuiltView::Eyedropper() {
-    if (CursorCell(Cursor()).Get(vBrush)) host.RedrawBrushPreview();
+    if (CursorCell(Cursor()).Get(vBrush)) host.Changed(Change::Brush);
 }
 
 void CQuiltView::SetBrushMode(int mode) {
     vBrushMode = mode;
-    host.ShowBrushMode();
+    host.Changed(Change::BrushMode);
 }
 
 void CQuiltView::EnterTabMode() {
@@ -249,7 +249,7 @@ void CQuiltView::CenterCursor() {
 
 void CQuiltView::StepBrush(std::int32_t& field, int step, int last) {
     if (step < 0 ? field > 0 : field < last) field += step;
-    host.RedrawBrushPreview();
+    host.Changed(Change::Brush);
 }
 
 // A sprite brush has no foreground to step.
@@ -277,7 +277,7 @@ void CQuiltView::PlaceObjectClip() {
     if (!copy) return;
     copy->posx = cell.x;
     copy->posy = cell.y;
-    host.RedrawTree();
+    host.Changed(Change::List);
 }
 
 void CQuiltView::RecolorGrid() {

@@ -101,11 +101,7 @@ public:
     bool RunAreaDialog(AreaDialog dialog) override;
     void EditName() override;
     bool EditBrush() override { return false; }
-    void RedrawAll() override {}
-    void RedrawTree() override {}
-    void RedrawPropViewer() override {}
-    void RedrawBrushPreview() override {}
-    void ShowBrushMode() override {}
+    void Changed(Change) override {}
 
 private:
     void Do(int command, platform::Point from, platform::Point to, Brush brush);

@@ -163,7 +163,7 @@ protected:
             FilterBrush();
         }
         if (has("Make Object")) {
-            told = "rnr";
+            told = "rn";
         } else if (has("Copy")) {
             clipW = b[2], clipH = b[3];
             clip.assign(static_cast<std::size_t>(b[2] * b[3]), kHole);
@@ -175,7 +175,6 @@ protected:
             });
         } else if (has("Sprite")) {
             undo = tiles;
-            told = "p";
             Each([&](int x, int y) {
                 const int glyph = before.chr + (y - b[1]) * 16 + x - b[0];
                 if (glyph >= 256) return;

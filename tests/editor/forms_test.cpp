@@ -156,7 +156,7 @@ TEST_F(Forms, AllOfThem) {
     const std::function<void()> size = [] { DoSize().Run(); };
     const std::function<void()> brush = [this] { frame.EditBrush(); };
     const auto area = [](AreaDialog dialog) { return [dialog] { OpenAreaDialog(dialog); }; };
-    const std::string look = "[ ] [ ] [x] [ ] 'Numbers of the brush' ", name(50, 'n'),
+    const std::string look = "[ ] [ ] [x] [ ] '7 -2 1 2' ", name(50, 'n'),
                       painted = "blank0 backup30 ", filters = "[x] [x] [x] [x] ";
     const Row rows[] = {
         {"Name", [] { DoName().Run(); }, "'Attic' ", "1001=" + name + "nn", "name" + name + " "},

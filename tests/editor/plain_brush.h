@@ -20,14 +20,13 @@ inline void Paint(Dtile& tile, Brush brush) {
 }
 
 struct HostLog : ViewHost {
-    void RedrawTree() override { told += 't'; }
-    void RedrawPropViewer() override { told += 'v'; }
-    void RedrawBrushPreview() override { told += 'p'; }
-    void ShowBrushMode() override { told += 'm'; }
+    void Changed(Change what) override {
+        constexpr const char* kTold[] = {"", "", "v", "tv", "t", "p", "m", "", "r"};
+        told += kTold[static_cast<int>(what)];
+    }
     bool EditBrush() override { return false; }
     bool RunAreaDialog(AreaDialog) override { return false; }
     void EditName() override { told += 'n'; }
-    void RedrawAll() override { told += 'r'; }
 
     std::string told;
 };

@@ -133,7 +133,7 @@ TEST_F(Screens, TilesKeepWholeDevicePixels) {
     for (int i = 0; i < Board().width * Board().height; ++i)
         Board().PutTile(i % Board().width, i / Board().width, 219, i % 2 ? 47 : 63, 47, 0);
     Board().children.clear();
-    app->Frame().RedrawAll();
+    app->Frame().Changed(Change::World);
     Settle();
     const QImage image = edit->grab().toImage();
     const int tile = 8 * static_cast<int>(image.devicePixelRatio()), y = image.height() / 3;
