@@ -36,7 +36,7 @@ struct Area {
         vBrush = {176, 14, 1, 0};
         for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = static_cast<int>(i % 5);
         handle = world.AddHandle(node);
-        SelectRect(handle, {0, 0}, Last());
+        SelectRect(vArea, handle, {0, 0}, Last());
         whole = vMask;
     }
     ~Area() { vWorld->ReleaseHandle(handle); }
@@ -53,26 +53,26 @@ struct Area {
     std::vector<std::int32_t> whole;
 };
 
-void Fill(Area& area) { FillRegion(area.handle); }
-void Blend(Area& area) { BlendRegion(area.handle, {0, 0}, area.Last()); }
-void Paste(Area& area) { PasteRegion(area.handle); }
+void Fill(Area& area) { FillRegion(area.handle, vArea, vBrush); }
+void Blend(Area& area) { BlendRegion(area.handle, vArea, vBrush, {0, 0}, area.Last()); }
+void Paste(Area& area) { PasteRegion(area.handle, vArea); }
 void Normal(Area& area) {
     vWorld->BackupTiles(area.handle);
-    NormalFade(area.handle, area.cells, 0, kSet);
+    NormalFade(area.handle, vArea, vBrush, area.cells, 0, kSet);
 }
 void ScatteredNormal(Area& area) {
     vWorld->BackupTiles(area.handle);
-    NormalFade(area.handle, area.cells, kMaxRandom, kSet);
+    NormalFade(area.handle, vArea, vBrush, area.cells, kMaxRandom, kSet);
 }
 void Distance(Area& area) {
     vWorld->BackupTiles(area.handle);
     vFadeCenterX = vFadeCenterY = area.side / 2;
-    DistanceFade(area.handle, 35, 45, kMaxRandom, kSet);
+    DistanceFade(area.handle, vArea, vBrush, 35, 45, kMaxRandom, kSet);
 }
 void Slime(Area& area) {
     vWorld->BackupTiles(area.handle);
     vFadeCenterX = vFadeCenterY = area.side / 2;
-    SlimeFade(area.handle, kMaxRandom, kSet);
+    SlimeFade(area.handle, vArea, vBrush, kMaxRandom, kSet);
 }
 
 // Only the action is timed; selecting again is not.
@@ -120,7 +120,8 @@ void Flood(benchmark::State& state) {
         for (int x = 0; x < area.side; ++x)
             if (IsWall(shape, x, y)) area.node->PutTile(x, y, 219, 1, 1, 0);
     for (auto _ : state) {
-        for (int round = 0; round < area.Rounds(); ++round) SelectFlood(area.handle, area.Last());
+        for (int round = 0; round < area.Rounds(); ++round)
+            SelectFlood(vArea, area.handle, area.Last());
         benchmark::ClobberMemory();
     }
 }
@@ -184,7 +185,7 @@ void ClearSurface(benchmark::State& state) {
 void SelectOneByRect(benchmark::State& state) {
     Area area(kSide);
     for (auto _ : state) {
-        SelectRect(area.handle, {500, 500}, {500, 500});
+        SelectRect(vArea, area.handle, {500, 500}, {500, 500});
         benchmark::ClobberMemory();
     }
 }
@@ -193,7 +194,7 @@ void SelectOneByFlood(benchmark::State& state) {
     Area area(kSide);
     area.node->PutTile(500, 500, 1, 1, 1, 1);
     for (auto _ : state) {
-        SelectFlood(area.handle, {500, 500});
+        SelectFlood(vArea, area.handle, {500, 500});
         benchmark::ClobberMemory();
     }
 }

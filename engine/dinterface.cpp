@@ -10,14 +10,27 @@ Dinterface* vWorld = nullptr;
 
 namespace {
 
+[[noreturn]] void GiveUp(const char* message) {
+    Fatal(message, __FILE__, __LINE__);
+    std::exit(EXIT_FAILURE);
+}
+
 template <typename Part>
 std::unique_ptr<Part> MakePart(const char* message) {
     std::unique_ptr<Part> part(new (std::nothrow) Part);
-    if (!part) {
-        Fatal(message, __FILE__, __LINE__);
-        std::exit(EXIT_FAILURE);
-    }
+    if (!part) GiveUp(message);
     return part;
+}
+
+Bitmap MakeMask(int w, int h, const char* message) {
+    Bitmap mask = MakeBitmap(w, h);
+    if (!mask) GiveUp(message);
+    return mask;
+}
+
+bool HasRoot(const Dobject* root) {
+    if (!root) Fatal("vMain doesn't exist", __FILE__, __LINE__);
+    return root;
 }
 
 }  // namespace
@@ -75,10 +88,7 @@ std::int32_t Dinterface::NewObject(Handle parent, int x, int y) {
 }
 
 void Dinterface::ShowBoard(std::int32_t id) {
-    if (!vMain) {
-        Fatal("vMain doesn't exist", __FILE__, __LINE__);
-        return;
-    }
+    if (!HasRoot(vMain.get())) return;
     for (const auto& board : vMain->children) {
         if (board->id == id)
             board->posx = board->posy = 0;
@@ -105,20 +115,9 @@ void Dinterface::RedrawAll() {
 }
 
 void Dinterface::SetViewSize(int w, int h) {
-    if (!vMain) {
-        Fatal("vMain doesn't exist", __FILE__, __LINE__);
-        return;
-    }
-    Bitmap cells = MakeBitmap(w, h);
-    if (!cells) {
-        Fatal("Unable to create vClipBuffer", __FILE__, __LINE__);
-        std::exit(EXIT_FAILURE);
-    }
-    Bitmap pixels = MakeBitmap(w * kTileSize, h * kTileSize);
-    if (!pixels) {
-        Fatal("Unable to create vSubClipBuffer", __FILE__, __LINE__);
-        std::exit(EXIT_FAILURE);
-    }
+    if (!HasRoot(vMain.get())) return;
+    Bitmap cells = MakeMask(w, h, "Unable to create vClipBuffer");
+    Bitmap pixels = MakeMask(w * kTileSize, h * kTileSize, "Unable to create vSubClipBuffer");
     vMain->width = w;
     vMain->height = h;
     vClipBuffer = std::move(cells);
@@ -127,10 +126,7 @@ void Dinterface::SetViewSize(int w, int h) {
 }
 
 void Dinterface::DrawWorld(BITMAP* target, int x, int y) {
-    if (!vMain) {
-        Fatal("vMain doesn't exist", __FILE__, __LINE__);
-        return;
-    }
+    if (!HasRoot(vMain.get())) return;
     vMain->viewx = x;
     vMain->viewy = y;
     vMain->DrawChildren(target);

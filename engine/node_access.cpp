@@ -2,6 +2,13 @@
 
 namespace {
 
+constexpr std::int32_t Dobject::*kFields[] = {
+    &Dobject::posx,  &Dobject::posy,  &Dobject::posz,  &Dobject::width, &Dobject::height,
+    &Dobject::viewx, &Dobject::viewy, &Dobject::vieww, &Dobject::viewh,
+};
+
+bool IsProperty(int index) { return index >= kPosX && index <= kViewH; }
+
 void ExpandTree(Dobject& node) {
     node.Expand();
     for (const auto& child : node.children) ExpandTree(*child);
@@ -52,71 +59,34 @@ std::int32_t NodeAccess::GetId(Handle h) const {
 
 std::int32_t NodeAccess::GetProperty(Handle h, int index) const {
     const Dobject* node = Node(h);
-    if (!node) return 0;
-    switch (index) {
-        case kPosX:
-            return node->posx;
-        case kPosY:
-            return node->posy;
-        case kPosZ:
-            return node->posz;
-        case kWidth:
-            return node->width;
-        case kHeight:
-            return node->height;
-        case kViewX:
-            return node->viewx;
-        case kViewY:
-            return node->viewy;
-        case kViewW:
-            return node->vieww;
-        case kViewH:
-            return node->viewh;
-        default:
-            return 0;
-    }
+    return node && IsProperty(index) ? node->*kFields[index] : 0;
 }
 
 void NodeAccess::SetProperty(Handle h, int index, std::int32_t value) {
     Dobject* node = Editable(h);
-    if (!node) return;
-    const auto endExpansion = [node] { node->evieww = node->eviewh = 0; };
+    if (!node || !IsProperty(index)) return;
     switch (index) {
-        case kPosX:
-            node->posx = value;
-            break;
-        case kPosY:
-            node->posy = value;
-            break;
         case kPosZ:
-            ReSort(*node, value);
-            break;
+            return ReSort(*node, value);
         case kWidth:
             node->Resize(value, node->height);
-            break;
+            return;
         case kHeight:
             node->Resize(node->width, value);
-            break;
-        case kViewX:
-            node->viewx = value;
-            break;
-        case kViewY:
-            node->viewy = value;
-            break;
+            return;
         // The grid grows first, so that a size that is refused leaves the viewport as it was.
         case kViewW:
-            if (value > node->width && !node->Resize(value, node->height)) break;
-            endExpansion();
-            node->vieww = value;
+            if (value > node->width && !node->Resize(value, node->height)) return;
+            node->evieww = node->eviewh = 0;
             break;
         case kViewH:
-            if (value > node->height && !node->Resize(node->width, value)) break;
-            endExpansion();
-            node->viewh = value;
+            if (value > node->height && !node->Resize(node->width, value)) return;
+            node->evieww = node->eviewh = 0;
             break;
         default:
             break;
     }
+    node->*kFields[index] = value;
 }
 
 const char* NodeAccess::GetName(Handle h) const {

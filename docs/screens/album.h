@@ -20,7 +20,7 @@ struct Studio {
 
     /// Selects an object by its name, or the board itself when the name is empty.
     void Select(const char* board, const char* object = "");
-    void ShowPanel(int panelMode);
+    void ShowPanel(PanelMode panelMode);
 };
 
 /// The main window with each panel, and the menus.

@@ -44,7 +44,7 @@ void Studio::Select(const char* board, const char* object) {
     Settle();
 }
 
-void Studio::ShowPanel(int panelMode) {
+void Studio::ShowPanel(PanelMode panelMode) {
     vPanelMode = panelMode;
     app.Frame().OnCommand(panelMode == kPanelPaint ? kCmdShowPaintPanel : kCmdShowPropertiesPanel);
     Settle();

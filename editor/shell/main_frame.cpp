@@ -153,7 +153,9 @@ void CMainFrame::Changed(Change what) {
 
 bool CMainFrame::EditBrush() { return DoBrushSettings().Run(); }
 
-bool CMainFrame::RunAreaDialog(AreaDialog dialog) { return OpenAreaDialog(dialog); }
+bool CMainFrame::RunAreaDialog(AreaDialog dialog, TileArea& area) {
+    return OpenAreaDialog(dialog, area);
+}
 
 void CMainFrame::EditName() { DoName().Run(); }
 

@@ -50,7 +50,7 @@ constexpr Control kControls[] = {
 
 struct ModeRadio {
     int id;
-    int mode;
+    BrushMode mode;
 };
 constexpr ModeRadio kRadios[] = {
     {kRadioBrush, kBrushNormal},

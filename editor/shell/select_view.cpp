@@ -61,10 +61,8 @@ void CSelectView::PickRow(int y) {
 
 void CSelectView::OnLButtonDown(bool ctrl, platform::Point at) {
     if (ctrl) {
-        vPressX = at.x;
-        vPressY = at.y;
-        vPressRowX = vRowX;
-        vPressRowY = vRowY;
+        vPress = at;
+        vPressRow = {vRowX, vRowY};
         vListMode = kScrolling;
     } else {
         PickRow(at.y);
@@ -96,8 +94,8 @@ void CSelectView::SwapPanel() {
 
 void CSelectView::OnMouseMove(bool, platform::Point at) {
     if (vListMode == kScrolling) {
-        vRowX = ScrolledRow(vPressRowX, at.x, vPressX);
-        vRowY = ScrolledRow(vPressRowY, at.y, vPressY);
+        vRowX = ScrolledRow(vPressRow.x, at.x, vPress.x);
+        vRowY = ScrolledRow(vPressRow.y, at.y, vPress.y);
         Invalidate();
     } else if (vListMode == kPicking) {
         PickRow(at.y);

@@ -70,7 +70,7 @@ private:
     Bitmap vListBitmap;  ///< null until the first repaint
     std::int32_t vListW = 0, vListH = 0;
     std::int32_t vRowX = 0, vRowY = 0;  ///< scroll in rows of 10 pixels, from 0
-    std::int32_t vListMode = kIdle;
-    std::int32_t vPressX = 0, vPressY = 0;        ///< pixels, at the start of a scroll drag
-    std::int32_t vPressRowX = 0, vPressRowY = 0;  ///< scroll at the start of a scroll drag
+    ListMode vListMode = kIdle;
+    platform::Point vPress;     ///< window pixel where a scroll drag began
+    platform::Point vPressRow;  ///< vRowX, vRowY then
 };

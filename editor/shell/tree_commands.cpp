@@ -16,10 +16,10 @@
 
 namespace {
 
-void CopyToClip(Handle h) {
+Change CopyToClip(Handle h) {
     const Dobject* node = vWorld->Node(h);
-    if (!node) return;
-    if (auto copy = CopyObject(*node)) vObjectClip = std::move(copy);
+    if (auto copy = node ? CopyObject(*node) : nullptr) vObjectClip = std::move(copy);
+    return Change::Nothing;
 }
 
 void PasteClip(Handle parent) {
@@ -95,14 +95,10 @@ Change CSelectView::Delete() {
 
 // --- copies ------------------------------------------------------------------------------------
 
-Change CSelectView::CopyBoard() {
-    CopyToClip(HandleGuard(vWorld->GetCurrentBoard()));
-    return Change::Nothing;
-}
+Change CSelectView::CopyBoard() { return CopyToClip(HandleGuard(vWorld->GetCurrentBoard())); }
 
 Change CSelectView::CopyCurrentObject() {
-    CopyToClip(HandleGuard(vWorld->GetCurrentObject()));
-    return Change::Nothing;
+    return CopyToClip(HandleGuard(vWorld->GetCurrentObject()));
 }
 
 Change CSelectView::DuplicateBoard() {

@@ -5,7 +5,7 @@
 
 class DoDistance final : public FadeDialog {
 public:
-    DoDistance() : FadeDialog("DoDistance") {}
+    explicit DoDistance(TileArea& selected) : FadeDialog("DoDistance", selected) {}
 
     void OnInit(platform::FormWindow& form) override;
 

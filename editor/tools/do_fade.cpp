@@ -27,8 +27,8 @@ constexpr Control kControls[] = {
 
 }  // namespace
 
-DoFade::DoFade()
-    : FadeDialog("DoFade"),
+DoFade::DoFade(TileArea& selected)
+    : FadeDialog("DoFade", selected),
       blends(LoadFadeBlends("DoFade")),
       controls(std::begin(kControls), std::end(kControls)) {
     for (Control& control : controls)
@@ -60,5 +60,5 @@ void DoFade::ShowValues(FormWindow& form) {
 }
 
 void DoFade::Paint(FormWindow& form, Handle h) {
-    NormalFade(h, viewer.cells, form.GetValue(kFadeRandomSlider), tiles);
+    NormalFade(h, area, vBrush, viewer.cells, form.GetValue(kFadeRandomSlider), tiles);
 }

@@ -6,7 +6,7 @@
 
 class DoFade final : public FadeDialog {
 public:
-    DoFade();
+    explicit DoFade(TileArea& selected);
 
     platform::WindowEvents* PictureEvents(int id) override;
 

@@ -73,7 +73,7 @@ void DoFontEdit::Run() {
         return;
     }
     const Brush brush = vBrush;
-    const std::int32_t mode = vBrushMode;
+    const BrushMode mode = vBrushMode;
     // The preview shows the raw glyph.
     vBrushMode = kBrushText;
     if (vPlatform->RunDialog(kForm, *this) != platform::kIdOk) glyphs.TakeSheet(std::move(before));

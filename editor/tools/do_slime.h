@@ -5,7 +5,7 @@
 
 class DoSlime final : public FadeDialog {
 public:
-    DoSlime() : FadeDialog("DoSlime") {}
+    explicit DoSlime(TileArea& selected) : FadeDialog("DoSlime", selected) {}
 
     void OnInit(platform::FormWindow& form) override;
 

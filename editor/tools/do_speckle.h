@@ -1,15 +1,21 @@
 // The dialog "Speckle": the brush into a random part of the selection.
 #pragma once
 
+#include "editor/view/selection.h"
 #include "platform/form.h"
 
 enum SpeckleControl : int { kSpeckleLabel = 1001, kSpecklePercentage };
 
 class DoSpeckle final : public platform::FormEvents {
 public:
+    explicit DoSpeckle(TileArea& selected) : area(selected) {}
+
     /// Modal. True when it closed with OK; the selection has been painted then.
     bool Run();
 
     void OnInit(platform::FormWindow& form) override;
     void OnControl(platform::FormWindow& form, int id) override;
+
+private:
+    TileArea& area;  ///< what OK paints
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/tools/fade_library.h"
+#include "editor/view/selection.h"
 #include "engine/dinterface.h"
 #include "platform/form.h"
 
@@ -32,7 +33,7 @@ public:
     void OnChange(platform::FormWindow& form, int id) override;
 
 protected:
-    explicit FadeDialog(const char* name) : sets(LoadFadeSets(name)) {}
+    FadeDialog(const char* name, TileArea& selected) : area(selected), sets(LoadFadeSets(name)) {}
 
     virtual const platform::Form& Layout() = 0;
     virtual bool CanPaint() const { return !sets.empty(); }
@@ -41,6 +42,7 @@ protected:
     virtual void ShowValues(platform::FormWindow& form) = 0;
     virtual void UseSet(platform::FormWindow& form, const FadeTiles& chosen);
 
+    TileArea& area;     ///< what OK paints
     FadeTiles tiles{};  ///< of the current set
 
 private:

@@ -1,7 +1,5 @@
 #include "editor/tools/fade_fills.h"
 
-#include "editor/view/brush.h"
-#include "editor/view/selection.h"
 #include "engine/report.h"
 
 #include <cmath>
@@ -39,8 +37,8 @@ private:
     std::uint64_t inverse;  ///< 2 to the 64th over the sides, rounded up; 0 for one side
 };
 
-void PutGlyph(Handle h, int x, int y, int glyph) {
-    vWorld->SetTile(h, x, y, glyph, vBrush.fg, vBrush.bg, vBrush.attrib);
+void PutGlyph(Handle h, const Brush& brush, int x, int y, int glyph) {
+    vWorld->SetTile(h, x, y, glyph, brush.fg, brush.bg, brush.attrib);
 }
 
 // --- Distance fade -----------------------------------------------------------------------------
@@ -123,37 +121,37 @@ private:
     std::size_t span = 3;
 };
 
-bool IsSelected(Point at) {
-    return at.x >= std::max(vRegionX, 0) && at.y >= std::max(vRegionY, 0) &&
-           at.x < std::min(vRegionX + vRegionW, vMaskW) &&
-           at.y < std::min(vRegionY + vRegionH, vMaskH) && MaskAt(at.x, at.y) == kSelected;
+bool IsSelected(TileArea& area, Point at) {
+    return at.x >= std::max(area.x, 0) && at.y >= std::max(area.y, 0) &&
+           at.x < std::min(area.x + area.w, area.maskW) &&
+           at.y < std::min(area.y + area.h, area.maskH) && area.At(at.x, at.y) == kSelected;
 }
 
-std::size_t BoxIndex(Point at) {
-    return static_cast<std::size_t>(at.y - vRegionY) * static_cast<std::size_t>(vRegionW) +
-           static_cast<std::size_t>(at.x - vRegionX);
+std::size_t BoxIndex(const TileArea& area, Point at) {
+    return static_cast<std::size_t>(at.y - area.y) * static_cast<std::size_t>(area.w) +
+           static_cast<std::size_t>(at.x - area.x);
 }
 
 // Lets the wave run over the selection: the positions of the cells of the box that it reached.
 // They are written afterwards, row by row, since the wave's front lies across all rows of the
 // picture and would touch memory far apart with every cell.
-std::vector<std::uint8_t> SpreadSlime(int random) {
-    std::vector<std::uint8_t> positions(static_cast<std::size_t>(vRegionW) *
-                                        static_cast<std::size_t>(vRegionH));
+std::vector<std::uint8_t> SpreadSlime(TileArea& area, int random) {
+    std::vector<std::uint8_t> positions(static_cast<std::size_t>(area.w) *
+                                        static_cast<std::size_t>(area.h));
     SlimeWave wave(random);
     // A generation is walked from the cell added last to the one added first.
-    std::vector<Point> front{{vFadeCenterX, vFadeCenterY}};
+    std::vector<Point> front{{area.centerX, area.centerY}};
     std::vector<Point> next;
     for (; !front.empty(); std::swap(front, next)) {
         while (!front.empty()) {
             const Point at = front.back();
             const std::uint8_t position = wave.NextPosition();
-            if (IsSelected(at)) {
-                positions[BoxIndex(at)] = position;
-                MaskAt(at.x, at.y) = kReached;
+            if (IsSelected(area, at)) {
+                positions[BoxIndex(area, at)] = position;
+                area.At(at.x, at.y) = kReached;
                 for (const Point beside : {Point{at.x, at.y - 1}, Point{at.x, at.y + 1},
                                            Point{at.x - 1, at.y}, Point{at.x + 1, at.y}})
-                    if (IsSelected(beside)) next.push_back(beside);
+                    if (IsSelected(area, beside)) next.push_back(beside);
             }
             front.pop_back();
             wave.Count(front.size() + next.size());
@@ -164,47 +162,50 @@ std::vector<std::uint8_t> SpreadSlime(int random) {
 
 }  // namespace
 
-void DistanceFade(Handle h, int px, int py, int random, const FadeTiles& tiles) {
+void DistanceFade(Handle h, TileArea& area, const Brush& brush, int px, int py, int random,
+                  const FadeTiles& tiles) {
     static constexpr std::uint8_t kPositions[] = {0, 1, 2, 3, 4, 3, 2, 1};
-    const auto columns = SquaredSteps(vRegionX, vRegionW, vFadeCenterX, px);
-    const auto rows = SquaredSteps(vRegionY, vRegionH, vFadeCenterY, py);
+    const auto columns = SquaredSteps(area.x, area.w, area.centerX, px);
+    const auto rows = SquaredSteps(area.y, area.h, area.centerY, py);
     const Dice dice(random + 1);
-    ForEachSelected([&](int x, int y) {
-        const std::int64_t square = columns[static_cast<std::size_t>(x - vRegionX)] +
-                                    rows[static_cast<std::size_t>(y - vRegionY)];
+    ForEachSelected(area, [&](int x, int y) {
+        const std::int64_t square = columns[static_cast<std::size_t>(x - area.x)] +
+                                    rows[static_cast<std::size_t>(y - area.y)];
         const int d = static_cast<int>(std::sqrt(static_cast<double>(square)));
         const std::size_t step = static_cast<std::size_t>(dice.Roll() + d) % std::size(kPositions);
-        PutGlyph(h, x, y, TileAt(tiles, kPositions[step]));
+        PutGlyph(h, brush, x, y, TileAt(tiles, kPositions[step]));
     });
 }
 
-void NormalFade(Handle h, const FadeCells& cells, int random, const FadeTiles& tiles) {
+void NormalFade(Handle h, TileArea& area, const Brush& brush, const FadeCells& cells, int random,
+                const FadeTiles& tiles) {
     const Bitmap pattern = MakePattern(cells, tiles);
-    const Bitmap area = MakeBitmap(vRegionW, vRegionH);
-    const Bitmap shaken = MakeBitmap(vRegionW, vRegionH);
-    if (!pattern || !area || !shaken) {
+    const Bitmap plain = MakeBitmap(area.w, area.h);
+    const Bitmap shaken = MakeBitmap(area.w, area.h);
+    if (!pattern || !plain || !shaken) {
         Fatal("Unable to create the pattern of the fade", __FILE__, __LINE__);
         return;
     }
-    stretch_blit(pattern.get(), area.get(), 0, 0, kBlendSide, kBlendSide, 0, 0, vRegionW, vRegionH);
-    blit(area.get(), shaken.get(), 0, 0, 0, 0, vRegionW, vRegionH);
-    if (random > 0) Shake(*area, *shaken, Dice(random));
-    ForEachSelected(
-        [&](int x, int y) { PutGlyph(h, x, y, shaken->line[y - vRegionY][x - vRegionX]); });
+    stretch_blit(pattern.get(), plain.get(), 0, 0, kBlendSide, kBlendSide, 0, 0, area.w, area.h);
+    blit(plain.get(), shaken.get(), 0, 0, 0, 0, area.w, area.h);
+    if (random > 0) Shake(*plain, *shaken, Dice(random));
+    ForEachSelected(area, [&](int x, int y) {
+        PutGlyph(h, brush, x, y, shaken->line[y - area.y][x - area.x]);
+    });
 }
 
-void SlimeFade(Handle h, int random, const FadeTiles& tiles) {
-    const std::vector<std::uint8_t> positions = SpreadSlime(random);
-    VisitCells(kReached, [&](int x, int y) {
-        PutGlyph(h, x, y, TileAt(tiles, positions[BoxIndex({x, y})]));
+void SlimeFade(Handle h, TileArea& area, const Brush& brush, int random, const FadeTiles& tiles) {
+    const std::vector<std::uint8_t> positions = SpreadSlime(area, random);
+    VisitCells(area, kReached, [&](int x, int y) {
+        PutGlyph(h, brush, x, y, TileAt(tiles, positions[BoxIndex(area, {x, y})]));
         return true;
     });
 }
 
-void SpeckleFill(Handle h, int percentage) {
-    VisitCells(kSelected, [&](int x, int y) {
+void SpeckleFill(Handle h, TileArea& area, const Brush& brush, int percentage) {
+    VisitCells(area, kSelected, [&](int x, int y) {
         if (std::rand() % kOutcomes > percentage) return false;
-        PutGlyph(h, x, y, vBrush.chr);
+        PutGlyph(h, brush, x, y, brush.chr);
         return true;
     });
 }

@@ -6,16 +6,16 @@
 #include "editor/tools/do_slime.h"
 #include "editor/tools/do_speckle.h"
 
-bool OpenAreaDialog(AreaDialog dialog) {
+bool OpenAreaDialog(AreaDialog dialog, TileArea& area) {
     switch (dialog) {
         case AreaDialog::Fade:
-            return DoFade().Run();
+            return DoFade(area).Run();
         case AreaDialog::Distance:
-            return DoDistance().Run();
+            return DoDistance(area).Run();
         case AreaDialog::Slime:
-            return DoSlime().Run();
+            return DoSlime(area).Run();
         case AreaDialog::Speckle:
-            return DoSpeckle().Run();
+            return DoSpeckle(area).Run();
         case AreaDialog::Filter:
             return DoFilter().Run();
     }

@@ -64,85 +64,86 @@ constexpr AreaCommand kAreaCommands[] = {
 };
 
 // The cursor's tile in the grid, which is the seed of the selections that have one.
-Point Select(Selection selection, Handle h, Point cursor, Point anchor) {
+Point Select(Selection selection, TileArea& area, Handle h, Point cursor, Point anchor) {
     switch (selection) {
         case Rect:
-            SelectRect(h, cursor, anchor);
+            SelectRect(area, h, cursor, anchor);
             break;
         case Flood:
-            return SelectFlood(h, cursor);
+            return SelectFlood(area, h, cursor);
         case SameAs:
-            return SelectSameAs(h, cursor);
+            return SelectSameAs(area, h, cursor);
         case Line:
-            SelectLine(h, cursor, anchor);
+            SelectLine(area, h, cursor, anchor);
             break;
         case RectOutline:
-            SelectRectOutline(h, cursor, anchor);
+            SelectRectOutline(area, h, cursor, anchor);
             break;
         case Ellipse:
-            SelectEllipse(h, cursor, anchor);
+            SelectEllipse(area, h, cursor, anchor);
             break;
     }
     return ToGrid(h, cursor);
 }
 
-void PlaceFadeCenter(FadeCenter center, Point seed) {
-    if (center == Box) seed = {vRegionX + vRegionW / 2, vRegionY + vRegionH / 2};
+void PlaceFadeCenter(FadeCenter center, TileArea& area, Point seed) {
+    if (center == Box) seed = {area.x + area.w / 2, area.y + area.h / 2};
     if (center == None) return;
-    vFadeCenterX = seed.x;
-    vFadeCenterY = seed.y;
+    area.centerX = seed.x;
+    area.centerY = seed.y;
 }
 
 template <typename Act>
-void WithFilter(ViewHost& host, Act act) {
+void WithFilter(ViewHost& host, TileArea& area, Act act) {
     SaveBrush();
-    if (host.RunAreaDialog(AreaDialog::Filter)) act();
+    if (host.RunAreaDialog(AreaDialog::Filter, area)) act();
     RestoreBrush();
 }
 
-void MakeNamedObject(Handle h, ViewHost& host) {
-    if (!MakeObject(h)) return;
+void MakeNamedObject(Handle h, TileArea& area, ViewHost& host) {
+    if (!MakeObject(h, area)) return;
     host.Changed(Change::World);
     host.EditName();
 }
 
-void Run(AreaAction action, Handle h, Point cursor, Point anchor, ViewHost& host) {
+void Run(AreaAction action, TileArea& area, Brush& brush, Handle h, Point cursor, Point anchor,
+         ViewHost& host) {
     switch (action) {
         case Fill:
-            FillRegion(h);
+            FillRegion(h, area, brush);
             break;
         case Blend:
-            BlendRegion(h, cursor, anchor);
+            BlendRegion(h, area, brush, cursor, anchor);
             break;
         case Paste:
-            PasteRegion(h);
+            PasteRegion(h, area);
             break;
         case PasteSprite:
-            PasteSpriteRegion(h);
+            PasteSpriteRegion(h, area, brush);
             break;
         case NewObject:
-            MakeNamedObject(h, host);
+            MakeNamedObject(h, area, host);
             break;
         case Fade:
-            host.RunAreaDialog(AreaDialog::Fade);
+            host.RunAreaDialog(AreaDialog::Fade, area);
             break;
         case Distance:
-            host.RunAreaDialog(AreaDialog::Distance);
+            host.RunAreaDialog(AreaDialog::Distance, area);
             break;
         case Slime:
-            host.RunAreaDialog(AreaDialog::Slime);
+            host.RunAreaDialog(AreaDialog::Slime, area);
             break;
         case Speckle:
-            host.RunAreaDialog(AreaDialog::Speckle);
+            host.RunAreaDialog(AreaDialog::Speckle, area);
             break;
         case ReplaceFill:
-            WithFilter(host, [&] { FillRegion(h); });
+            WithFilter(host, area, [&] { FillRegion(h, area, brush); });
             break;
         case ReplaceSpeckle:
-            WithFilter(host, [&] { host.RunAreaDialog(AreaDialog::Speckle); });
+            WithFilter(host, area, [&] { host.RunAreaDialog(AreaDialog::Speckle, area); });
             break;
         case Copy:
-            WithFilter(host, [&] { CopyRegion(h); });
+            WithFilter(host, area, [&] { CopyRegion(h, area, brush); });
             break;
     }
 }
@@ -158,7 +159,7 @@ bool RunAreaCommand(int command, Point cursor, Point anchor, ViewHost& host) {
     if (row == std::end(kAreaCommands)) return false;
     const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
-    PlaceFadeCenter(row->center, Select(row->selection, h, cursor, anchor));
-    Run(row->action, h, cursor, anchor, host);
+    PlaceFadeCenter(row->center, vArea, Select(row->selection, vArea, h, cursor, anchor));
+    Run(row->action, vArea, vBrush, h, cursor, anchor, host);
     return true;
 }

@@ -27,7 +27,7 @@ void ScrollBy(int stepX, int stepY, bool back) {
 
 Brush vBrush = kFirstBrush;
 Brush vSavedBrush = kFirstBrush;
-std::int32_t vBrushMode = kBrushNormal;
+BrushMode vBrushMode = kBrushNormal;
 std::array<BrushSlot, kBrushSlots> vBrushSlots{{{1, 15, 1, 0}}};
 std::int32_t vBrushSlot = 0;
 std::int32_t vStepX = 0;

@@ -31,7 +31,7 @@ enum BrushMode : int {
 };
 inline constexpr int kBrushModes = 5;
 
-extern std::int32_t vBrushMode;
+extern BrushMode vBrushMode;
 
 /// The mode's name as the paint panel shows it; empty for a number that is no mode.
 const char* BrushModeName(int mode);

@@ -1,8 +1,5 @@
 #include "editor/view/fills.h"
 
-#include "editor/view/brush.h"
-#include "editor/view/selection.h"
-
 #include <cmath>
 #include <vector>
 
@@ -14,8 +11,8 @@ constexpr int kFullBlock = 219;
 constexpr int kUnseen = 255;  // the colour behind a full block
 
 // Summed up entry by entry in single precision, which decides where a band ends.
-std::vector<std::uint8_t> MakeRamp(std::size_t length) {
-    const auto [low, high] = std::minmax(vBrush.fg, vBrush.bg);
+std::vector<std::uint8_t> MakeRamp(const Brush& brush, std::size_t length) {
+    const auto [low, high] = std::minmax(brush.fg, brush.bg);
     const float step =
         length > 1 ? static_cast<float>(high - low) / static_cast<float>(length - 1) : 0.0f;
     std::vector<std::uint8_t> ramp(length);
@@ -29,26 +26,25 @@ std::vector<std::uint8_t> MakeRamp(std::size_t length) {
 
 }  // namespace
 
-void FillRegion(Handle h) {
+void FillRegion(Handle h, TileArea& area, const Brush& brush) {
     vWorld->BackupTiles(h);
-    const Brush brush = vBrush;
-    ForEachSelected([&](int x, int y) {
+    ForEachSelected(area, [&](int x, int y) {
         vWorld->SetTile(h, x, y, brush.chr, brush.fg, brush.bg, brush.attrib);
     });
 }
 
-void BlendRegion(Handle h, Point cursor, Point anchor) {
+void BlendRegion(Handle h, TileArea& area, const Brush& brush, Point cursor, Point anchor) {
     vWorld->BackupTiles(h);
     const double dx = static_cast<double>(cursor.x) - anchor.x;
     const double dy = static_cast<double>(cursor.y) - anchor.y;
     const auto length = static_cast<std::size_t>(std::sqrt(dx * dx + dy * dy));
     if (length == 0) return;
-    const std::vector<std::uint8_t> ramp = MakeRamp(length);
+    const std::vector<std::uint8_t> ramp = MakeRamp(brush, length);
     const double last = static_cast<double>(length - 1);
     const double distance = std::sqrt(dx * dx + dy * dy);
     const Point zero = ToGrid(h, cursor);
-    const int attrib = vBrush.attrib;
-    ForEachSelected([&](int x, int y) {
+    const int attrib = brush.attrib;
+    ForEachSelected(area, [&](int x, int y) {
         // The projection on the line. Whole numbers up to the one division: cells that lie
         // across from each other come out alike, which sine and cosine would not give.
         const double t = (dx * (x - zero.x) + dy * (y - zero.y)) / distance;

@@ -79,28 +79,27 @@ void CQuiltView::Compose() {
     BITMAP* to = vBackBuffer.get();
     clear_bitmap(to);
     if (vViewMode == 0) {
-        vWorld->DrawWorld(to, tPX, tPY);
+        vWorld->DrawWorld(to, vScroll.x, vScroll.y);
         return;
     }
     const HandleGuard h(vWorld->GetCurrentObject());
-    vWorld->DrawObjectMode(to, tPX, tPY, h, vViewMode);
+    vWorld->DrawObjectMode(to, vScroll.x, vScroll.y, h, vViewMode);
 }
 
 void CQuiltView::DrawMarks() {
     BITMAP* to = vBackBuffer.get();
-    const Point scroll{tPX, tPY};
-    const Point cursor{vCursorX + tPX, vCursorY + tPY};
-    const Point anchor{vAnchorX + tPX, vAnchorY + tPY};
+    const Point cursor = vCursor + vScroll;
+    const Point anchor = vDrag.anchor + vScroll;
     Point first;
     Point last;
-    const bool box = vToolState == kDragBox || vToolState == kKeyBox;
+    const bool box = vDrag.state == kDragBox || vDrag.state == kKeyBox;
     if (vPanelMode == kPanelPaint && box) {
         first = {std::min(cursor.x, anchor.x), std::min(cursor.y, anchor.y)};
         last = {std::max(cursor.x, anchor.x), std::max(cursor.y, anchor.y)};
         DrawBoxMark(to, first, last);
     } else {
         DrawBoxMark(to, cursor, cursor);
-        if (vPanelMode == kPanelPaint && vToolState == kDragPoints) {
+        if (vPanelMode == kPanelPaint && vDrag.state == kDragPoints) {
             first = cursor;
             last = anchor;
             DrawBoxMark(to, anchor, anchor);
@@ -109,14 +108,14 @@ void CQuiltView::DrawMarks() {
 
     constexpr int kBoardFrame = 4;
     constexpr int kObjectFrame = 2;
-    DrawNodeFrame(to, HandleGuard(vWorld->GetCurrentBoard()), scroll, kBoardFrame);
+    DrawNodeFrame(to, HandleGuard(vWorld->GetCurrentBoard()), vScroll, kBoardFrame);
     const HandleGuard object(vWorld->GetCurrentObject());
-    DrawNodeFrame(to, object, scroll, kObjectFrame);
-    if (vPanelMode == kPanelPaint && vShowAttrib) DrawAttribOverlay(to, object, scroll);
-    DrawScreenFrame(to, scroll, vWorld->videoMode);
-    if (vRuler != 1) return;
+    DrawNodeFrame(to, object, vScroll, kObjectFrame);
+    if (vPanelMode == kPanelPaint && vShowAttrib) DrawAttribOverlay(to, object, vScroll);
+    DrawScreenFrame(to, vScroll, vWorld->videoMode);
+    if (!vRuler) return;
     if (first == last)
-        DrawRulerCross(to, object, Cursor(), scroll);
+        DrawRulerCross(to, object, vCursor, vScroll);
     else
         DrawRulerBox(to, first, last);
 }
@@ -134,10 +133,10 @@ void CQuiltView::OnDraw(platform::Window& own) {
     const double zoom = static_cast<double>(vZoom);
     own.ShowPicture({vBackBuffer->line, vBackW, vBackH},
                     {Truncated(vBackW / zoom), Truncated(vBackH / zoom)});
-    std::string description = Describe(Cursor());
-    if (vToolState == kKeyBox)
-        description += "; box of " + std::to_string(std::abs(vAnchorX - vCursorX) + 1) + " x " +
-                       std::to_string(std::abs(vAnchorY - vCursorY) + 1);
+    std::string description = Describe(vCursor);
+    if (vDrag.state == kKeyBox)
+        description += "; box of " + std::to_string(std::abs(vDrag.anchor.x - vCursor.x) + 1) +
+                       " x " + std::to_string(std::abs(vDrag.anchor.y - vCursor.y) + 1);
     own.SetDescription(description);
     onShown();
 }
@@ -145,22 +144,22 @@ void CQuiltView::OnDraw(platform::Window& own) {
 // --- places ------------------------------------------------------------------------------------
 
 Point CQuiltView::TileAt(Point pixel) const {
-    return {Truncated(pixel.x / Scale() - tPX), Truncated(pixel.y / Scale() - tPY)};
+    return {Truncated(pixel.x / Scale() - vScroll.x), Truncated(pixel.y / Scale() - vScroll.y)};
 }
 
 Point CQuiltView::CornerOf(Point tile) const {
-    return {Truncated((tile.x + tPX + 1) * Scale()), Truncated((tile.y + tPY + 1) * Scale())};
+    return {Truncated((tile.x + vScroll.x + 1) * Scale()),
+            Truncated((tile.y + vScroll.y + 1) * Scale())};
 }
 
 void CQuiltView::PlaceCursor(Point tile) {
-    if (tile != Cursor()) vLastX = vLastY = kNowhere;
-    vCursorX = tile.x;
-    vCursorY = tile.y;
+    if (tile != vCursor) vLast.reset();
+    vCursor = tile;
 }
 
 void CQuiltView::DragView(Point pixel) {
-    tPX = Truncated((pixel.x - vAnchorX) / Scale() + vGrabX);
-    tPY = Truncated((pixel.y - vAnchorY) / Scale() + vGrabY);
+    vScroll = {Truncated((pixel.x - vDrag.press.x) / Scale() + vDrag.scroll.x),
+               Truncated((pixel.y - vDrag.press.y) / Scale() + vDrag.scroll.y)};
 }
 
 void CQuiltView::MoveCurrentObject(Point tile) {
@@ -172,17 +171,13 @@ void CQuiltView::MoveCurrentObject(Point tile) {
 
 void CQuiltView::OnLButtonDown(bool ctrl, Point at) {
     if (ctrl) {
-        vToolState = kDragView;
-        vAnchorX = at.x;
-        vAnchorY = at.y;
-        vGrabX = tPX;
-        vGrabY = tPY;
+        vDrag = {kDragView, vDrag.anchor, at, vScroll};
         window->SetCapture();
     } else {
         PlaceCursor(TileAt(at));
         if (vPanelMode == kPanelPaint) {
-            vToolState = kFollow;
-            vTextMargin = vCursorX;
+            vDrag.state = kFollow;
+            vTextMargin = vCursor.x;
         } else {
             Pick(at);
         }
@@ -191,36 +186,34 @@ void CQuiltView::OnLButtonDown(bool ctrl, Point at) {
 }
 
 void CQuiltView::OnLButtonUp(bool, Point) {
-    vToolState = kIdle;
+    vDrag.state = kIdle;
     window->ReleaseCapture();
 }
 
 void CQuiltView::OnRButtonDown(bool ctrl, Point at) {
     const Point tile = TileAt(at);
     if (vPanelMode == kPanelProperties) MoveCurrentObject(tile);
-    vToolState = ctrl ? kDragPoints : kDragBox;
+    vDrag = {.state = ctrl ? kDragPoints : kDragBox, .anchor = tile};
     PlaceCursor(tile);
-    vAnchorX = tile.x;
-    vAnchorY = tile.y;
     Invalidate();
 }
 
 void CQuiltView::OnRButtonUp(bool, Point at) {
     if (vPanelMode == kPanelPaint) {
-        if (vToolState == kDragPoints)
+        if (vDrag.state == kDragPoints)
             RunMenu(vPrimMenu, at);
         else
             RunToolMenu(at);
         return;
     }
-    vToolState = kIdle;
+    vDrag.state = kIdle;
     window->ReleaseCapture();
 }
 
 void CQuiltView::OnMouseMove(bool, Point at) {
     const Point tile = TileAt(at);
     const bool properties = vPanelMode == kPanelProperties;
-    switch (vToolState) {
+    switch (vDrag.state) {
         case kDragView:
             DragView(at);
             break;
@@ -239,8 +232,7 @@ void CQuiltView::OnMouseMove(bool, Point at) {
             [[fallthrough]];
         case kDragPoints:
             if (properties) break;
-            vAnchorX = tile.x;
-            vAnchorY = tile.y;
+            vDrag.anchor = tile;
             break;
         default:
             break;
@@ -254,8 +246,8 @@ void CQuiltView::OnMouseWheel(int delta) {
 }
 
 void CQuiltView::EndBox() {
-    if (vToolState != kKeyBox) return;
-    vToolState = kIdle;
+    if (vDrag.state != kKeyBox) return;
+    vDrag.state = kIdle;
     Invalidate();
 }
 
@@ -264,14 +256,14 @@ void CQuiltView::EndBox() {
 void CQuiltView::RunMenu(const platform::Menu& menu, Point at) {
     // The drag stays as it is while the menu is up, so that its mark can be seen.
     const int command = window->TrackPopupMenu(menu, window->ClientToScreen(at));
-    vToolState = kIdle;
+    vDrag.state = kIdle;
     window->ReleaseCapture();
     OnCommand(command);
     Invalidate();
 }
 
 void CQuiltView::RunToolMenu(Point at) {
-    platform::FindEntry(vToolMenu, kCmdRuler)->checked = vRuler == 1;
+    platform::FindEntry(vToolMenu, kCmdRuler)->checked = vRuler;
     RunMenu(vToolMenu, at);
 }
 
@@ -279,7 +271,7 @@ void CQuiltView::Pick(Point at) {
     int list = -1;
     {
         const HandleGuard board(vWorld->GetCurrentBoard());
-        list = vWorld->StartHandleListAt(board, vCursorX, vCursorY);
+        list = vWorld->StartHandleListAt(board, vCursor.x, vCursor.y);
     }
     const int count = vWorld->CountHandles(list);
     platform::Menu menu;
@@ -320,12 +312,12 @@ void CQuiltView::OnCommand(int command) {
             ZoomBy(2.0f);
             break;
         case kCmdRuler:
-            vRuler = 1 - vRuler;
+            vRuler = !vRuler;
             Invalidate();
             break;
         default:
             // The panel tells of the backup that was taken.
-            if (RunAreaCommand(command, Cursor(), Anchor(), host)) host.Changed(Change::World);
+            if (RunAreaCommand(command, vCursor, vDrag.anchor, host)) host.Changed(Change::World);
             break;
     }
 }

@@ -6,10 +6,11 @@
 //
 // Three kinds of coordinates occur: window pixels (the mouse), world tiles (cursor, anchor,
 // scroll), and the grid of one node. A world tile (x, y) stands at bitmap pixel
-// ((x + tPX) * 8, (y + tPY) * 8).
+// ((x, y) + vScroll) * 8.
 #pragma once
 
 #include "editor/view/area_commands.h"
+#include "editor/view/brush.h"
 #include "editor/view/view_host.h"
 #include "editor/view/view_state.h"
 #include "engine/bitmap.h"
@@ -18,7 +19,7 @@
 
 #include <cstdint>
 #include <functional>
-#include <limits>
+#include <optional>
 #include <set>
 #include <span>
 
@@ -51,11 +52,11 @@ public:
     void OnCommand(int command);
 
     /// Cursor and anchor in world tiles: what the area tools start from.
-    platform::Point Cursor() const { return {vCursorX, vCursorY}; }
-    platform::Point Anchor() const { return {vAnchorX, vAnchorY}; }
+    platform::Point Cursor() const { return vCursor; }
+    platform::Point Anchor() const { return vDrag.anchor; }
     float Zoom() const { return vZoom; }
     /// The scroll in tiles.
-    platform::Point Scroll() const { return {tPX, tPY}; }
+    platform::Point Scroll() const { return vScroll; }
     /// The codes, with flags, of the keys that act while that panel is up, each once.
     static std::set<int> KeysOf(PanelMode panel);
 
@@ -68,7 +69,12 @@ private:
         kDragPoints = 4,  ///< right button with Ctrl: where a primitive begins and ends
         kKeyBox = 5,      ///< Ctrl and arrows in the paint panel: a box that stays
     };
-    static constexpr std::int32_t kNowhere = std::numeric_limits<std::int32_t>::min();
+    struct Drag {
+        ToolState state = kIdle;
+        platform::Point anchor{};  ///< world tile, across from the cursor
+        platform::Point press{};   ///< window pixel where a view drag began
+        platform::Point scroll{};  ///< vScroll then
+    };
 
     using KeyAction = void (CQuiltView::*)();
     struct KeyBinding;
@@ -113,7 +119,7 @@ private:
     void Eyedropper();
     void EnterTabMode();
     void LeaveTabMode();
-    void SetBrushMode(int mode);
+    void SetBrushMode(BrushMode mode);
     template <int dx, int dy>
     void StretchBox();
     template <int dx, int dy>
@@ -146,16 +152,12 @@ private:
     float vZoom = 1.0f;  ///< source pixels per window pixel: 0.25, 0.5, 1 or 2
     float vLastZoom = 1.0f;
     std::int32_t vBackW = 0, vBackH = 0;  ///< of vBackBuffer, pixels
-    std::int32_t tPX = 0, tPY = 0;        ///< scroll in tiles; may be negative
-    std::int32_t vToolState = kIdle;
-    /// Where a drag began: a window pixel while the view is dragged, else a world tile.
-    std::int32_t vAnchorX = 0, vAnchorY = 0;
-    std::int32_t vGrabX = 0, vGrabY = 0;      ///< tPX, tPY at the press of a view drag
-    std::int32_t vCursorX = 0, vCursorY = 0;  ///< may lie outside every grid
-    /// Where the Blender stepped with the last key, kNowhere if it did not.
-    std::int32_t vLastX = kNowhere, vLastY = kNowhere;
-    std::int32_t vTextMargin = 0;  ///< world column to which Enter returns
-    std::int32_t vPenDown = 0;     ///< 1 while Shift paints
+    platform::Point vScroll;              ///< tiles; may be negative
+    Drag vDrag;
+    platform::Point vCursor;               ///< world tile; may lie outside every grid
+    std::optional<platform::Point> vLast;  ///< where the Blender stepped with the last key
+    std::int32_t vTextMargin = 0;          ///< world column to which Enter returns
+    std::int32_t vPenDown = 0;             ///< 1 while Shift paints
     platform::Menu vToolMenu;
     platform::Menu vPrimMenu;
 };

@@ -6,19 +6,17 @@
 
 using platform::Point;
 
-std::vector<std::int32_t> vMask;
-std::int32_t vMaskW = 0, vMaskH = 0;
-std::int32_t vRegionX = 0, vRegionY = 0, vRegionW = 1, vRegionH = 1;
-std::int32_t vFadeCenterX = 0, vFadeCenterY = 0;
+TileArea vArea;
 
 namespace {
 
-void ClearMask(Handle h) {
-    vMaskW = vWorld->GetProperty(h, kWidth);
-    vMaskH = vWorld->GetProperty(h, kHeight);
-    const std::size_t cells = static_cast<std::size_t>(vMaskW) * static_cast<std::size_t>(vMaskH);
-    if (vMask.size() < cells) vMask.resize(cells);
-    std::fill_n(vMask.begin(), cells, kNotSelected);
+void ClearMask(TileArea& area, Handle h) {
+    area.maskW = vWorld->GetProperty(h, kWidth);
+    area.maskH = vWorld->GetProperty(h, kHeight);
+    const std::size_t cells =
+        static_cast<std::size_t>(area.maskW) * static_cast<std::size_t>(area.maskH);
+    if (area.mask.size() < cells) area.mask.resize(cells);
+    std::fill_n(area.mask.begin(), cells, kNotSelected);
 }
 
 // A tile as one number: four fields are equal if their numbers are.
@@ -28,8 +26,10 @@ std::uint64_t AllFields(const Dtile& tile) { return std::bit_cast<std::uint64_t>
 // of it needs a look at that part only.
 class Flood {
 public:
-    Flood(const Dobject& node, Point start)
-        : tiles(node.tiles.data()),
+    Flood(TileArea& selection, const Dobject& node, Point start)
+        : area(selection),
+          mask(selection.mask.data()),
+          tiles(node.tiles.data()),
           width(node.width),
           height(node.height),
           like(AllFields(tiles[IndexOf(start.x, start.y)])),
@@ -43,12 +43,12 @@ public:
         while (!waiting.empty()) {
             const Run run = waiting.back();
             waiting.pop_back();
-            if (vMask[IndexOf(run.first, run.y)] == kNotSelected) Take(run);
+            if (mask[IndexOf(run.first, run.y)] == kNotSelected) Take(run);
         }
-        vRegionX = left;
-        vRegionY = top;
-        vRegionW = right - left + 1;
-        vRegionH = bottom - top + 1;
+        area.x = left;
+        area.y = top;
+        area.w = right - left + 1;
+        area.h = bottom - top + 1;
     }
 
 private:
@@ -62,7 +62,7 @@ private:
     }
 
     bool Takes(std::size_t i) const {
-        return vMask[i] == kNotSelected && AllFields(tiles[i]) == like;
+        return mask[i] == kNotSelected && AllFields(tiles[i]) == like;
     }
 
     void Take(Run run) {
@@ -70,7 +70,7 @@ private:
         while (run.first > 0 && Takes(row + static_cast<std::size_t>(run.first - 1))) --run.first;
         while (run.last + 1 < width && Takes(row + static_cast<std::size_t>(run.last + 1)))
             ++run.last;
-        std::fill(&MaskAt(run.first, run.y), &MaskAt(run.last, run.y) + 1, kSelected);
+        std::fill(&area.At(run.first, run.y), &area.At(run.last, run.y) + 1, kSelected);
         if (vTraceOn)
             for (int x = run.first; x <= run.last; ++x) Trace("%i,%i\n", x, run.y);
         left = std::min(left, run.first);
@@ -91,6 +91,8 @@ private:
         }
     }
 
+    TileArea& area;
+    std::int32_t* mask;
     const Dtile* tiles;
     int width, height;
     std::uint64_t like;
@@ -105,49 +107,49 @@ Point ToGrid(Handle h, Point tile) {
     return tile;
 }
 
-void StartBox(Handle h, Point cursor, Point anchor) {
-    ClearMask(h);
+void StartBox(TileArea& area, Handle h, Point cursor, Point anchor) {
+    ClearMask(area, h);
     const auto clamped = [&](Point tile) {
         const Point at = ToGrid(h, tile);
-        return Point{std::clamp(at.x, 0, std::max(vMaskW - 1, 0)),
-                     std::clamp(at.y, 0, std::max(vMaskH - 1, 0))};
+        return Point{std::clamp(at.x, 0, std::max(area.maskW - 1, 0)),
+                     std::clamp(at.y, 0, std::max(area.maskH - 1, 0))};
     };
     const Point a = clamped(cursor);
     const Point b = clamped(anchor);
-    vRegionX = std::min(a.x, b.x);
-    vRegionY = std::min(a.y, b.y);
-    vRegionW = std::max(a.x, b.x) - vRegionX + 1;
-    vRegionH = std::max(a.y, b.y) - vRegionY + 1;
+    area.x = std::min(a.x, b.x);
+    area.y = std::min(a.y, b.y);
+    area.w = std::max(a.x, b.x) - area.x + 1;
+    area.h = std::max(a.y, b.y) - area.y + 1;
 }
 
-void SelectRect(Handle h, Point cursor, Point anchor) {
-    StartBox(h, cursor, anchor);
-    if (vMaskW == 0 || vMaskH == 0) return;
-    for (int y = vRegionY; y < vRegionY + vRegionH; ++y)
-        std::fill_n(&MaskAt(vRegionX, y), vRegionW, kSelected);
+void SelectRect(TileArea& area, Handle h, Point cursor, Point anchor) {
+    StartBox(area, h, cursor, anchor);
+    if (area.maskW == 0 || area.maskH == 0) return;
+    for (int y = area.y; y < area.y + area.h; ++y)
+        std::fill_n(&area.At(area.x, y), area.w, kSelected);
 }
 
-Point SelectFlood(Handle h, Point cursor) {
+Point SelectFlood(TileArea& area, Handle h, Point cursor) {
     const Point seed = ToGrid(h, cursor);
-    ClearMask(h);
-    vRegionX = seed.x;
-    vRegionY = seed.y;
-    vRegionW = vRegionH = 1;
+    ClearMask(area, h);
+    area.x = seed.x;
+    area.y = seed.y;
+    area.w = area.h = 1;
     Dobject* node = vWorld->Node(h);
-    if (node && node->GetTile(seed.x, seed.y)) Flood(*node, seed).Fill();
+    if (node && node->GetTile(seed.x, seed.y)) Flood(area, *node, seed).Fill();
     return seed;
 }
 
-Point SelectSameAs(Handle h, Point cursor) {
+Point SelectSameAs(TileArea& area, Handle h, Point cursor) {
     const Point seed = ToGrid(h, cursor);
-    ClearMask(h);
-    vRegionX = vRegionY = 0;
-    vRegionW = std::max(vMaskW, 1);
-    vRegionH = std::max(vMaskH, 1);
+    ClearMask(area, h);
+    area.x = area.y = 0;
+    area.w = std::max(area.maskW, 1);
+    area.h = std::max(area.maskH, 1);
     Dobject* node = vWorld->Node(h);
     const Dtile* like = node ? node->GetTile(seed.x, seed.y) : nullptr;
     if (!like) return seed;
-    std::transform(node->tiles.begin(), node->tiles.end(), vMask.begin(),
+    std::transform(node->tiles.begin(), node->tiles.end(), area.mask.begin(),
                    [fields = AllFields(*like)](const Dtile& tile) {
                        return AllFields(tile) == fields ? kSelected : kNotSelected;
                    });

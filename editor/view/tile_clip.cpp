@@ -1,8 +1,5 @@
 #include "editor/view/tile_clip.h"
 
-#include "editor/view/brush.h"
-#include "editor/view/selection.h"
-
 std::vector<Dtile> vTileClip;
 std::int32_t vTileClipW = 0, vTileClipH = 0;
 std::int32_t vTileClipSkip = 0;
@@ -25,43 +22,42 @@ void ClearTileClip() {
     vTileClipW = vTileClipH = 0;
 }
 
-void CopyRegion(Handle h) {
-    vTileClipW = vRegionW;
-    vTileClipH = vRegionH;
-    vTileClip.assign(static_cast<std::size_t>(vRegionW) * static_cast<std::size_t>(vRegionH),
-                     kHole);
+void CopyRegion(Handle h, TileArea& area, const Brush& brush) {
+    vTileClipW = area.w;
+    vTileClipH = area.h;
+    vTileClip.assign(static_cast<std::size_t>(area.w) * static_cast<std::size_t>(area.h), kHole);
     Dobject* node = vWorld->Node(h);
     if (!node) return;
-    ForEachSelected([&](int x, int y) {
+    ForEachSelected(area, [&](int x, int y) {
         const Dtile* tile = node->GetTile(x, y);
         if (!tile) return;
-        Dtile& cell = ClipCell(x - vRegionX, y - vRegionY);
-        if (vBrush.chr != kKeepField) cell.chr = tile->chr;
-        if (vBrush.fg != kKeepField) cell.fg = tile->fg;
-        if (vBrush.bg != kKeepField) cell.bg = tile->bg;
-        if (vBrush.attrib != kKeepField) cell.attrib = tile->attrib;
+        Dtile& cell = ClipCell(x - area.x, y - area.y);
+        if (brush.chr != kKeepField) cell.chr = tile->chr;
+        if (brush.fg != kKeepField) cell.fg = tile->fg;
+        if (brush.bg != kKeepField) cell.bg = tile->bg;
+        if (brush.attrib != kKeepField) cell.attrib = tile->attrib;
     });
 }
 
-void PasteRegion(Handle h) {
+void PasteRegion(Handle h, TileArea& area) {
     if (vTileClipW < 1 || vTileClipH < 1) return;
     vWorld->BackupTiles(h);
-    ForEachSelected([&](int x, int y) {
-        const Dtile& cell = ClipCell((x - vRegionX) % vTileClipW, (y - vRegionY) % vTileClipH);
+    ForEachSelected(area, [&](int x, int y) {
+        const Dtile& cell = ClipCell((x - area.x) % vTileClipW, (y - area.y) % vTileClipH);
         if (vTileClipSkip && cell == Dtile{}) return;
         vWorld->SetTile(h, x, y, Signed(cell.chr), Signed(cell.fg), Signed(cell.bg),
                         Signed(cell.attrib));
     });
 }
 
-void PasteSpriteRegion(Handle h) {
+void PasteSpriteRegion(Handle h, TileArea& area, Brush& brush) {
     vWorld->BackupTiles(h);
     const int count = vWorld->GetFont()->GlyphCount();
-    ForEachSelected([&](int x, int y) {
-        const int glyph = vBrush.chr + (y - vRegionY) * kSheetColumns + (x - vRegionX);
+    ForEachSelected(area, [&](int x, int y) {
+        const int glyph = brush.chr + (y - area.y) * kSheetColumns + (x - area.x);
         if (glyph >= count) return;
-        vBrush.fg = kSpriteMark;
-        vBrush.bg = HoleHint(glyph);
-        vWorld->SetTile(h, x, y, glyph, vBrush.fg, vBrush.bg, vBrush.attrib);
+        brush.fg = kSpriteMark;
+        brush.bg = HoleHint(glyph);
+        vWorld->SetTile(h, x, y, glyph, brush.fg, brush.bg, brush.attrib);
     });
 }

@@ -19,6 +19,8 @@ enum class Change {
 /// OK; Filter narrows the brush.
 enum class AreaDialog { Fade, Distance, Slime, Speckle, Filter };
 
+struct TileArea;
+
 class ViewHost {
 public:
     virtual ~ViewHost() = default;
@@ -29,7 +31,7 @@ public:
     /// Brush Settings, on vBrush; true when it closed with OK.
     virtual bool EditBrush() = 0;
     /// A dialog of the area tools; true when it closed with OK.
-    virtual bool RunAreaDialog(AreaDialog dialog) = 0;
+    virtual bool RunAreaDialog(AreaDialog dialog, TileArea& area) = 0;
     /// The current object's name.
     virtual void EditName() = 0;
 };

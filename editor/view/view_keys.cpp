@@ -124,7 +124,7 @@ void CQuiltView::OnKeyDown(int code) {
     const bool paint = vPanelMode == kPanelPaint;
     // Shift is then on its way to be a part of another key.
     const bool half = code == (kCtrl | platform::kKeyShift) ||
-                      (vToolState == kKeyBox && code == platform::kKeyShift);
+                      (vDrag.state == kKeyBox && code == platform::kKeyShift);
     if (half || RunKey(kViewKeys, code, kAlways)) return;
     using Bindings = std::span<const KeyBinding>;
     const auto own = paint ? Bindings(kPaintKeys) : Bindings(kPropertiesKeys);
@@ -140,8 +140,7 @@ void CQuiltView::OnKeyDown(int code) {
 // shades. Whatever else is pressed, a move included, ends the visit.
 void CQuiltView::RememberVisit(int code) {
     const bool steps = code == platform::kKeySpace || code == platform::kKeyShift;
-    vLastX = steps ? vCursorX : kNowhere;
-    vLastY = steps ? vCursorY : kNowhere;
+    vLast = steps ? std::optional(vCursor) : std::nullopt;
 }
 
 void CQuiltView::OnKeyUp(int code) {
@@ -150,10 +149,10 @@ void CQuiltView::OnKeyUp(int code) {
 
 // --- painting ----------------------------------------------------------------------------------
 
-void CQuiltView::Stamp() { CursorCell(Cursor()).SetGlyph(vBrush.chr); }
+void CQuiltView::Stamp() { CursorCell(vCursor).SetGlyph(vBrush.chr); }
 
 void CQuiltView::BlendStep() {
-    const CursorCell cell(Cursor());
+    const CursorCell cell(vCursor);
     Brush tile;
     if (cell.Get(tile)) cell.SetGlyph(NextBlendChar(tile.chr));
 }
@@ -166,7 +165,7 @@ void CQuiltView::PaintStep() {
 }
 
 void CQuiltView::PaintStepOncePerVisit() {
-    const bool stepped = vBrushMode == kBrushBlender && vCursorX == vLastX && vCursorY == vLastY;
+    const bool stepped = vBrushMode == kBrushBlender && vLast == vCursor;
     if (!stepped) PaintStep();
 }
 
@@ -177,17 +176,16 @@ void CQuiltView::PenDown() {
 
 void CQuiltView::MoveCursor(int dx, int dy) {
     EndBox();
-    vCursorX += dx;
-    vCursorY += dy;
+    vCursor = vCursor + platform::Point{dx, dy};
     if (vPanelMode != kPanelPaint) return;
     if (vPenDown || (In(vBrushMode) & kTabs)) PaintStep();
 }
 
 void CQuiltView::Eyedropper() {
-    if (CursorCell(Cursor()).Get(vBrush)) host.Changed(Change::Brush);
+    if (CursorCell(vCursor).Get(vBrush)) host.Changed(Change::Brush);
 }
 
-void CQuiltView::SetBrushMode(int mode) {
+void CQuiltView::SetBrushMode(BrushMode mode) {
     vBrushMode = mode;
     host.Changed(Change::BrushMode);
 }
@@ -206,43 +204,35 @@ void CQuiltView::LeaveTabMode() {
 
 template <int dx, int dy>
 void CQuiltView::StretchBox() {
-    if (vToolState != kKeyBox) {
-        vToolState = kKeyBox;
-        vAnchorX = vCursorX;
-        vAnchorY = vCursorY;
-    }
-    vAnchorX += dx;
-    vAnchorY += dy;
+    if (vDrag.state != kKeyBox) vDrag = {.state = kKeyBox, .anchor = vCursor};
+    vDrag.anchor = vDrag.anchor + platform::Point{dx, dy};
 }
 
 void CQuiltView::ToolMenuByKey() {
-    const bool box = vToolState == kKeyBox;
+    const bool box = vDrag.state == kKeyBox;
     if (!box && !(In(vBrushMode) & kBySteps)) return;
-    if (!box) {
-        vAnchorX = vCursorX;
-        vAnchorY = vCursorY;
-    }
-    RunToolMenu(CornerOf(Anchor()));
+    if (!box) vDrag.anchor = vCursor;
+    RunToolMenu(CornerOf(vDrag.anchor));
 }
 
 void CQuiltView::ShapesByKey() {
-    if (vToolState != kKeyBox) return ToolMenuByKey();
+    if (vDrag.state != kKeyBox) return ToolMenuByKey();
     // The two points show while the menu is up.
-    vToolState = kDragPoints;
+    vDrag.state = kDragPoints;
     Invalidate();
-    RunMenu(vPrimMenu, CornerOf(Anchor()));
+    RunMenu(vPrimMenu, CornerOf(vDrag.anchor));
 }
 
 template <int dx, int dy>
 void CQuiltView::ScrollTiles() {
-    tPX -= dx;
-    tPY -= dy;
+    vScroll = vScroll - platform::Point{dx, dy};
 }
 
 void CQuiltView::CenterCursor() {
     const platform::Size client = window->ClientSize();
-    tPX = static_cast<int>(client.w / Scale() / 2) - vCursorX;
-    tPY = static_cast<int>(client.h / Scale() / 2) - vCursorY;
+    vScroll = platform::Point{static_cast<int>(client.w / Scale() / 2),
+                              static_cast<int>(client.h / Scale() / 2)} -
+              vCursor;
 }
 
 // --- the brush ---------------------------------------------------------------------------------
@@ -271,7 +261,7 @@ void CQuiltView::KeyScrollForward() { ScrollForward(); }
 void CQuiltView::PlaceObjectClip() {
     const Dobject* clip = FreshObjectClip();
     if (!clip) return;
-    const CursorCell cell(Cursor());
+    const CursorCell cell(vCursor);
     Dobject* under = vWorld->Node(cell.h);
     Dobject* copy = under ? CopyObject(*under, *clip) : nullptr;
     if (!copy) return;
@@ -298,29 +288,29 @@ void CQuiltView::RecolorGrid() {
     RestoreBrush();
 }
 
-void CQuiltView::PickAtCursor() { Pick(CornerOf(Cursor())); }
+void CQuiltView::PickAtCursor() { Pick(CornerOf(vCursor)); }
 
 // --- typing ------------------------------------------------------------------------------------
 
 void CQuiltView::TypeTile(int ch) {
-    const CursorCell cell(Cursor());
+    const CursorCell cell(vCursor);
     cell.SetGlyph(ch);
-    ++vCursorX;
+    ++vCursor.x;
     if (cell.x + 1 < vWorld->GetProperty(cell.h, kWidth)) return;
-    vCursorX -= cell.x + 1;
-    ++vCursorY;
-    if (cell.y + 1 >= vWorld->GetProperty(cell.h, kHeight)) vCursorY -= cell.y + 1;
+    vCursor.x -= cell.x + 1;
+    ++vCursor.y;
+    if (cell.y + 1 >= vWorld->GetProperty(cell.h, kHeight)) vCursor.y -= cell.y + 1;
 }
 
 void CQuiltView::TypeEnter() {
-    vCursorX = vTextMargin;
-    ++vCursorY;
-    const CursorCell cell(Cursor());
-    if (cell.y >= vWorld->GetProperty(cell.h, kHeight)) vCursorY -= cell.y;
+    vCursor.x = vTextMargin;
+    ++vCursor.y;
+    const CursorCell cell(vCursor);
+    if (cell.y >= vWorld->GetProperty(cell.h, kHeight)) vCursor.y -= cell.y;
 }
 
 void CQuiltView::TypeBackspace() {
-    if (vCursorX > vTextMargin) --vCursorX;
+    if (vCursor.x > vTextMargin) --vCursor.x;
 }
 
 void CQuiltView::OnChar(int ch) {

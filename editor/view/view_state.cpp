@@ -1,13 +1,13 @@
 #include "editor/view/view_state.h"
 
-std::int32_t vPanelMode = kPanelPaint;
+PanelMode vPanelMode = kPanelPaint;
 std::int32_t vViewMode = 0;
-std::int32_t vRuler = 0;
+bool vRuler = false;
 bool vShowAttrib = false;
 
 void ResetViewState() {
     vPanelMode = kPanelPaint;
     vViewMode = 0;
-    vRuler = 0;
+    vRuler = false;
     vShowAttrib = false;
 }

@@ -6,14 +6,14 @@
 enum PanelMode : std::int32_t { kPanelProperties = 0, kPanelPaint = 1 };
 
 /// Which tool panel is up. It decides what mouse and keys do in the edit view.
-extern std::int32_t vPanelMode;
+extern PanelMode vPanelMode;
 
 /// Flags: what the edit view composes. 0 is the whole world.
 inline constexpr std::int32_t kViewHideObjs = 1;
 inline constexpr std::int32_t kViewFocus = 2;
 extern std::int32_t vViewMode;
 
-extern std::int32_t vRuler;  ///< 1 while the ruler is on
+extern bool vRuler;
 
 /// The tick of the paint panel's "Show Attrib": false while no paint panel is up.
 extern bool vShowAttrib;

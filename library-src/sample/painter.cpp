@@ -43,22 +43,22 @@ void Painter::Run(int command, Box box, Brush brush, const Shading& shading, int
     Do(command, TopLeft(box), BottomRight(box), brush);
 }
 
-bool Painter::RunAreaDialog(AreaDialog dialog) {
+bool Painter::RunAreaDialog(AreaDialog dialog, TileArea& area) {
     const HandleGuard h(vWorld->GetCurrentObject());
     switch (dialog) {
         case AreaDialog::Fade:
-            NormalFade(h, Named(blends, answer.blend, good).cells, answer.random,
+            NormalFade(h, area, vBrush, Named(blends, answer.blend, good).cells, answer.random,
                        Named(sets, answer.set, good).tiles);
             break;
         case AreaDialog::Distance:
-            DistanceFade(h, answer.px, answer.py, answer.random,
+            DistanceFade(h, area, vBrush, answer.px, answer.py, answer.random,
                          Named(sets, answer.set, good).tiles);
             break;
         case AreaDialog::Slime:
-            SlimeFade(h, answer.random, Named(sets, answer.set, good).tiles);
+            SlimeFade(h, area, vBrush, answer.random, Named(sets, answer.set, good).tiles);
             break;
         case AreaDialog::Speckle:
-            SpeckleFill(h, chance);
+            SpeckleFill(h, area, vBrush, chance);
             break;
         case AreaDialog::Filter:
             if (!filtered.chr) vBrush.chr = -1;

@@ -74,10 +74,10 @@ protected:
         return what + std::to_string(x) + "," + std::to_string(y);
     }
     // What the fades paint has a test of its own: here they paint all that is selected.
-    bool RunAreaDialog(AreaDialog dialog) override {
+    bool RunAreaDialog(AreaDialog dialog, TileArea& area) override {
         if (dialog == AreaDialog::Filter) FilterBrush();
         if (dialog == AreaDialog::Filter) return accepts;
-        SpeckleFill(handle, dialog == AreaDialog::Speckle ? part : 100);
+        SpeckleFill(handle, area, vBrush, dialog == AreaDialog::Speckle ? part : 100);
         if (dialog == AreaDialog::Fade) told += "Normal";
         if (dialog == AreaDialog::Distance) told += At("Distance ", vFadeCenterX, vFadeCenterY);
         if (dialog == AreaDialog::Slime) told += At("Slime ", vFadeCenterX, vFadeCenterY);
@@ -94,7 +94,7 @@ protected:
             const auto shape = has("Line")   ? SelectLine
                                : has("Rect") ? SelectRectOutline
                                              : SelectEllipse;
-            shape(handle, {c.x + back.x, c.y + back.y}, {a.x + back.x, a.y + back.y});
+            shape(vArea, handle, {c.x + back.x, c.y + back.y}, {a.x + back.x, a.y + back.y});
             std::copy_n(vMask.begin(), mask.size(), mask.begin());
             box = {vRegionX, vRegionY, vRegionW, vRegionH};
         } else if (has("Flood") || has("SameAs")) {
@@ -289,17 +289,17 @@ TEST_F(Areas, FadesHaveTheirTextures) {
     FadeCells cells{};
     for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = static_cast<int>(i % 7 % 5);
     const std::pair<std::function<void()>, unsigned> fades[] = {
-        {[&] { NormalFade(handle, cells, 0, kSet); }, 299095771u},
-        {[&] { NormalFade(handle, cells, 9, kSet); }, 4079441874u},
-        {[&] { DistanceFade(handle, 35, 205, 0, kSet); }, 2560093429u},
-        {[&] { DistanceFade(handle, 100, 45, 6, kSet); }, 410580339u},
-        {[&] { SlimeFade(handle, 0, kSet); }, 4067501734u},
-        {[&] { SlimeFade(handle, 15, kSet); }, 2750515872u},
+        {[&] { NormalFade(handle, vArea, vBrush, cells, 0, kSet); }, 299095771u},
+        {[&] { NormalFade(handle, vArea, vBrush, cells, 9, kSet); }, 4079441874u},
+        {[&] { DistanceFade(handle, vArea, vBrush, 35, 205, 0, kSet); }, 2560093429u},
+        {[&] { DistanceFade(handle, vArea, vBrush, 100, 45, 6, kSet); }, 410580339u},
+        {[&] { SlimeFade(handle, vArea, vBrush, 0, kSet); }, 4067501734u},
+        {[&] { SlimeFade(handle, vArea, vBrush, 15, kSet); }, 2750515872u},
     };
     MakeBoard(24, 17);
     for (const auto& [fade, texture] : fades) {
-        SelectRect(handle, {-99, -99}, {99, 99});
-        for (int i = 0; i < 24 * 17; i += 7) MaskAt(i % 24, i / 24) = kNotSelected;
+        SelectRect(vArea, handle, {-99, -99}, {99, 99});
+        for (int i = 0; i < 24 * 17; i += 7) vArea.At(i % 24, i / 24) = kNotSelected;
         vFadeCenterX = 8;
         vFadeCenterY = 5;
         std::srand(1);
@@ -313,7 +313,7 @@ TEST_F(Areas, FadesHaveTheirTextures) {
 TEST_F(Areas, ShapesAreOutlinesCutAtTheBox) {
     const auto line = SelectLine, rect = SelectRectOutline, ellipse = SelectEllipse;
     const struct {
-        void (*select)(Handle, Point, Point);
+        void (*select)(TileArea&, Handle, Point, Point);
         Point cursor, anchor;
         const char* mask;
     } cases[] = {
@@ -327,7 +327,7 @@ TEST_F(Areas, ShapesAreOutlinesCutAtTheBox) {
     MakeBoard(8, 6);
     board->posx = board->viewy = 0;
     for (const auto& c : cases) {
-        c.select(handle, c.cursor, c.anchor);
+        c.select(vArea, handle, c.cursor, c.anchor);
         std::string shown;
         for (int i = 0; i < 48; ++i)
             shown +=

@@ -63,7 +63,7 @@ protected:
         vBrush = {7, -2, 1, 2};
         vTileClipSkip = 0;
         script.WriteProfileInt("Notify", "param", 1);
-        SelectRect(HandleGuard(world->GetCurrentObject()), {3, -4}, {8, 0});
+        SelectRect(vArea, HandleGuard(world->GetCurrentObject()), {3, -4}, {8, 0});
         vFadeCenterX = vFadeCenterY = vCharScrollX = vCharScrollY = 0;
         std::srand(1);
     }
@@ -155,7 +155,7 @@ protected:
 TEST_F(Forms, AllOfThem) {
     const std::function<void()> size = [] { DoSize().Run(); };
     const std::function<void()> brush = [this] { frame.EditBrush(); };
-    const auto area = [](AreaDialog dialog) { return [dialog] { OpenAreaDialog(dialog); }; };
+    const auto area = [](AreaDialog dialog) { return [dialog] { OpenAreaDialog(dialog, vArea); }; };
     const std::string look = "[ ] [ ] [x] [ ] '7 -2 1 2' ", name(50, 'n'),
                       painted = "blank0 backup30 ", filters = "[x] [x] [x] [x] ";
     const Row rows[] = {
@@ -290,8 +290,8 @@ TEST_F(Forms, FadePaintsTheBlendThroughTheSet) {
         form.Click(kIdOk);
     });
     board->Create("even", 10, 10);
-    SelectRect(HandleGuard(world->GetCurrentObject()), {3, -4}, {12, 5});
-    OpenAreaDialog(AreaDialog::Fade);
+    SelectRect(vArea, HandleGuard(world->GetCurrentObject()), {3, -4}, {12, 5});
+    OpenAreaDialog(AreaDialog::Fade, vArea);
     for (std::size_t i = 0; i < 100; ++i)
         ASSERT_EQ(board->tiles[i].chr, set.tiles[static_cast<std::size_t>(blend.cells[i])]);
 }
@@ -307,7 +307,7 @@ TEST_F(Forms, TheFadeLibraryIsReadAsFarAsItMakesSense) {
         EXPECT_EQ(form.result, 0);
         form.Click(kIdCancel);
     });
-    OpenAreaDialog(AreaDialog::Fade);
+    OpenAreaDialog(AreaDialog::Fade, vArea);
     EXPECT_THAT(reports.Texts(), testing::HasSubstr("Unable to load Library/FadeBlends.txt\n"));
 
     std::string ones, mixed;

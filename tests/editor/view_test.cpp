@@ -15,9 +15,6 @@ using Events = WindowEvents;
 
 namespace {
 
-Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
-Point operator-(Point a, Point b) { return {a.x - b.x, a.y - b.y}; }
-
 enum Tool { kNothing, kMovesView, kBox, kFollows, kPoints };
 
 // What a person may expect of the view, in the plainest words: cursor, pen, margin, brush and
@@ -25,7 +22,7 @@ enum Tool { kNothing, kMovesView, kBox, kFollows, kPoints };
 struct Plain final : Events {
     Dobject nodes[2];
     int current = 0;
-    Point cursor, anchor, scroll, grab;
+    Point cursor, anchor, press, scroll, grab;
     Point painted;  ///< the scroll at the last repaint, which boards are moved by as well
     double zoom = 1;
     Tool tool = kNothing;
@@ -185,7 +182,7 @@ struct Plain final : Events {
     void OnLButtonDown(bool ctrl, Point at) override {
         if (ctrl) {
             tool = kMovesView;
-            anchor = at;
+            press = at;
             grab = scroll;
             captured = true;
             return;
@@ -203,8 +200,8 @@ struct Plain final : Events {
     }
     void OnMouseMove(bool, Point at) override {
         if (tool == kMovesView)
-            scroll = {static_cast<int>((at.x - anchor.x) * zoom / 8 + grab.x),
-                      static_cast<int>((at.y - anchor.y) * zoom / 8 + grab.y)};
+            scroll = {static_cast<int>((at.x - press.x) * zoom / 8 + grab.x),
+                      static_cast<int>((at.y - press.y) * zoom / 8 + grab.y)};
         else if (paints && (tool == kBox || tool == kPoints))
             anchor = TileAt(at);
         else if (tool == kFollows || (!paints && tool != kPoints)) {
@@ -310,7 +307,7 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         if (step % 100 == 0) {
             vPanelMode = Roll(0, 3) ? kPanelPaint : kPanelProperties;
             plain.paints = vPanelMode == kPanelPaint;
-            vBrushMode = plain.mode = Roll(0, kBrushModes - 1);
+            vBrushMode = static_cast<BrushMode>(plain.mode = Roll(0, kBrushModes - 1));
             vBrush = plain.brush = {values[Roll(0, 7)], Roll(0, 1) * 255, Roll(0, 2) * 127,
                                     Roll(0, 2) - 1};
         }
