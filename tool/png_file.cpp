@@ -10,6 +10,9 @@ struct PngFile::State {
     png_infop info = nullptr;
     int scale = 1;
     bool good = false;
+    int bits = 8;                                ///< of a pixel
+    int colors = 0;                              ///< in the file's palette
+    std::array<unsigned char, 256> number = {};  ///< in the file's palette, of each colour
     std::string bytes;
     std::vector<unsigned char> row;
 };
@@ -34,24 +37,36 @@ png_byte Wide(int six) { return static_cast<png_byte>(six << 2 | six >> 4); }
 
 }  // namespace
 
-PngFile::PngFile(int w, int h, int scale, const RGB* palette) : state(std::make_unique<State>()) {
+PngFile::PngFile(int w, int h, int scale, const RGB* palette, const ColorSet& used)
+    : state(std::make_unique<State>()) {
+    // What a level costs more than this one, it does not win with pictures of tiles.
+    constexpr int kLevel = 4;
     State& s = *state;
     s.scale = scale;
     s.row.resize(static_cast<std::size_t>(w) * static_cast<std::size_t>(scale));
+    const std::size_t count = used.count();
+    s.bits = count <= 2 ? 1 : count <= 4 ? 2 : count <= 16 ? 4 : 8;
     std::array<png_color, 256> colors;
-    for (std::size_t i = 0; i < colors.size(); ++i)
-        colors[i] = {Wide(palette[i].r), Wide(palette[i].g), Wide(palette[i].b)};
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        if (s.bits < 8 && !used[i]) continue;
+        s.number[i] = static_cast<unsigned char>(s.colors);
+        colors[static_cast<std::size_t>(s.colors++)] = {Wide(palette[i].r), Wide(palette[i].g),
+                                                        Wide(palette[i].b)};
+    }
     s.png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     s.info = s.png ? png_create_info_struct(s.png) : nullptr;
     if (!s.info || setjmp(png_jmpbuf(s.png))) return;
     png_set_write_fn(s.png, &s.bytes, Append, Flush);
     png_set_user_limits(s.png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
     png_set_IHDR(s.png, s.info, static_cast<png_uint_32>(w * scale),
-                 static_cast<png_uint_32>(h * scale), 8, PNG_COLOR_TYPE_PALETTE, PNG_INTERLACE_NONE,
-                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_set_PLTE(s.png, s.info, colors.data(), static_cast<int>(colors.size()));
+                 static_cast<png_uint_32>(h * scale), s.bits, PNG_COLOR_TYPE_PALETTE,
+                 PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_PLTE(s.png, s.info, colors.data(), s.colors);
+    // Neighbours of a palette's numbers say nothing of a color: no filter suits them.
     png_set_filter(s.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
+    png_set_compression_level(s.png, kLevel);
     png_write_info(s.png, s.info);
+    png_set_packing(s.png);
     s.good = true;
 }
 
@@ -61,7 +76,7 @@ void PngFile::AddRow(const unsigned char* pixels) {
     State& s = *state;
     if (!s.good) return;
     auto to = s.row.begin();
-    for (; to != s.row.end(); to += s.scale, ++pixels) std::fill_n(to, s.scale, *pixels);
+    for (; to != s.row.end(); to += s.scale, ++pixels) std::fill_n(to, s.scale, s.number[*pixels]);
     if (setjmp(png_jmpbuf(s.png))) {
         s.good = false;
         return;

@@ -1,17 +1,22 @@
-// An 8-bit palette PNG, written row by row.
+// A PNG with a palette, written row by row.
 #pragma once
 
 #include "engine/allegro_api.h"
 
+#include <bitset>
 #include <cstdint>
 #include <memory>
 #include <string>
 
+using ColorSet = std::bitset<256>;
+
 class PngFile {
 public:
     /// A picture of w by h pixels, each shown as a square of `scale`, with a palette of 256
-    /// colours of Allegro's six bits.
-    PngFile(int w, int h, int scale, const RGB* palette);
+    /// colours of Allegro's six bits. With the colours that it will have known to be at most 2, 4
+    /// or 16, its pixels take 1, 2 or 4 bits and its palette is theirs, in rising order; else
+    /// they take 8 bits, and the palette is whole.
+    PngFile(int w, int h, int scale, const RGB* palette, const ColorSet& used = ColorSet().set());
     ~PngFile();
     PngFile(const PngFile&) = delete;
     PngFile& operator=(const PngFile&) = delete;

@@ -32,21 +32,36 @@ std::string WhyNoPicture(const Dobject& board, int scale) {
     return {};
 }
 
-std::string Picture(const Dobject& board, int scale) {
-    const int w = board.vieww;
-    const int h = board.viewh;
-    PngFile png(w * kTileSize, h * kTileSize, scale, vWorld->GetFont()->GetPalette());
-    vWorld->ShowBoard(board.id);
-    const int stripTiles = std::min(kStripTiles, h);
-    vWorld->SetViewSize(w, stripTiles);
-    const Bitmap strip = MakeBitmap(w * kTileSize, stripTiles * kTileSize);
-    for (int top = 0; strip && top < h; top += kStripTiles) {
+// Hands on each row of pixels of the board as it shows; false without the memory for it.
+template <typename Take>
+bool ComposeRows(const Dobject& board, Take take) {
+    const int stripTiles = std::min(kStripTiles, board.viewh);
+    vWorld->SetViewSize(board.vieww, stripTiles);
+    const Bitmap strip = MakeBitmap(board.vieww * kTileSize, stripTiles * kTileSize);
+    for (int top = 0; strip && top < board.viewh; top += kStripTiles) {
         clear_bitmap(strip.get());
         vWorld->DrawWorld(strip.get(), 0, -top);
-        const int rows = std::min(kStripTiles, h - top) * kTileSize;
-        for (int y = 0; y < rows; ++y) png.AddRow(strip->line[y]);
+        const int rows = std::min(kStripTiles, board.viewh - top) * kTileSize;
+        for (int y = 0; y < rows; ++y) take(strip->line[y]);
     }
-    return strip && vMissingSurfaces == 0 ? png.TakeBytes() : std::string();
+    return strip && vMissingSurfaces == 0;
+}
+
+// Composed twice, since how many bits a pixel takes must be known before the first row: that costs
+// less than to pack eight bits where one would do.
+std::string Picture(const Dobject& board, int scale) {
+    const int w = board.vieww * kTileSize;
+    vWorld->ShowBoard(board.id);
+    bool has[256] = {};
+    const auto note = [&](const unsigned char* row) {
+        for (int x = 0; x < w; ++x) has[row[x]] = true;
+    };
+    if (!ComposeRows(board, note)) return {};
+    ColorSet used;
+    for (std::size_t i = 0; i < used.size(); ++i) used[i] = has[i];
+    PngFile png(w, board.viewh * kTileSize, scale, vWorld->GetFont()->GetPalette(), used);
+    const bool whole = ComposeRows(board, [&](const unsigned char* row) { png.AddRow(row); });
+    return whole ? png.TakeBytes() : std::string();
 }
 
 }  // namespace
