@@ -288,6 +288,7 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
         {"g.zqlt", text("65 15 0 1", "65 15 0 x"), "line 12: the grid of 'door'"},
         {"g.zqlt", text("65 15 0 1", "65536 15 0 1"), "beyond 16 bits"},
         {"g.zqlt", text("65 15 0 1", "65 -32769 0 1"), "beyond 16 bits"},
+        {"g.zqlt", text("65 15 0 1", "65 15 65536 1"), "beyond 16 bits"},
         {"g.zqlt", text("-1 2 3 2", "-1 2 x 2"),
          "game.qlt, line 10: the width of 'door' is no number"},
         {"g.zqlt", text("-1 2 3 2", "-1 2 99999999999 2"), "the width of 'door' is beyond 32 bits"},

@@ -1,5 +1,5 @@
-// Saving cannot lose a game: every operation on files refused in turn, and what stays beside,
-// around and behind the file.
+// Saving cannot lose a game: every operation on files refused in turn, the program killed, and
+// what stays beside, around and behind the file.
 
 #include "tests/support/random_world.h"
 #include "tests/support/temp_folder.h"
@@ -7,9 +7,11 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
@@ -90,8 +92,22 @@ TEST_F(Saving, WhatReadsBackOtherwiseIsNotTrusted) {
     }
 }
 
-// What killed ones left is swept, what a living one has at work is not.
-TEST_F(Saving, LeavesAreSwept) {
+// A child is killed while it saves; what killed ones left is swept, what a living one has at work
+// is not.
+TEST_F(Saving, AChildKilledAtAnyMomentLeavesAVersion) {
+    for (int kill = 1; kill <= 40; ++kill) {
+        const pid_t child = fork();
+        // Each version is one by its number, which stands in the last entry.
+        for (world->videoMode = 1000 * kill; child == 0; ++world->videoMode)
+            if (!world->Save(path)) _exit(1);
+        usleep(static_cast<useconds_t>(Roll(0, 20'000)));
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the child could not save";
+        ASSERT_TRUE(world->Load(path));
+        ASSERT_LE(world->videoMode / 1000, kill);
+    }
     const std::string own = ".quilt-save-" + std::to_string(getppid()) + "-9";
     PutFile(folder / own, "x");
     PutFile(folder / ".quilt-save-2147483647-0", "x");
