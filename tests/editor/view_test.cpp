@@ -1,5 +1,4 @@
-// The edit view: a random walk of all its events beside a plain model, its marks by picture, and
-// what the model does not have: picking, zoom and view modes.
+// The edit view: a random walk of all its events beside a plain model, and its marks by picture.
 
 #include "editor/commands.h"
 #include "editor/view/quilt_view.h"
@@ -110,10 +109,9 @@ struct Plain final : Events {
 
     void OnDraw(Window&) override { painted = scroll; }
     void OnKeyDown(int code) override {
-        if (!paints || mode != kBrushText) {
-            if (code == kKeyLeft || code == kKeyRight) Move(code - kKeyUp, 0);
-            if (code == kKeyUp || code == kKeyDown) Move(0, code == kKeyUp ? -1 : 1);
-        }
+        if (paints && mode == kBrushText) return;
+        if (code == kKeyLeft || code == kKeyRight) Move(code - kKeyUp, 0);
+        if (code == kKeyUp || code == kKeyDown) Move(0, code == kKeyUp ? -1 : 1);
         if (!paints) {
             if (code == kKeyEnter) Pick();
             if (code == kKeyTab) Recolor();
@@ -122,11 +120,9 @@ struct Plain final : Events {
             told += 't';
             return;
         }
-        if (mode == kBrushText) return;
-        const bool brushes = mode == kBrushNormal || mode == kBrushTab;
         const int downs[] = {kKeyInsert, kKeyHome, kKeyPageUp};
         const int ups[] = {kKeyDelete, kKeyEnd, kKeyPageDown};
-        for (std::size_t i = brushes ? 0 : 1; i < 3; ++i) {
+        for (std::size_t i = mode > kBrushText; i < 3; ++i) {
             if ((code != downs[i] && code != ups[i]) || (i == 1 && brush.fg == -2)) continue;
             std::int32_t& field = *Fields(brush)[i];
             field += code == ups[i] ? field < 255 : -(field > 0);
@@ -144,7 +140,7 @@ struct Plain final : Events {
             pen |= code == kKeyShift;
         } else if (code == kKeyTab) {
             if (steps) Paint();
-            if (steps) pen = false;
+            pen &= !steps;
             mode += steps ? 1 : -1;
             told += 'm';
         } else if (steps && code == kKeyApps) {
@@ -284,11 +280,6 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
                           vRuler == 1, vBrushMode, own[world->currentObject == object.id],
                           of(*board), of(object));
     };
-    const auto expected = [&] {
-        return std::tuple(plain.cursor, plain.anchor, plain.scroll, plain.zoom, plain.brush,
-                          plain.ruler, plain.mode, own[plain.current], of(plain.nodes[0]),
-                          of(plain.nodes[1]));
-    };
     const auto both = [&](auto event, auto... given) {
         (plain.*event)(given...);
         if (plain.menuAt) script.ExpectMenu(plain.choice);
@@ -334,7 +325,9 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
             return child->name == "Dummy" && Point{child->posx, child->posy} == plain.placed;
         });
         ASSERT_EQ(copies > 0, plain.placed.has_value());
-        ASSERT_EQ(shown(), expected());
+        ASSERT_EQ(shown(), std::tuple(plain.cursor, plain.anchor, plain.scroll, plain.zoom,
+                                      plain.brush, plain.ruler, plain.mode, own[plain.current],
+                                      of(plain.nodes[0]), of(plain.nodes[1])));
         ASSERT_EQ(told, plain.told);
         ASSERT_EQ(window.captured, plain.captured);
         ASSERT_TRUE(window.invalidated || shown() == before) << "asks for no repaint";
@@ -373,19 +366,21 @@ TEST_F(View, MarksStandWhereTheyShould) {
     const std::string lines =
         "L 0 24 647 24 15 L 24 0 24 487 15 L 0 48 647 48 15 L 56 0 56 487 15 "
         "L 0 25 647 25 32 L 25 0 25 487 32 L 0 47 647 47 32 L 55 0 55 487 32 T 72 48 4,3 ";
+    world->videoMode = 3;
     const std::string frames =
-        "F 12 12 99 83 15 F 11 11 100 84 15 F 46 22 73 41 15 F 45 21 74 42 15 ";
-    const std::string screens[] = {"F 15 15 336 256 15", "F 15 15 656 496 15", "F 15 15 816 616 15",
-                                   "F 15 15 1040 784 15"};
+        "F 12 12 99 83 15 F 11 11 100 84 15 F 46 22 73 41 15 F 45 21 74 42 15 F 15 15 1040 784 15 ";
     const auto shows = [&](const std::string& drawn) {
         SCOPED_TRACE(drawn);
-        world->videoMode = static_cast<int>(drawn.size()) % kVideoModes;
         window.Paint();
         const Bitmap picture = MakeBitmap(648, 488);
         clear_bitmap(picture.get());
-        world->DrawWorld(picture.get(), 2, 2);
+        if (vViewMode)
+            world->DrawObjectMode(picture.get(), 2, 2, HandleGuard(world->GetCurrentObject()),
+                                  vViewMode);
+        else
+            world->DrawWorld(picture.get(), 2, 2);
         xor_mode(TRUE);
-        std::istringstream marks(frames + screens[world->videoMode] + " " + drawn);
+        std::istringstream marks(frames + drawn);
         int x0 = 0, y0 = 0, x1 = 0, y1 = 0, ink = 15;
         std::string text;
         for (char kind = 0; marks >> kind >> x0 >> y0;) {
@@ -401,10 +396,9 @@ TEST_F(View, MarksStandWhereTheyShould) {
         xor_mode(FALSE);
         window.ExpectPicture(picture.get());
     };
-    vPanelMode = kPanelProperties, vShowAttrib = true;
+    vPanelMode = kPanelProperties, vShowAttrib = true, vViewMode = kViewFocus;
     shows(cursor);
-    EXPECT_EQ(window.description, "object, -3 x -1: outside the grid");
-    vPanelMode = kPanelPaint;
+    vPanelMode = kPanelPaint, vViewMode = kViewHideObjs;
     // The first column is scrolled away: solid, breakable, water.
     shows(cursor +
           "F 50 26 53 29 15 F 51 27 52 28 32 L 60 25 60 31 15 L 57 28 63 28 32 "
@@ -420,32 +414,9 @@ TEST_F(View, MarksStandWhereTheyShould) {
 }
 
 TEST_F(View, PickingAmongThreeAsks) {
-    Dobject& a = AddNode(*board, "A&B", 3, 3);
-    Dobject& b = AddNode(a, "inner", 1, 1);
+    Dobject& object = AddNode(AddNode(*board, "object", 3, 3), "inner", 1, 1);
     vPanelMode = kPanelProperties;
-    for (const int choice : {b.id + kCmdPickBase, 0}) {
-        script.ExpectMenu(choice);
-        window.Click(At({0, 0}));
-        EXPECT_EQ(Outline(script.lastMenu), "board A&&B inner | &Cancel");
-        EXPECT_EQ(world->currentObject, b.id);
-    }
-}
-
-TEST_F(View, ViewModesComposeWhatTheyName) {
-    Dobject& a = AddNode(*board, "a", 1, 1);
-    a.PutTile(0, 0, 0, 100, 100, 0);
-    board->PutTile(0, 0, 0, 101, 101, 0);
-    board->PutTile(2, 0, 0, 102, 102, 0);
-    window.Key(kKeyDown);
-    for (const auto& [mode, object, at, beside] :
-         {std::array{0, a.id, 100, 102},
-          {kViewHideObjs, board->id, 101, 102},
-          {kViewFocus, a.id, 100, 0},
-          {kViewFocus, 12345, 0, 0}}) {  // nothing composed, frames at the corner
-        vViewMode = mode;
-        world->currentObject = object;
-        window.Paint();
-        EXPECT_EQ(window.PixelAt(4, 4), at) << mode;
-        EXPECT_EQ(window.PixelAt(20, 4), beside) << mode;
-    }
+    script.ExpectMenu(object.id + kCmdPickBase);
+    window.Click(At({0, 0}));
+    EXPECT_EQ(world->currentObject, object.id);
 }
