@@ -22,8 +22,8 @@ void ClearMask(TileArea& area, Handle h) {
 // A tile as one number: four fields are equal if their numbers are.
 std::uint64_t AllFields(const Dtile& tile) { return std::bit_cast<std::uint64_t>(tile); }
 
-// Spreads by runs of like tiles in a row. A run is always taken whole, so the run beside a part
-// of it needs a look at that part only.
+// Spreads by runs of like tiles in a row. A run is always taken whole: what its first tile is in
+// the mask all of it is, and the run beside a part of it needs a look at that part only.
 class Flood {
 public:
     Flood(TileArea& selection, const Dobject& node, Point start)
@@ -61,15 +61,31 @@ private:
                static_cast<std::size_t>(x);
     }
 
-    bool Takes(std::size_t i) const {
-        return mask[i] == kNotSelected && AllFields(tiles[i]) == like;
+    bool IsLike(std::size_t i) const { return AllFields(tiles[i]) == like; }
+
+    // How many of at most `count` tiles from i on are like the seed, looked at by eights.
+    int CountLike(std::size_t i, int count) const {
+        constexpr int kBlock = 8;
+        int n = 0;
+        const auto step = [&](int end) {
+            while (n < end && IsLike(i + static_cast<std::size_t>(n))) ++n;
+            return n == end;
+        };
+        if (!step(std::min(kBlock, count))) return n;
+        for (; n + kBlock <= count; n += kBlock) {
+            std::uint64_t differ = 0;
+            for (int k = n; k < n + kBlock; ++k)
+                differ |= AllFields(tiles[i + static_cast<std::size_t>(k)]) ^ like;
+            if (differ != 0) break;
+        }
+        step(count);
+        return n;
     }
 
     void Take(Run run) {
         const std::size_t row = IndexOf(0, run.y);
-        while (run.first > 0 && Takes(row + static_cast<std::size_t>(run.first - 1))) --run.first;
-        while (run.last + 1 < width && Takes(row + static_cast<std::size_t>(run.last + 1)))
-            ++run.last;
+        while (run.first > 0 && IsLike(row + static_cast<std::size_t>(run.first - 1))) --run.first;
+        run.last += CountLike(row + static_cast<std::size_t>(run.last + 1), width - 1 - run.last);
         std::fill(&area.At(run.first, run.y), &area.At(run.last, run.y) + 1, kSelected);
         if (vTraceOn)
             for (int x = run.first; x <= run.last; ++x) Trace("%i,%i\n", x, run.y);
@@ -84,10 +100,11 @@ private:
     void AddRuns(const Run& beside, int y) {
         const std::size_t row = IndexOf(0, y);
         for (int x = beside.first; x <= beside.last; ++x) {
-            if (!Takes(row + static_cast<std::size_t>(x))) continue;
-            const int first = x;
-            while (x < beside.last && Takes(row + static_cast<std::size_t>(x + 1))) ++x;
-            waiting.push_back({first, x, y});
+            const std::size_t i = row + static_cast<std::size_t>(x);
+            if (!IsLike(i)) continue;
+            const int count = CountLike(i, beside.last + 1 - x);
+            if (mask[i] == kNotSelected) waiting.push_back({x, x + count - 1, y});
+            x += count;
         }
     }
 
