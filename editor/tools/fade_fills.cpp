@@ -1,6 +1,7 @@
 #include "editor/tools/fade_fills.h"
 
 #include "engine/report.h"
+#include "engine/tile_pen.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -37,8 +38,8 @@ private:
     std::uint64_t inverse;  ///< 2 to the 64th over the sides, rounded up; 0 for one side
 };
 
-void PutGlyph(Handle h, const Brush& brush, int x, int y, int glyph) {
-    vWorld->SetTile(h, x, y, glyph, brush.fg, brush.bg, brush.attrib);
+void PutGlyph(TilePen& pen, const Brush& brush, int x, int y, int glyph) {
+    pen.Put(x, y, glyph, brush.fg, brush.bg, brush.attrib);
 }
 
 // --- Distance fade -----------------------------------------------------------------------------
@@ -168,12 +169,13 @@ void DistanceFade(Handle h, TileArea& area, const Brush& brush, int px, int py, 
     const auto columns = SquaredSteps(area.x, area.w, area.centerX, px);
     const auto rows = SquaredSteps(area.y, area.h, area.centerY, py);
     const Dice dice(random + 1);
+    TilePen pen(vWorld->Editable(h));
     ForEachSelected(area, [&](int x, int y) {
         const std::int64_t square = columns[static_cast<std::size_t>(x - area.x)] +
                                     rows[static_cast<std::size_t>(y - area.y)];
         const int d = static_cast<int>(std::sqrt(static_cast<double>(square)));
         const std::size_t step = static_cast<std::size_t>(dice.Roll() + d) % std::size(kPositions);
-        PutGlyph(h, brush, x, y, TileAt(tiles, kPositions[step]));
+        PutGlyph(pen, brush, x, y, TileAt(tiles, kPositions[step]));
     });
 }
 
@@ -189,23 +191,26 @@ void NormalFade(Handle h, TileArea& area, const Brush& brush, const FadeCells& c
     stretch_blit(pattern.get(), plain.get(), 0, 0, kBlendSide, kBlendSide, 0, 0, area.w, area.h);
     blit(plain.get(), shaken.get(), 0, 0, 0, 0, area.w, area.h);
     if (random > 0) Shake(*plain, *shaken, Dice(random));
+    TilePen pen(vWorld->Editable(h));
     ForEachSelected(area, [&](int x, int y) {
-        PutGlyph(h, brush, x, y, shaken->line[y - area.y][x - area.x]);
+        PutGlyph(pen, brush, x, y, shaken->line[y - area.y][x - area.x]);
     });
 }
 
 void SlimeFade(Handle h, TileArea& area, const Brush& brush, int random, const FadeTiles& tiles) {
     const std::vector<std::uint8_t> positions = SpreadSlime(area, random);
+    TilePen pen(vWorld->Editable(h));
     VisitCells(area, kReached, [&](int x, int y) {
-        PutGlyph(h, brush, x, y, TileAt(tiles, positions[BoxIndex(area, {x, y})]));
+        PutGlyph(pen, brush, x, y, TileAt(tiles, positions[BoxIndex(area, {x, y})]));
         return true;
     });
 }
 
 void SpeckleFill(Handle h, TileArea& area, const Brush& brush, int percentage) {
+    TilePen pen(vWorld->Editable(h));
     VisitCells(area, kSelected, [&](int x, int y) {
         if (std::rand() % kOutcomes > percentage) return false;
-        PutGlyph(h, brush, x, y, brush.chr);
+        PutGlyph(pen, brush, x, y, brush.chr);
         return true;
     });
 }

@@ -1,5 +1,7 @@
 #include "editor/view/fills.h"
 
+#include "engine/tile_pen.h"
+
 #include <cmath>
 #include <vector>
 
@@ -28,9 +30,9 @@ std::vector<std::uint8_t> MakeRamp(const Brush& brush, std::size_t length) {
 
 void FillRegion(Handle h, TileArea& area, const Brush& brush) {
     vWorld->BackupTiles(h);
-    ForEachSelected(area, [&](int x, int y) {
-        vWorld->SetTile(h, x, y, brush.chr, brush.fg, brush.bg, brush.attrib);
-    });
+    TilePen pen(vWorld->Editable(h));
+    ForEachSelected(
+        area, [&](int x, int y) { pen.Put(x, y, brush.chr, brush.fg, brush.bg, brush.attrib); });
 }
 
 void BlendRegion(Handle h, TileArea& area, const Brush& brush, Point cursor, Point anchor) {
@@ -44,11 +46,12 @@ void BlendRegion(Handle h, TileArea& area, const Brush& brush, Point cursor, Poi
     const double distance = std::sqrt(dx * dx + dy * dy);
     const Point zero = ToGrid(h, cursor);
     const int attrib = brush.attrib;
+    TilePen pen(vWorld->Editable(h));
     ForEachSelected(area, [&](int x, int y) {
         // The projection on the line. Whole numbers up to the one division: cells that lie
         // across from each other come out alike, which sine and cosine would not give.
         const double t = (dx * (x - zero.x) + dy * (y - zero.y)) / distance;
         const double i = std::clamp(-std::trunc(t), 0.0, last);
-        vWorld->SetTile(h, x, y, kFullBlock, ramp[static_cast<std::size_t>(i)], kUnseen, attrib);
+        pen.Put(x, y, kFullBlock, ramp[static_cast<std::size_t>(i)], kUnseen, attrib);
     });
 }

@@ -1,5 +1,7 @@
 #include "editor/view/tile_clip.h"
 
+#include "engine/tile_pen.h"
+
 std::vector<Dtile> vTileClip;
 std::int32_t vTileClipW = 0, vTileClipH = 0;
 std::int32_t vTileClipSkip = 0;
@@ -42,11 +44,11 @@ void CopyRegion(Handle h, TileArea& area, const Brush& brush) {
 void PasteRegion(Handle h, TileArea& area) {
     if (vTileClipW < 1 || vTileClipH < 1) return;
     vWorld->BackupTiles(h);
+    TilePen pen(vWorld->Editable(h));
     ForEachSelected(area, [&](int x, int y) {
         const Dtile& cell = ClipCell((x - area.x) % vTileClipW, (y - area.y) % vTileClipH);
         if (vTileClipSkip && cell == Dtile{}) return;
-        vWorld->SetTile(h, x, y, Signed(cell.chr), Signed(cell.fg), Signed(cell.bg),
-                        Signed(cell.attrib));
+        pen.Put(x, y, Signed(cell.chr), Signed(cell.fg), Signed(cell.bg), Signed(cell.attrib));
     });
 }
 
