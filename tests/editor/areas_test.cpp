@@ -8,6 +8,7 @@
 #include "tests/editor/plain_brush.h"
 #include "tests/support/test_world.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <list>
 
@@ -80,70 +81,61 @@ protected:
         return true;
     }
 
+    void Box(Point c, Point a) {
+        for (Point* p : {&c, &a})
+            *p = {std::clamp(p->x, 0, board->width - 1), std::clamp(p->y, 0, board->height - 1)};
+        box = {std::min(c.x, a.x), std::min(c.y, a.y), std::abs(a.x - c.x) + 1,
+               std::abs(a.y - c.y) + 1};
+    }
+
     // Plain readings, which draw from the generator in the same order.
     void Select(const std::string& path, Point c, Point a) {
-        mask.assign(board->tiles.size(), 0);
         const auto has = [&](const char* word) { return path.find(word) != path.npos; };
+        const bool flood = has("Flood"), same = has("SameAs");
+        const Dtile* like = board->GetTile(c.x, c.y);
+        mask.assign(board->tiles.size(), !flood && !same);
         if (path.starts_with("Prim") && !has("Blend")) {
             // The shapes have a table of their own.
             const Point back{board->posx, -board->viewy};
             const auto shape = has("Line")   ? SelectLine
                                : has("Rect") ? SelectRectOutline
                                              : SelectEllipse;
-            shape(vArea, handle, {c.x + back.x, c.y + back.y}, {a.x + back.x, a.y + back.y});
+            shape(vArea, handle, c + back, a + back);
             std::copy_n(vMask.begin(), mask.size(), mask.begin());
-            box = {vRegionX, vRegionY, vRegionW, vRegionH};
-        } else if (has("Flood") || has("SameAs")) {
-            centre = c;
-            const Dtile* like = board->GetTile(c.x, c.y);
-            const auto alike = [&](int x, int y) {
-                const Dtile* tile = board->GetTile(x, y);
-                return tile && like && *tile == *like;
-            };
+            box = {vArea.x, vArea.y, vArea.w, vArea.h};
+        } else if (flood) {
             Point low = c, high = c;
-            for (std::list<Point> list{c}; has("Flood") && !list.empty(); list.pop_front()) {
+            for (std::list<Point> list{c}; !list.empty(); list.pop_front()) {
                 const auto [x, y] = list.front();
-                if (!alike(x, y) || mask[Index(x, y)]) continue;
+                const Dtile* tile = board->GetTile(x, y);
+                if (!tile || *tile != *like || mask[Index(x, y)]) continue;
                 mask[Index(x, y)] = 1;
                 low = {std::min(low.x, x), std::min(low.y, y)};
                 high = {std::max(high.x, x), std::max(high.y, y)};
                 list.insert(list.end(), {{x + 1, y}, {x - 1, y}, {x, y + 1}, {x, y - 1}});
             }
-            if (has("SameAs")) {
-                low = {0, 0}, high = {board->width - 1, board->height - 1};
-                for (std::size_t i = 0; i < mask.size(); ++i)
-                    mask[i] = like && board->tiles[i] == *like;
-            }
-            box = {low.x, low.y, high.x - low.x + 1, high.y - low.y + 1};
-            return;
+            Box(low, high);
         } else {
-            for (std::size_t i : {0u, 1u}) {
-                const int last = (i ? board->height : board->width) - 1;
-                const auto [low, high] = std::minmax(
-                    {std::clamp(i ? c.y : c.x, 0, last), std::clamp(i ? a.y : a.x, 0, last)});
-                box[i] = low;
-                box[i + 2] = high - low + 1;
-            }
-            std::fill(mask.begin(), mask.end(), 1);
+            same ? Box({}, {board->width, board->height}) : Box(c, a);
+            for (std::size_t i = 0; same && i < mask.size(); ++i)
+                mask[i] = like && board->tiles[i] == *like;
         }
-        centre = {box[0] + box[2] / 2, box[1] + box[3] / 2};
+        centre = flood || same ? c : Point{box[0] + box[2] / 2, box[1] + box[3] / 2};
     }
 
     // From the low color at the cursor to the high one at the anchor, in whole tiles of the way.
     void Blend(Point c, Point a) {
-        const int dx = a.x - c.x, dy = a.y - c.y, square = dx * dx + dy * dy;
-        int length = 0;
-        while ((length + 1) * (length + 1) <= square) ++length;
+        const int dx = a.x - c.x, dy = a.y - c.y;
+        const double way = std::sqrt(dx * dx + dy * dy);
+        const int last = static_cast<int>(way) - 1;
         const auto [low, high] = std::minmax(vBrush.fg, vBrush.bg);
-        std::vector<float> ramp{static_cast<float>(low)};
-        const float step = static_cast<float>(high - low) / static_cast<float>(length - 1);
-        for (int i = 1; i < length; ++i) ramp.push_back(ramp.back() + step);
+        const float first = static_cast<float>(low);
+        const float step = static_cast<float>(high - low) / static_cast<float>(last);
         Each([&](int x, int y) {
-            const int along = dx * (x - c.x) + dy * (y - c.y);
-            int i = 0;
-            while (along > 0 && i + 1 < length && (i + 1) * (i + 1) * square <= along * along) ++i;
-            const int color = static_cast<int>(ramp[static_cast<std::size_t>(i)]) & 255;
-            if (length) Write(x, y, {219, color, 255, vBrush.attrib});
+            const double along = (dx * (x - c.x) + dy * (y - c.y)) / way;
+            float color = first;
+            for (int i = 1; i <= last && i <= along; ++i) color += step;
+            if (last >= 0) Write(x, y, {219, static_cast<int>(color) & 255, 255, vBrush.attrib});
         });
     }
 
@@ -228,9 +220,7 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         SCOPED_TRACE(std::to_string(run) + ": " + path);
         MakeBoard(Roll(1, 30), Roll(1, 30));
         const auto place = [&] { return Point{Roll(-1, board->width), Roll(-1, board->height)}; };
-        const auto inWorld = [&](Point at) {
-            return Point{at.x + board->posx, at.y - board->viewy};
-        };
+        const Point back{board->posx, -board->viewy};
         const Point cursor = place(), anchor = Roll(0, 9) ? place() : cursor;
         part = Roll(0, 99);
         filter = Roll(0, 15), accepts = Roll(0, 4) > 0;
@@ -255,7 +245,7 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         const Brush left = std::exchange(vBrush, start);
         const std::string wanted = std::exchange(told, "");
         std::srand(run);
-        const bool known = RunAreaCommand(command, inWorld(cursor), inWorld(anchor), *this);
+        const bool known = RunAreaCommand(command, cursor + back, anchor + back, *this);
         ASSERT_EQ(std::rand(), drawn) << "as many draws";
         ASSERT_EQ(known, path.find("Zoom") && path != "Ruler" && path.find("Cancel") == path.npos);
         ASSERT_EQ(board->tiles, tiles);

@@ -218,6 +218,8 @@ TEST_F(Forms, PanelsWriteAtOnce) {
         {"1050=101", "message Please enter an integer between 0 and 100. "},
         {"1013@5,5", "1049'3' dialog Brush Settings "},
         {"1058", "1076[ ] 1078[ ] 1079[ ] attribs0 panel0 LE"},
+        {"0#13", "LE"},
+        {"0#32", "LE"},
         {"1078", "1078[x] view2 "},
         {"1079", "1079[x] view3 "},
         {"1078", "1078[ ] view1 "},

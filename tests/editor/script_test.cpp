@@ -1,22 +1,10 @@
-// The script commands, the styles of a script's text, and its colors.
+// The styles of a script's text, and its colors.
 
+#include "editor/script/container_styling.h"
 #include "editor/script/script_colors.h"
-#include "editor/script/script_hints.h"
-#include "engine/command_table.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
-
-TEST(Script, WordsAreSortedAndHaveTips) {
-    const std::string longWord(100'000, 'x');
-    EXPECT_EQ(SortWordList("  .top   .Top b \xc3\xa9 #Z b "), "#Z .Top .top b b \xc3\xa9");
-    EXPECT_EQ(SortWordList(longWord + " a"), "a " + longWord);
-    for (const auto& [word, tip] :
-         {std::pair<std::string, std::string>("#patch ", "<midi instrument> ie: 1"),
-          {"#CyCle ", "<value: 0-255>"},
-          {"#nothing ", ""}})
-        EXPECT_EQ(LookUpCallTip(word), tip) << word;
-}
 
 TEST(Script, LinesHaveTheStylesOfTheLanguage) {
     // Below each line its styles; A is 10.
@@ -59,11 +47,6 @@ TEST(Script, ColorsFallBackOneByOne) {
     two[2] = 0xFEDCBA;
     const TempFolder temp;
     EXPECT_EQ(LoadScriptColors("no/such/file"), absent);
-    EXPECT_NE(LoadScriptColors(kColorsFile), absent);
-    for (const auto& [text, colors] :
-         {std::pair<std::string, ScriptColors>("", absent),
-          {"a 12345g b #00000 c 12345 d -11111 e + f 0x1234", absent},
-          {"Text\n123456 one\rbad\tx baDCfexyz y", two},
-          {std::string(5000, 'w') + " 123456 b no c BADCFE" + std::string(5000, 'z'), two}})
-        EXPECT_EQ(LoadScriptColors(PutFile(temp / "colors", text).c_str()), colors);
+    const std::string path = PutFile(temp / "colors", "Text\n123456 one\rbad\tx baDCfexyz y");
+    EXPECT_EQ(LoadScriptColors(path.c_str()), two);
 }

@@ -6,7 +6,6 @@
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
 #include "editor/shell/recent_files.h"
-#include "editor/view/brush.h"
 #include "editor/view/object_clip.h"
 #include "editor/view/view_state.h"
 #include "platform/keys.h"
@@ -111,9 +110,10 @@ TEST_F(Shell, EntriesOfTheBarDoSomething) {
     }
     const auto ticked = [this](int command) { return FindEntry(Frame().bar, command)->checked; };
     for (int mode = 0; mode < kVideoModes; ++mode) {
+        Frame().Edit().invalidated = 0;
         Frame().Choose(kCmdVideoMode + mode);
         EXPECT_EQ(vWorld->videoMode, mode);
-        EXPECT_TRUE(ticked(kCmdVideoMode + mode));
+        EXPECT_TRUE(ticked(kCmdVideoMode + mode) && Frame().Edit().invalidated);
     }
     for (const int command : {kCmdWindowed, kCmdStatusBar}) {
         const bool was = ticked(command);
@@ -127,37 +127,41 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
     const struct {
         int row, command;
         const char* after;
+        std::string redrawn;  ///< the list, the edit view
     } cases[] = {
-        {kAttic, kCmdAddBoard, "dialog Name: (Attic(lamp#@3(bulb) shelf) Cellar NewBoard*)"},
-        {kBulb, kCmdAddObject, "dialog Name: (Attic(lamp#@3(bulb(NewObject*)) shelf) Cellar)"},
+        {kAttic, kCmdAddBoard, "dialog Name: (Attic(lamp#@3(bulb) shelf) Cellar NewBoard*)", "L"},
+        {kBulb, kCmdAddObject, "dialog Name: (Attic(lamp#@3(bulb(NewObject*)) shelf) Cellar)", "L"},
         {kAttic, kCmdDuplicateBoard,
-         "(Attic*(lamp#@3(bulb) shelf) Cellar Attic(lamp#@3(bulb) shelf))"},
-        {kAttic, kCmdPasteBoard, "(Attic*(lamp#@3(bulb) shelf) Cellar Dummy)"},
-        {kAttic, kCmdPasteOnBoard, "(Attic*(lamp#@3(bulb) shelf Dummy) Cellar)"},
-        {kShelf, kCmdPasteOnObject, "(Attic(lamp#@3(bulb) shelf*(Dummy)) Cellar)"},
-        {kAttic, kCmdCopyBoard, "(Attic*(lamp#@3(bulb) shelf) Cellar) Attic"},
-        {kLamp, kCmdCopyObject, "(Attic(lamp#@3*(bulb) shelf) Cellar) lamp"},
-        {kAttic, kCmdDelete, "message Delete Board?: (Cellar*)"},
-        {kBulb, kCmdDelete, "message Delete Object?: (Attic*(lamp#@3 shelf) Cellar)"},
-        {kAttic, kCmdBoardName, "dialog Name: (Attic*(lamp#@3(bulb) shelf) Cellar)"},
-        {kShelf, kCmdObjectName, "dialog Name: (Attic(lamp#@3(bulb) shelf*) Cellar)"},
-        {kShelf, kCmdProgramming, "dialog Programming: (Attic(lamp#@3(bulb) shelf*) Cellar)"},
-        {kShelf, kCmdLocation, "dialog Location: (Attic(lamp#@3(bulb) shelf*) Cellar)"},
-        {kShelf, kCmdSize, "dialog Size: (Attic(lamp#@3(bulb) shelf*) Cellar)"},
-        {kShelf, kCmdViewport, "dialog Viewport: (Attic(lamp#@3(bulb) shelf*) Cellar)"},
-        {kAttic, kCmdExpandAll, "(Attic+*(lamp#@3+(bulb+) shelf+) Cellar)"},
-        {kLamp, kCmdHide, "(Attic([lamp]#@3*(bulb) shelf) Cellar)"},
-        {kBulb, kCmdMoveBase, "(Attic*(lamp#@3 shelf(bulb)) Cellar)"},
+         "(Attic*(lamp#@3(bulb) shelf) Cellar Attic(lamp#@3(bulb) shelf))", "L"},
+        {kAttic, kCmdPasteBoard, "(Attic*(lamp#@3(bulb) shelf) Cellar Dummy)", "L"},
+        {kAttic, kCmdPasteOnBoard, "(Attic*(lamp#@3(bulb) shelf Dummy) Cellar)", "L"},
+        {kShelf, kCmdPasteOnObject, "(Attic(lamp#@3(bulb) shelf*(Dummy)) Cellar)", "LE"},
+        {kAttic, kCmdCopyBoard, "(Attic*(lamp#@3(bulb) shelf) Cellar) Attic", ""},
+        {kLamp, kCmdCopyObject, "(Attic(lamp#@3*(bulb) shelf) Cellar) lamp", ""},
+        {kAttic, kCmdDelete, "message Delete Board?: (Cellar*)", "LE"},
+        {kBulb, kCmdDelete, "message Delete Object?: (Attic*(lamp#@3 shelf) Cellar)", "LE"},
+        {kAttic, kCmdBoardName, "dialog Name: (Attic*(lamp#@3(bulb) shelf) Cellar)", "L"},
+        {kShelf, kCmdObjectName, "dialog Name: (Attic(lamp#@3(bulb) shelf*) Cellar)", "LE"},
+        {kShelf, kCmdProgramming, "dialog Programming: (Attic(lamp#@3(bulb) shelf*) Cellar)", ""},
+        {kShelf, kCmdLocation, "dialog Location: (Attic(lamp#@3(bulb) shelf*) Cellar)", "LE"},
+        {kShelf, kCmdSize, "dialog Size: (Attic(lamp#@3(bulb) shelf*) Cellar)", "LE"},
+        {kShelf, kCmdViewport, "dialog Viewport: (Attic(lamp#@3(bulb) shelf*) Cellar)", "LE"},
+        {kAttic, kCmdExpandAll, "(Attic+*(lamp#@3+(bulb+) shelf+) Cellar)", "LE"},
+        {kLamp, kCmdHide, "(Attic([lamp]#@3*(bulb) shelf) Cellar)", "LE"},
+        {kBulb, kCmdMoveBase, "(Attic*(lamp#@3 shelf(bulb)) Cellar)", "LE"},
     };
     script.answersAll = true;
     for (const auto& c : cases) {
         SCOPED_TRACE(&c - cases);
         Plant();
         List().Click(At(c.row));
+        List().invalidated = Frame().Edit().invalidated = 0;
         std::string after = Choose(c.row, c.command + (c.command == kCmdMoveBase ? shelf->id : 0));
         after = std::regex_replace(after, std::regex("NewObject\\d+"), "NewObject");
         if (vObjectClip->name != "Dummy") after += " " + vObjectClip->name;
         EXPECT_EQ(after, c.after);
+        const std::string list = List().invalidated ? "L" : "";
+        EXPECT_EQ(list + (Frame().Edit().invalidated ? "E" : ""), c.redrawn);
     }
 
     // Beside every row the menu is the selection's.
@@ -189,86 +193,6 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
         app->Frame().List().OnCommand(command);
         vWorld->currentObject = lamp->id;
         EXPECT_EQ(Outcome(), shape) << command;
-    }
-}
-
-// What each command redraws: the list, the edit view, the panel, its picture and the frame.
-TEST_F(Shell, CommandsRedrawWhatShowsTheChange) {
-    const std::string all = "LEPF";
-    enum { Bar, Menu, View, Key, Press, Click };
-    const struct {
-        int by;
-        std::vector<int> what;
-        std::string paint, properties;  ///< while that panel is up; "-" where there is none
-    } rows[] = {
-        {Bar, {kCmdFileNew, kCmdVideoMode, kCmdFontEdit, kCmdShowPaintPanel}, all, all},
-        {Bar, {kCmdWindowed}, "F", "F"},
-        {Bar, {kCmdStatusBar, kCmdTileClipboard, kCmdObjectClipboard}, "", ""},
-        {Menu, {kCmdAddBoard, kCmdAddObject, kCmdDuplicateBoard}, "L", "L"},
-        {Menu, {kCmdPasteBoard, kCmdPasteOnBoard}, "L", "L"},
-        {Menu, {kCmdCopyBoard, kCmdCopyObject, kCmdProgramming, kCmdNone}, "", ""},
-        {Menu, {kCmdBoardName}, "L", all},
-        {Menu, {kCmdPasteOnObject, kCmdDelete, kCmdObjectName, kCmdLocation, kCmdSize}, all, all},
-        {Menu, {kCmdViewport, kCmdExpandAll, kCmdHide, kCmdMoveBase + 1}, all, all},
-        {View, {kCmdZoomIn, kCmdZoomOut, kCmdRuler}, "E", "E"},
-        {View, {kCmdFill, kCmdFadeSlime, kCmdCopyFill, kCmdPasteSprite, kCmdMakeObject}, all, all},
-        {Key, {kKeyUp, kKeyDown, kKeyF4}, "E", "E"},
-        {Key, {kKeySpace}, "E", "LE"},
-        {Key, {kKeyEnter}, "EB", "LEB"},
-        {Key, {kKeyTab}, "EPB", "E"},
-        {Key, {kKeyHome, kKeyPageUp, kKeyDelete}, "EB", ""},
-        {Key, {kKeyF1}, "E", ""},
-        {Press, {0}, "E", "EB"},
-        {Click, {kRadioBlender}, "PB", "-"},
-        {Click, {kRestoreBackup, kShowAttrib, kToProperties}, all, "-"},
-        {Click, {kSaveBackup}, "", "-"},
-        {Click, {kScrollBack, kScrollForward}, "E", "-"},
-        {Click, {kSlotSlider}, "B", "-"},
-        {Click, {kBrushPreview}, "P", "-"},
-        {Click, {kFocusMode, kNodeProgramming}, "-", ""},
-        {Click, {kShowAll, kNodeName, kNodeSize, kNodeViewport, kNodeLocation, kToPaint}, "-", all},
-    };
-    const auto form = [&]() -> ScriptedForm& { return *Frame().panel; };
-    const auto picture = [&] { return form().Picture(kPropViewer) ? kPropViewer : kBrushPreview; };
-    // A tick that is wrong until what it stands in is painted.
-    const auto tick = [&] { return form().Picture(kPropViewer) ? kHideObjs : kRadioText; };
-    script.answersAll = true;
-    script.paintFrame = [&] {
-        List().invalidated = Frame().Edit().invalidated = form().Shown(picture()).invalidated = 0;
-        form().SetCheck(tick(), true);
-        FindEntry(Frame().bar, kCmdVideoMode + 3)->checked = true;
-    };
-    const auto act = [&](int by, int what) {
-        if (by == Bar) return app->Frame().OnCommand(what);
-        if (by == Menu) return app->Frame().List().OnCommand(what);
-        if (by == View) return app->Frame().EditView().OnCommand(what);
-        if (by == Key) return Frame().Edit().Key(what);
-        if (by == Press) return Frame().Edit().Send(&Events::OnRButtonDown, false, Point{9, 9});
-        if (what == kSlotSlider) return form().Slide(what, 1);
-        if (what == kBrushPreview) return form().Shown(what).Click({1, 1});
-        form().Click(what);
-    };
-    for (const auto& row : rows) {
-        for (const int what : row.what) {
-            for (const PanelMode panel : {kPanelPaint, kPanelProperties}) {
-                const std::string& wanted = panel == kPanelPaint ? row.paint : row.properties;
-                if (wanted == "-") continue;
-                vPanelMode = panel;
-                ResetBrushes();
-                Plant();
-                attic->BackupTiles();
-                app->Frame().OnCommand(panel ? kCmdShowPaintPanel : kCmdShowPropertiesPanel);
-                script.paintFrame();
-                Do([&] { act(row.by, what); });
-                script.Run();
-                std::string redrawn = List().invalidated ? "L" : "";
-                if (Frame().Edit().invalidated) redrawn += "E";
-                if (!form().IsChecked(tick())) redrawn += "P";
-                if (form().Shown(picture()).invalidated) redrawn += "B";
-                if (!FindEntry(Frame().bar, kCmdVideoMode + 3)->checked) redrawn += "F";
-                EXPECT_EQ(redrawn, wanted) << row.by << " " << what << " panel " << panel;
-            }
-        }
     }
 }
 

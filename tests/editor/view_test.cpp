@@ -48,9 +48,8 @@ struct Plain final : Events {
         if (tile) ::Paint(*tile, {chr, brush.fg, brush.bg, brush.attrib});
     }
     Point TileAt(Point pixel) const {
-        const double scale = 8 / zoom;
-        return {static_cast<int>(pixel.x / scale - scroll.x),
-                static_cast<int>(pixel.y / scale - scroll.y)};
+        return {static_cast<int>(pixel.x * zoom / 8 - scroll.x),
+                static_cast<int>(pixel.y * zoom / 8 - scroll.y)};
     }
     void Paint() {
         Dtile* tile = Cell();
@@ -62,10 +61,6 @@ struct Plain final : Events {
     void Move(int dx, int dy) {
         cursor = cursor + Point{dx, dy};
         if (paints && (pen || mode == kBrushTab || mode == kBrushBlenderTab)) Paint();
-    }
-    static void ScrollGrid(int sign, std::int32_t& at, int step, int size, int shown) {
-        if (step && sign < 0) at = std::max(at - step, 0);
-        if (step && sign > 0) at = std::min(at + step, std::max(size - shown, 0));
     }
     void Pick() {
         for (int i = 0; i < 2; ++i) {
@@ -128,10 +123,11 @@ struct Plain final : Events {
             field += code == ups[i] ? field < 255 : -(field > 0);
             told += 'p';
         }
-        if (code == kKeyF1 || code == kKeyF2) {
-            const int sign = code == kKeyF1 ? -1 : 1;
-            ScrollGrid(sign, Node().viewx, vStepX, Node().width, Node().vieww);
-            ScrollGrid(sign, Node().viewy, vStepY, Node().height, Node().viewh);
+        for (const auto& [at, step, size, shown] :
+             {std::tuple(&Node().viewx, vStepX, Node().width, Node().vieww),
+              {&Node().viewy, vStepY, Node().height, Node().viewh}}) {
+            if (step && code == kKeyF1) *at = std::max(*at - step, 0);
+            if (step && code == kKeyF2) *at = std::min(*at + step, std::max(size - shown, 0));
         }
         const bool blends = mode == kBrushBlender, steps = mode == kBrushNormal || blends;
         const bool presses = steps && (code == kKeySpace || code == kKeyShift);
@@ -146,9 +142,8 @@ struct Plain final : Events {
         } else if (steps && code == kKeyApps) {
             anchor = cursor;
             tool = kNothing;
-            const double scale = 8 / zoom;
-            Open({static_cast<int>((cursor.x + scroll.x + 1) * scale),
-                  static_cast<int>((cursor.y + scroll.y + 1) * scale)});
+            Open({static_cast<int>((cursor.x + scroll.x + 1) * 8 / zoom),
+                  static_cast<int>((cursor.y + scroll.y + 1) * 8 / zoom)});
         } else if (steps && code == kKeyEnter && Cell()) {
             const Dtile& t = *Cell();
             brush = {Signed(t.chr), Signed(t.fg), Signed(t.bg), Signed(t.attrib)};
@@ -163,16 +158,13 @@ struct Plain final : Events {
             cursor = {column, cursor.y + 1};
             if (Local().y >= Node().height) cursor.y -= Local().y;
         };
-        if (ch == kKeyBackspace) {
-            cursor.x -= cursor.x > margin;
-        } else if (ch == kKeyEnter) {
-            wrap(margin);
-        } else {
-            for (int i = 0; i < (ch == kKeyTab ? 3 : 1); ++i) {
-                Put(Cell(), ch == kKeyTab ? ' ' : ch);
-                ++cursor.x;
-                if (Local().x >= Node().width) wrap(cursor.x - Local().x);
-            }
+        if (ch == kKeyBackspace) cursor.x -= cursor.x > margin;
+        if (ch == kKeyEnter) wrap(margin);
+        const bool types = ch != kKeyBackspace && ch != kKeyEnter;
+        for (int i = 0; i < (ch == kKeyTab ? 3 : types); ++i) {
+            Put(Cell(), ch == kKeyTab ? ' ' : ch);
+            ++cursor.x;
+            if (Local().x >= Node().width) wrap(cursor.x - Local().x);
         }
     }
     void OnLButtonDown(bool ctrl, Point at) override {
@@ -227,9 +219,8 @@ protected:
     }
     // The middle of a tile in window pixels, not farther than any mouse comes.
     Point At(Point tile) const {
-        const double scale = 8.0 / static_cast<double>(view.Zoom());
         const auto pixel = [&](int at) {
-            return static_cast<int>(std::clamp((at + 0.5) * scale, -1e6, 1e6));
+            return static_cast<int>(std::clamp((at + 0.5) * 8 / double{view.Zoom()}, -1e6, 1e6));
         };
         return {pixel(tile.x + view.Scroll().x), pixel(tile.y + view.Scroll().y)};
     }
