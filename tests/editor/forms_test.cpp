@@ -260,6 +260,10 @@ TEST_F(Forms, PanelsWriteAtOnce) {
     world->currentObject = other.id;
     own.InvalidateAll();
     EXPECT_EQ(own.panel->Held(kRestoreBackup), "!");
+    own.panel->Click(kToProperties);
+    script.Run();
+    own.Edit().Send(&WindowEvents::OnRButtonDown, false, Point{9, 9});
+    EXPECT_EQ(own.panel->Shown(kPropViewer).invalidated, 1);
 }
 
 TEST_F(Forms, FadePaintsTheBlendThroughTheSet) {

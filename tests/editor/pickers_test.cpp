@@ -196,6 +196,9 @@ TEST_F(Pickers, AFontGoesOutAndInAndCancelBringsItBack) {
     script.ExpectDialog("Font Edit", [&](ScriptedForm& form) {
         script.ExpectFile("save", temp / "sheet.bmp");
         form.Choose(kFontSave);
+        form.Shown(kFontCharSelect).Paint();
+        form.Slide(kFontSlider, 50);
+        EXPECT_EQ(vCharScrollY, -3);
         form.Click(kFontNewLine);
         script.ExpectFile("open", temp / "sheet.bmp");
         form.Choose(kFontLoad);

@@ -173,6 +173,7 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
               "&Add(&New &Paste) &Edit(&Copy Move(Attic(&Here ... !lamp(!&Here ... !bulb(!&Here "
               "...)) &&(&Here ...)) Cellar(&Here ...))) &Delete | &Name &Programming &Location "
               "&Size &Viewport | +&Hide | &Cancel");
+    EXPECT_EQ(script.lastMenuAt, List().ClientToScreen({30, 310}));
 
     // What is copied goes deep and is its own.
     Choose(kLamp, kCmdCopyObject);
@@ -209,6 +210,9 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     List().Click({20, 15});
     List().Paint();
     EXPECT_EQ(List().description, "Object lamp, z 1, in Attic") << "the row that is shown there";
+    for (const int turn : {-120, 120}) List().Send(&Events::OnMouseWheel, turn);
+    List().Click({20, 5});
+    EXPECT_EQ(vWorld->currentBoard, cellar.id) << "a notch is five rows";
     List().Send(&Events::OnMouseWheel, -120);
     List().Click(At(kAttic));
 
