@@ -1,4 +1,4 @@
-// Loading and saving against zlib alone on the same bytes, for four games: 10 and 1,000 boards at
+// Loading and saving against zlib alone on the same bytes, for four games: 10 and 300 boards at
 // random, in which packing hides all else, the sample, and 1,000 boards like the sample's.
 //
 // --write FOLDER writes what ratios.py has the programs work on instead: games, and the same
@@ -23,6 +23,7 @@
 namespace {
 
 constexpr int kBoards = 1000;
+constexpr int kRandomBoards = 300;
 constexpr int kFewBoards = 10;
 constexpr int kBoardW = 80;
 constexpr int kBoardH = 60;
@@ -236,7 +237,7 @@ int main(int argc, char** argv) {
     if (mode == "--write") return WriteInputs(argv[2]);
     if (mode == "--memory") return PrintMemory(argv[2]);
     GameFile games[] = {{"few", [] { PlantBoards(kFewBoards); }},
-                        {"random", [] { PlantBoards(kBoards); }},
+                        {"random", [] { PlantBoards(kRandomBoards); }},
                         {"sample", [] { PlantLikeSample(0); }},
                         {"samples", [] { PlantLikeSample(kBoards); }}};
     for (GameFile& game : games) {

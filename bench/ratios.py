@@ -92,10 +92,10 @@ PROGRAMS = {
              {"samples": 2.5, "sample": 2.5, "random": 1.6}),
             ("Save", "Deflate", "deflate", {"samples": 1.15, "sample": 1.15, "random": 1.05}))
         for game, what in (("samples", "1,000 boards of the sample's kind"),
-                           ("sample", "the sample"), ("random", "1,000 random boards"))
+                           ("sample", "the sample"), ("random", "300 random boards"))
     ] + [
-        ("load of 1,000 boards / 100 times that of 10", "Load/random", "100 * Load/few", 1.2),
-        ("save of 1,000 boards / 100 times that of 10", "Save/random", "100 * Save/few", 1.2),
+        ("load of 300 boards / 30 times that of 10", "Load/random", "30 * Load/few", 1.2),
+        ("save of 300 boards / 30 times that of 10", "Save/random", "30 * Save/few", 1.2),
     ],
 }
 

@@ -289,7 +289,8 @@ int ZipEntryReadBuf::Fill(char* to, int room) {
         char* const end = to + count;
         char* out = to;
         for (const char* in = to; in != end;) {
-            const char* const back = std::find(in, static_cast<const char*>(end), '\r');
+            const void* const found = std::memchr(in, '\r', static_cast<std::size_t>(end - in));
+            const char* const back = found ? static_cast<const char*>(found) : end;
             out = std::copy(in, back, out);
             in = back;
             if (in != end && (in + 1 == end || in[1] != '\n')) *out++ = '\r';
