@@ -2,6 +2,7 @@
 
 #include "tests/fuzz/targets.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 
@@ -9,6 +10,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     StartTargets();
     static const std::string name = std::getenv("FUZZ_TARGET");
     for (const Target& target : kTargets)
-        if (target.name == name) target.run(data, size);
+        if (target.name == name) target.run({reinterpret_cast<const char*>(data), size});
     return 0;
 }

@@ -4,17 +4,15 @@
 #include "engine/compositor.h"
 #include "engine/dinterface.h"
 #include "engine/game_archive.h"
-#include "engine/game_text.h"
 #include "engine/report.h"
+#include "tests/support/plain_zip.h"
 #include "tests/support/random_world.h"
 #include "tests/support/temp_folder.h"
 #include "tool/compare/salvage.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <sstream>
 #include <string>
-#include <string_view>
 
 namespace {
 
@@ -27,149 +25,100 @@ void Require(bool holds, const char* what) {
 
 constexpr int kTargetW = 20;
 constexpr int kTargetH = 15;
-// Drawing larger worlds shows nothing new and takes long.
-constexpr std::int64_t kDrawnBytes = 1 << 20;
-// So does writing them; a run of a few characters can fill millions of cells.
-constexpr std::int64_t kWrittenBytes = 1 << 24;
+// Writing and drawing larger worlds shows nothing new and takes long, and a run of a few
+// characters can fill millions of cells.
+constexpr std::int64_t kLargest = 1 << 22;
 
-std::string_view Chars(const std::uint8_t* data, std::size_t size) {
-    return {reinterpret_cast<const char*>(data), size};
+std::string FileOf(std::string_view bytes, const std::string& extension) {
+    static const TempFolder folder;
+    return PutFile(folder / ("fuzz." + extension), std::string(bytes));
 }
 
-IdSource Ids() {
-    return [] { return vWorld->TakeId(); };
-}
-
-bool ReadText(const std::string& text, Dobject& root, std::string& reason) {
-    std::stringbuf in(text);
-    GameTextReader reader(in, Ids());
-    TextRemarks remarks;
-    reader.SetRemarks(&remarks);
-    root.name = kRootName;
-    const bool read = reader.ReadWorld(root);
-    Require(read || !reader.Reason().empty(), "a text that is refused has a reason");
-    reason = reader.Reason();
+bool Read(std::string_view bytes, Game& game) {
+    GameFault fault;
+    const IdSource ids = [] { return vWorld->TakeId(); };
+    const bool read = ReadGame(*ZipReader::InMemory(bytes), "world.zqlt", ids, game, fault);
+    Require(read || !fault.text.empty(), "an archive that is refused has a reason");
     return read;
 }
 
-void Show(Game& game) {
-    if (SurfaceBytes(game.root) > kDrawnBytes) return;
+// Composed anew, read again and shown.
+void Repeat(Game& game, bool whole) {
+    if (SurfaceBytes(game.root) > kLargest) return;
+    if (!game.sheet) {
+        game.sheet = MakeBitmap(kTileSize, kTileSize);
+        clear_bitmap(game.sheet.get());
+    }
+    std::string why;
+    const std::string composed = ComposeGame(game.sheet.get(), game.root, 1, 1, why);
+    // Nodes that were read with marks missing can be such as no file holds.
+    Require(!composed.empty() || (!whole && !why.empty()), "what was read can be saved");
+    if (composed.empty()) return;
+    Game again;
     GameFault fault;
-    Require(vWorld->TakeGame(game, fault), "a small world finds its place");
+    Require(Read(composed, again), "what was saved can be read");
+    Require(Account(again.root) == Account(game.root, Kept::InFile), "it reads as it was");
+    Require(vWorld->TakeGame(again, fault), "a small world finds its place");
     const Bitmap target = MakeBitmap(kTargetW * kTileSize, kTargetH * kTileSize);
     clear_bitmap(target.get());
-    vWorld->DrawWorld(target.get(), 0, 0);
     vWorld->DrawTreeList(0, 0, target.get());
     vWorld->SelectTreeRow(0);
     vWorld->DrawWorld(target.get(), 3, -2);
 }
 
-// The nodes that selectors are tried on: a few levels, names that occur twice.
-void PlantNodes() {
-    Dobject& root = vWorld->Root();
-    if (root.children.size() == 2) return;
-    root.EraseAll();
-    for (const char* name : {"top", "b"}) {
-        Dobject* board = root.Spawn(vWorld->TakeId(), 0);
-        board->Create(name, 2, 2);
-        for (const char* object : {"a", "a", "self"}) {
-            Dobject* node = board->Spawn(vWorld->TakeId(), 0);
-            node->Create(object, 2, 2);
-            node->Spawn(vWorld->TakeId(), 0)->Create("a", 2, 2);
-        }
-    }
+void FuzzArchive(std::string_view bytes) {
+    Game game;
+    if (Read(bytes, game)) Repeat(game, true);
 }
 
-// Writing larger ones shows nothing new and takes long.
-constexpr std::size_t kWrittenCells = 1 << 14;
-
-std::string FileOf(const std::uint8_t* data, std::size_t size, const std::string& extension) {
-    static const TempFolder folder;
-    return PutFile(folder / ("fuzz." + extension),
-                   std::string(reinterpret_cast<const char*>(data), size));
-}
-
-bool Load(const std::string& path) {
-    return LoadTileClip(path, [] { return true; });
-}
-
-// The clipboard that a file must leave alone or replace.
-void PutOldClip() {
-    vTileClip = {{1, 2, 3, 0}, {4, 5, 6, 1}};
-    vTileClipW = 1;
-    vTileClipH = 2;
+// A damaged archive: what is saved of it can be composed and read.
+void FuzzRepair(std::string_view bytes) {
+    Salvage salvage;
+    SalvageGame(bytes, salvage);
+    if (!salvage.empty) Repeat(salvage.game, false);
 }
 
 // As a file of the tile clipboard: loaded, saved in the format of its kind, and loaded again. A
 // picture of colours is taken as the foreground.
-void FuzzClip(const std::uint8_t* data, std::size_t size, const std::string& extension) {
-    const std::string path = FileOf(data, size, extension);
-    PutOldClip();
-    const std::vector<Dtile> old = vTileClip;
-    if (!Load(path)) {
-        Require(vTileClip == old && vTileClipW == 1 && vTileClipH == 2,
-                "a file that is refused leaves the clipboard as it was");
-        return;
-    }
-    Require(vTileClipW > 0 && vTileClipH > 0 &&
-                vTileClip.size() ==
-                    static_cast<std::size_t>(vTileClipW) * static_cast<std::size_t>(vTileClipH),
-            "the clipboard has a cell for each place");
-    if (vTileClip.size() > kWrittenCells) return;
+void FuzzClip(std::string_view bytes, const std::string& extension) {
+    const std::vector<Dtile> old{{1, 2, 3, 0}, {4, 5, 6, 1}};
+    const auto load = [&](const std::string& path) {
+        vTileClip = old;
+        vTileClipW = 1;
+        vTileClipH = 2;
+        const bool loaded = LoadTileClip(path, [] { return true; });
+        Require(vTileClipW > 0 && std::int64_t{vTileClipW} * vTileClipH ==
+                                      static_cast<std::int64_t>(vTileClip.size()),
+                "the clipboard has a cell for each place");
+        return loaded;
+    };
+    if (!load(FileOf(bytes, extension)))
+        return Require(vTileClip == old && vTileClipW == 1, "what is refused changes nothing");
+    if (vTileClip.size() > kLargest / 256) return;
     const std::vector<Dtile> read = vTileClip;
     const ClipKind kind = ClipKindOf(read.front());
-    const std::string saved = FileOf(nullptr, 0, SaveFormat(kind).extension);
+    const std::string saved = FileOf({}, SaveFormat(kind).extension);
     Require(SaveTileClip(saved), "what was read can be saved");
-    PutOldClip();
-    Require(Load(saved), "what was saved can be loaded");
+    Require(load(saved), "what was saved can be loaded");
     // A file of whole tiles may hold a clip that is saved as less.
     const bool all = extension != "qcf" || kind == ClipKind::Whole;
     Require(!all || vTileClip == read, "it loads as it was");
 }
 
-// A game archive: read, composed anew, and read again.
-void FuzzArchive(const std::uint8_t* data, std::size_t size) {
-    Game game;
-    GameFault fault;
-    const auto archive = ZipReader::InMemory(Chars(data, size));
-    if (!ReadGame(*archive, "world.zqlt", Ids(), game, fault)) {
-        Require(!fault.text.empty(), "an archive that is refused has a reason");
-        return;
+// The first byte as the number of a node, the rest as a selector seen from it. Names occur twice.
+void FuzzSelector(std::string_view bytes) {
+    if (bytes.empty()) return;
+    vWorld->Root().EraseAll();
+    for (const char* name : {"top", "b"}) {
+        const HandleGuard board(vWorld->SpawnObject(kRootHandle, name, 2, 2, 0));
+        for (const char* object : {"a", "a", "self"}) {
+            const HandleGuard node(vWorld->SpawnObject(board, object, 2, 2, 0));
+            vWorld->ReleaseHandle(vWorld->SpawnObject(node, "a", 2, 2, 0));
+        }
     }
-    if (!game.sheet || SurfaceBytes(game.root) > kWrittenBytes) return;
-    std::string why;
-    const std::string composed = ComposeGame(game.sheet.get(), game.root, 1, 1, why);
-    Require(!composed.empty(), "what was read can be saved");
-    Game again;
-    Require(ReadGame(*ZipReader::InMemory(composed), "x", Ids(), again, fault),
-            "what was saved can be read");
-    Require(Account(again.root) == Account(game.root, Kept::InFile), "it reads as it was");
-    Show(again);
-}
-
-// A game's text: read, drawn, written and read again.
-void FuzzText(const std::uint8_t* data, std::size_t size) {
-    Game game;
-    std::string reason;
-    if (!ReadText(std::string(Chars(data, size)), game.root, reason)) return;
-    if (SurfaceBytes(game.root) > kWrittenBytes) return;
-    std::ostringstream written;
-    WriteWorld(game.root, written);
-    Game again;
-    Require(ReadText(written.str(), again.root, reason), "what was written can be read");
-    Require(Account(again.root) == Account(game.root, Kept::InFile), "it reads as it was");
-    Show(again);
-}
-
-// The first byte as the number of a node, the rest as a selector seen from it.
-void FuzzSelector(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) return;
-    PlantNodes();
-    const std::string selector(Chars(data + 1, size - 1));
-    const int ids = 1 + static_cast<int>(data[0] % 16);
-    std::int32_t id = vWorld->Root().children.front()->id + ids - 2;
+    const std::int32_t id = vWorld->Root().children.back()->id - 1 + bytes[0] % 16;
     const Handle h = vWorld->GetHandleById(kRootHandle, id);
-    const int list = vWorld->StartHandleList(h, selector.c_str());
+    const int list = vWorld->StartHandleList(h, std::string(bytes.substr(1)).c_str());
     Require((list < 0) == (h == kNoHandle), "a node and a selector give a list");
     for (int left = vWorld->CountHandles(list); left > 0; --left)
         Require(vWorld->Node(vWorld->NextHandle(list)), "every element is a node");
@@ -180,43 +129,20 @@ void FuzzSelector(const std::uint8_t* data, std::size_t size) {
         Require(!vWorld->Node(free), "released handles are free");
 }
 
-// A damaged archive: what is saved of it can be composed and read.
-void FuzzRepair(const std::uint8_t* data, std::size_t size) {
-    Salvage salvage;
-    SalvageGame(Chars(data, size), salvage);
-    Game& game = salvage.game;
-    if (salvage.empty || SurfaceBytes(game.root) > kWrittenBytes) return;
-    const Bitmap usual = MakeBitmap(8, 8);
-    clear_bitmap(usual.get());
-    std::string why;
-    const std::string bytes =
-        ComposeGame(game.sheet ? game.sheet.get() : usual.get(), game.root, 1, 1, why);
-    // Nodes that were read with marks missing can be such as no file holds.
-    if (bytes.empty()) return Require(!why.empty(), "what cannot be saved has a reason");
-    Game again;
-    GameFault fault;
-    Require(ReadGame(*ZipReader::InMemory(bytes), "fuzz.zqlt", Ids(), again, fault),
-            "what was saved can be read");
-}
-
 // An object file "fuzz.zobj": imported, exported and imported again.
-void FuzzZobj(const std::uint8_t* data, std::size_t size) {
-    const std::string path = FileOf(data, size, "zobj");
+void FuzzZobj(std::string_view bytes) {
+    const std::string path = FileOf(bytes, "zobj");
     Dobject node;
     node.Create("old", 1, 1);
-    const Handle handle = vWorld->AddHandle(&node);
-    if (vWorld->Import(handle, path)) {
-        if (SurfaceBytes(node) <= kWrittenBytes) {
-            Require(vWorld->Export(handle, path), "what was read can be saved");
-            const std::string saved = FileBytes(path);
-            Require(vWorld->Import(handle, path), "what was saved can be read");
-            Require(node.parent == nullptr, "it stays a node of its own");
-        }
-    } else {
-        Require(node.name == "old" && node.width == 1 && node.children.empty(),
-                "a file that is refused leaves the node as it was");
-    }
-    vWorld->ReleaseHandle(handle);
+    const HandleGuard handle(vWorld->AddHandle(&node));
+    if (!vWorld->Import(handle, path))
+        return Require(node.name == "old" && node.width == 1 && node.children.empty(),
+                       "a file that is refused leaves the node as it was");
+    if (SurfaceBytes(node) > kLargest) return;
+    const std::string read = Account(node, Kept::InFile);
+    Require(vWorld->Export(handle, path), "what was read can be saved");
+    Require(vWorld->Import(handle, path), "what was saved can be read");
+    Require(Account(node) == read && !node.parent, "it reads as it was");
 }
 
 }  // namespace
@@ -231,13 +157,13 @@ void StartTargets() {
 
 const std::vector<Target> kTargets = {
     {"archive", FuzzArchive},
-    {"text", FuzzText},
+    {"text", [](auto bytes) { FuzzArchive(MakeZip(GameEntries(std::string(bytes)))); }},
     {"selector", FuzzSelector},
     {"repair", FuzzRepair},
     {"zobj", FuzzZobj},
-    {"qcf", [](auto* data, auto size) { FuzzClip(data, size, "qcf"); }},
-    {"chr", [](auto* data, auto size) { FuzzClip(data, size, "chr"); }},
-    {"txt", [](auto* data, auto size) { FuzzClip(data, size, "txt"); }},
-    {"att", [](auto* data, auto size) { FuzzClip(data, size, "att"); }},
-    {"bmp", [](auto* data, auto size) { FuzzClip(data, size, "bmp"); }},
+    {"qcf", [](auto bytes) { FuzzClip(bytes, "qcf"); }},
+    {"chr", [](auto bytes) { FuzzClip(bytes, "chr"); }},
+    {"txt", [](auto bytes) { FuzzClip(bytes, "txt"); }},
+    {"att", [](auto bytes) { FuzzClip(bytes, "att"); }},
+    {"bmp", [](auto bytes) { FuzzClip(bytes, "bmp"); }},
 };

@@ -2,8 +2,7 @@
 // by abort() when something that must always hold does not.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include <string_view>
 #include <vector>
 
 /// Starts Allegro and makes a world, once; to be called in the folder that holds Library/.
@@ -11,6 +10,6 @@ void StartTargets();
 
 struct Target {
     const char* name;  ///< also that of its folder in corpus/, where it has a seed at least
-    void (*run)(const std::uint8_t* data, std::size_t size);
+    void (*run)(std::string_view bytes);
 };
 extern const std::vector<Target> kTargets;
