@@ -26,8 +26,8 @@ void Require(bool holds, const char* what) {
 constexpr int kTargetW = 20;
 constexpr int kTargetH = 15;
 // Writing and drawing larger worlds shows nothing new and takes long, and a run of a few
-// characters can fill millions of cells.
-constexpr std::int64_t kLargest = 1 << 22;
+// characters can fill millions of cells. In bytes of surfaces.
+constexpr std::int64_t kLargestWritten = 1 << 24, kLargestDrawn = 1 << 20;
 
 std::string FileOf(std::string_view bytes, const std::string& extension) {
     static const TempFolder folder;
@@ -36,15 +36,17 @@ std::string FileOf(std::string_view bytes, const std::string& extension) {
 
 bool Read(std::string_view bytes, Game& game) {
     GameFault fault;
-    const IdSource ids = [] { return vWorld->TakeId(); };
-    const bool read = ReadGame(*ZipReader::InMemory(bytes), "world.zqlt", ids, game, fault);
+    TextRemarks remarks;
+    const bool read = ReadGame(
+        *ZipReader::InMemory(bytes), "world.zqlt", [] { return vWorld->TakeId(); }, game, fault,
+        &remarks);
     Require(read || !fault.text.empty(), "an archive that is refused has a reason");
     return read;
 }
 
 // Composed anew, read again and shown.
 void Repeat(Game& game, bool whole) {
-    if (SurfaceBytes(game.root) > kLargest) return;
+    if (SurfaceBytes(game.root) > kLargestWritten) return;
     if (!game.sheet) {
         game.sheet = MakeBitmap(kTileSize, kTileSize);
         clear_bitmap(game.sheet.get());
@@ -58,9 +60,11 @@ void Repeat(Game& game, bool whole) {
     GameFault fault;
     Require(Read(composed, again), "what was saved can be read");
     Require(Account(again.root) == Account(game.root, Kept::InFile), "it reads as it was");
+    if (SurfaceBytes(game.root) > kLargestDrawn) return;
     Require(vWorld->TakeGame(again, fault), "a small world finds its place");
     const Bitmap target = MakeBitmap(kTargetW * kTileSize, kTargetH * kTileSize);
     clear_bitmap(target.get());
+    vWorld->DrawWorld(target.get(), 0, 0);
     vWorld->DrawTreeList(0, 0, target.get());
     vWorld->SelectTreeRow(0);
     vWorld->DrawWorld(target.get(), 3, -2);
@@ -94,7 +98,7 @@ void FuzzClip(std::string_view bytes, const std::string& extension) {
     };
     if (!load(FileOf(bytes, extension)))
         return Require(vTileClip == old && vTileClipW == 1, "what is refused changes nothing");
-    if (vTileClip.size() > kLargest / 256) return;
+    if (vTileClip.size() > kLargestDrawn / 64) return;
     const std::vector<Dtile> read = vTileClip;
     const ClipKind kind = ClipKindOf(read.front());
     const std::string saved = FileOf({}, SaveFormat(kind).extension);
@@ -138,7 +142,7 @@ void FuzzZobj(std::string_view bytes) {
     if (!vWorld->Import(handle, path))
         return Require(node.name == "old" && node.width == 1 && node.children.empty(),
                        "a file that is refused leaves the node as it was");
-    if (SurfaceBytes(node) > kLargest) return;
+    if (SurfaceBytes(node) > kLargestWritten) return;
     const std::string read = Account(node, Kept::InFile);
     Require(vWorld->Export(handle, path), "what was read can be saved");
     Require(vWorld->Import(handle, path), "what was saved can be read");
