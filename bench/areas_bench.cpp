@@ -106,9 +106,12 @@ enum Shape { kPlain, kNoise, kComb, kSerpentine };
 
 bool IsWall(Shape shape, int x, int y) {
     if (x == kSide - 1 && y == kSide - 1) return false;
-    // The same cells in each turn: a hash of the place.
-    if (shape == kNoise)
-        return (static_cast<std::uint32_t>(y * kSide + x) * 2654435761u >> 16) % 10 < 3;
+    // The same cells in each turn, by a hash of the place; the last column leads past them.
+    if (shape == kNoise) {
+        std::uint32_t hash = static_cast<std::uint32_t>(y * kSide + x) * 2654435761u;
+        hash = (hash ^ hash >> 15) * 2246822519u;
+        return x != kSide - 1 && (hash ^ hash >> 13) % 10 < 3;
+    }
     if (shape == kComb) return x % 2 == 0 && y > 0;
     return shape == kSerpentine && y % 2 == 0 && x != (y % 4 == 0 ? 0 : kSide - 1);
 }
