@@ -98,7 +98,7 @@ TEST_F(Saving, AChildKilledAtAnyMomentLeavesAVersion) {
     for (int kill = 1; kill <= 40; ++kill) {
         const pid_t child = fork();
         // Each version is one by its number, which stands in the last entry.
-        for (world->videoMode = 1000 * kill; child == 0; ++world->videoMode)
+        for (world->videoMode = 1'000'000 * kill; child == 0; ++world->videoMode)
             if (!world->Save(path)) _exit(1);
         usleep(static_cast<useconds_t>(Roll(0, 20'000)));
         ::kill(child, SIGKILL);
@@ -106,7 +106,7 @@ TEST_F(Saving, AChildKilledAtAnyMomentLeavesAVersion) {
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status)) << "the child could not save";
         ASSERT_TRUE(world->Load(path));
-        ASSERT_LE(world->videoMode / 1000, kill);
+        ASSERT_LE(world->videoMode / 1'000'000, kill);
     }
     const std::string own = ".quilt-save-" + std::to_string(getppid()) + "-9";
     PutFile(folder / own, "x");
