@@ -267,8 +267,11 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
         if (seed % 6) continue;
         std::vector<std::string> games{bytes, unlike, moved.Bytes()};
         for (const auto& [w, h] : {std::pair{132, 136}, {136, 132}, {60, 260}, {128, 124}})
-            games.push_back(
-                Read(bytes, [&, w = w, h = h](Game& game) { ResizeSheet(game, w, h, 0); }).Bytes());
+            games.push_back(Read(bytes, [&, w = w, h = h](Game& game) {
+                                ResizeSheet(game, w, h, 0);
+                                auto& tiles = game.root.children.front()->tiles;
+                                std::fill(tiles.begin(), tiles.end(), kBlankTile);
+                            }).Bytes());
         for (std::size_t i = 1; i < games.size(); ++i) {
             PutFile(folder / "a.zqlt", games[i - 1]);
             PutFile(folder / "b.zqlt", games[i]);
