@@ -98,8 +98,9 @@ TEST_F(Saving, AChildKilledAtAnyMomentLeavesAVersion) {
     for (int kill = 1; kill <= 40; ++kill) {
         const pid_t child = fork();
         // Each version is one by its number, which stands in the last entry.
-        for (world->videoMode = 1'000'000 * kill; child == 0; ++world->videoMode)
-            if (!world->Save(path)) _exit(1);
+        world->videoMode = 1'000'000 * kill;
+        while (child == 0 && world->Save(path)) ++world->videoMode;
+        if (child == 0) _exit(1);
         usleep(static_cast<useconds_t>(Roll(0, 20'000)));
         ::kill(child, SIGKILL);
         int status = 0;
