@@ -54,7 +54,7 @@ TEST_F(Tool, InfoTellsTheTreeWhateverTheNames) {
     auto& door = json["boards"][0]["children"][0];
     EXPECT_THAT(door["name"].get<std::string>(), StartsWith("\x1b[31m\"\\"));
     door["name"] = "door";
-    json["boards"] = {door};
+    json["boards"] = nlohmann::json::array({door});
     EXPECT_EQ(json.dump(),
               R"({"boards":[{"children":[],"height":2,"name":"door","posx":4,"posy":5,"posz":-4,)"
               R"("script_lines":3,"viewh":2,"vieww":3,"viewx":1,"viewy":0,"width":6}],)"
