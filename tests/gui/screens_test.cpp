@@ -121,13 +121,6 @@ TEST_F(Screens, EveryFormHasRoomAndIsReadOnLightAndDark) {
     EXPECT_GT(inspector.forms, 37);
 }
 
-TEST_F(Screens, ALargeWindowGivesItsRoomToTheEditView) {
-    window->resize(3840, 2160);
-    Settle();
-    EXPECT_EQ(list->width(), 200);
-    EXPECT_TRUE(edit->width() > 3600 && edit->height() > 1900);
-}
-
 // Upright stripes, a tile wide each: tiles keep whole device pixels.
 TEST_F(Screens, TilesKeepWholeDevicePixels) {
     for (int i = 0; i < Board().width * Board().height; ++i)

@@ -26,14 +26,7 @@ constexpr Qt::Key kKeys[] = {
 };
 constexpr Qt::Key kMenuKeys[] = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Left,  Qt::Key_Right,
                                  Qt::Key_F,    Qt::Key_Return, Qt::Key_Escape};
-constexpr Qt::KeyboardModifiers kModifiers[] = {{},
-                                                {},
-                                                {},
-                                                {},
-                                                {},
-                                                {},
-                                                Qt::ControlModifier,
-                                                Qt::ShiftModifier,
+constexpr Qt::KeyboardModifiers kModifiers[] = {Qt::ControlModifier, Qt::ShiftModifier,
                                                 Qt::AltModifier,
                                                 Qt::ControlModifier | Qt::ShiftModifier};
 // Of some characters no code page has any. No tilde: a line that begins with "~pe" ends a script
@@ -45,6 +38,10 @@ constexpr const char* kTexts[] = {
 };
 constexpr const char* kFiles[] = {"good",   "good",     "good",      "saved0",
                                   "saved1", "bad-half", "bad-other", "missing/a"};
+
+Qt::KeyboardModifiers Held(Run& run) {
+    return run.OneIn(3) ? run.Pick(kModifiers) : Qt::NoModifier;
+}
 
 QString NameOf(const QWidget& widget) {
     return QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') +
@@ -105,7 +102,7 @@ void FileStep(Run& run, QFileDialog& dialog) {
 void KeyStep(Run& run, QWidget& target) {
     const auto letter = static_cast<Qt::Key>(Qt::Key_A + run.Below(26));
     const Qt::Key key = run.OneIn(4) ? letter : run.Pick(kKeys);
-    const Qt::KeyboardModifiers with = run.Pick(kModifiers);
+    const Qt::KeyboardModifiers with = Held(run);
     run.Say("key", key, with, "to", NameOf(target));
     Press(target, key, with);
 }
@@ -128,7 +125,7 @@ void MouseStep(Run& run, QWidget& widget) {
                  run.Below(tall + 2 * outside) - outside};
     }
     const Qt::MouseButton button = run.OneIn(3) ? Qt::RightButton : Qt::LeftButton;
-    const Qt::KeyboardModifiers with = run.Pick(kModifiers);
+    const Qt::KeyboardModifiers with = Held(run);
     const int way = run.Below(14);
     run.Say("mouse", way, button, with, path, "in", NameOf(widget));
     // A text control would go on scrolling by the clock.

@@ -4,25 +4,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
-#include <png.h>
 #include <sys/wait.h>
-
-/// A picture file: its size, and three bytes a pixel.
-struct Picture {
-    explicit Picture(const std::string& path) {
-        image.version = PNG_IMAGE_VERSION;
-        EXPECT_TRUE(png_image_begin_read_from_file(&image, path.c_str()));
-        image.format = PNG_FORMAT_RGB;
-        colors.resize(PNG_IMAGE_SIZE(image));
-        EXPECT_TRUE(png_image_finish_read(&image, nullptr, colors.data(), 0, nullptr));
-    }
-    std::string At(unsigned x, unsigned y) const {
-        return colors.substr((y * image.width + x) * 3, 3);
-    }
-
-    png_image image{};
-    std::string colors;
-};
 
 class ToolTest : public WorldTest {
 protected:
