@@ -176,7 +176,6 @@ TEST_F(Forms, AllOfThem) {
         {"Slime fade", area(AreaDialog::Slime), "'Random: 5' =5 ", "1010~15", painted},
         {"Brush Settings", brush, look, "1001@32,0 1002@33,0 1003@44,0 1009 1004@5,5",
          "chr2 fg3 bg4 attrib3 "},
-        {"Brush Settings", brush, look, "1007 1011", "chr0 fg0 bg0 attrib1 "},
         // The arrows stop at the edges of the grids.
         {"Brush Settings", brush, look, "1002#37 1002#39 1003#38 1003#40 1003#39 1002#40 1002#37",
          "fg16 bg18 "},
@@ -264,22 +263,4 @@ TEST_F(Forms, PanelsWriteAtOnce) {
     script.Run();
     own.Edit().Send(&WindowEvents::OnRButtonDown, false, Point{9, 9});
     EXPECT_EQ(own.panel->Shown(kPropViewer).invalidated, 1);
-}
-
-TEST_F(Forms, FadePaintsTheBlendThroughTheSet) {
-    script.ExpectDialog("Fade", [&](ScriptedForm& form) {
-        form.Slide(kFadeBlendSlider, 3);
-        for (const int choice : {kFadeMenuBase + 2, 0}) {
-            script.ExpectMenu(choice);
-            form.Click(kFadeSetButton);
-            EXPECT_EQ(form.GetText(kFadeSetButton), "Set: Grass");
-        }
-        form.Click(kIdOk);
-    });
-    board->Create("even", 10, 10);
-    SelectRect(vArea, HandleGuard(world->GetCurrentObject()), {3, -4}, {12, 5});
-    OpenAreaDialog(AreaDialog::Fade, vArea);
-    constexpr int kGrass[] = {44, 34, 118, 119, 87};
-    for (std::size_t i = 0; i < 100; ++i)
-        ASSERT_EQ(board->tiles[i].chr, kGrass[4 - i / 20]) << "from bottom to top";
 }

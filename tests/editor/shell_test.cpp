@@ -206,7 +206,6 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     List().Send(&Events::OnMouseMove, false, At(kAttic));
     EXPECT_EQ(vWorld->currentBoard, cellar.id) << "no button is held";
     List().Drag({50, 50}, {21, 31}, true);
-    for (const int turn : {120, -120}) List().Send(&Events::OnMouseWheel, turn);
     List().Click({20, 15});
     List().Paint();
     EXPECT_EQ(List().description, "Object lamp, z 1, in Attic") << "the row that is shown there";
@@ -273,7 +272,6 @@ TEST_F(Shell, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
         Frame().Choose(kCmdFileSave);  // asks each time, for its name
         EXPECT_EQ(Doc().PathName(), second);
     }
-    EXPECT_EQ(script.lastFileDialog.path, second);
     EXPECT_THAT(RecentFiles(), ElementsAre(second, path));
 
     // Six recent files are kept; one that is not there leaves the list.

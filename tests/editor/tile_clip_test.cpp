@@ -147,34 +147,3 @@ TEST_F(TileClip, TheDialogsLoadAndSave) {
         EXPECT_EQ(Cells(), button == 1002 ? "1x1 f5" : "1x1 b5");
     }
 }
-
-TEST_F(TileClip, TheTilesAreDraggedAndShown) {
-    const struct {
-        Dtile cell;
-        int chr, fg, bg;
-    } cells[] = {{{kNone, kNone, kNone, 3}, 177, 15, 1}, {{65, kNone, kNone, kNone}, 65, 15, 1},
-                 {{kNone, 7, kNone, kNone}, 177, 7, 0},  {{kNone, kNone, 9, kNone}, 177, 0, 9},
-                 {{2, 65534, 1, 0}, 2, -2, 1},           {{66, 12, 13, 0}, 66, 12, 13}};
-    std::vector<Dtile> all;
-    for (int i = 0; i < 600; ++i) all.push_back(cells[i % 6].cell);
-    Put(20, 30, all);
-    const Bitmap expected = MakeBitmap(512, 512);
-    clear_bitmap(expected.get());
-    for (int i = 0; i < 580; ++i) {
-        const auto& [cell, chr, fg, bg] = cells[(i + 20) % 6];
-        if (i % 20) world->GetFont()->DrawGlyph(expected.get(), chr, fg, bg, i % 20 - 1, i / 20);
-    }
-    script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
-        ScriptedWindow& window = form.Shown(kClipPicture);
-        window.Paint();
-        // A tile for eight pixels or a key, never past the corner.
-        window.Drag({50, 50}, {500, 500});
-        window.Drag({50, 50}, {33, 50});
-        window.Send(&WindowEvents::OnMouseMove, false, Point{0, 0});
-        for (const int arrow : {kKeyLeft, kKeyDown}) window.Key(arrow);
-        window.Paint();
-        window.ExpectPicture(expected.get());
-        form.Click(kIdOk);
-    });
-    DoTileClip().Run();
-}

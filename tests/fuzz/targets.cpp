@@ -109,30 +109,6 @@ void FuzzClip(std::string_view bytes, const std::string& extension) {
     Require(!all || vTileClip == read, "it loads as it was");
 }
 
-// The first byte as the number of a node, the rest as a selector seen from it. Names occur twice.
-void FuzzSelector(std::string_view bytes) {
-    if (bytes.empty()) return;
-    vWorld->Root().EraseAll();
-    for (const char* name : {"top", "b"}) {
-        const HandleGuard board(vWorld->SpawnObject(kRootHandle, name, 2, 2, 0));
-        for (const char* object : {"a", "a", "self"}) {
-            const HandleGuard node(vWorld->SpawnObject(board, object, 2, 2, 0));
-            vWorld->ReleaseHandle(vWorld->SpawnObject(node, "a", 2, 2, 0));
-        }
-    }
-    const std::int32_t id = vWorld->Root().children.back()->id - 1 + bytes[0] % 16;
-    const Handle h = vWorld->GetHandleById(kRootHandle, id);
-    const int list = vWorld->StartHandleList(h, std::string(bytes.substr(1)).c_str());
-    Require((list < 0) == (h == kNoHandle), "a node and a selector give a list");
-    for (int left = vWorld->CountHandles(list); left > 0; --left)
-        Require(vWorld->Node(vWorld->NextHandle(list)), "every element is a node");
-    Require(list < 0 || vWorld->NextHandle(list) == kNoHandle, "the list ends at its count");
-    vWorld->ReleaseHandleList(list);
-    vWorld->ReleaseHandle(h);
-    for (Handle free = 1; free < kMaxHandles; ++free)
-        Require(!vWorld->Node(free), "released handles are free");
-}
-
 // An object file "fuzz.zobj": imported, exported and imported again.
 void FuzzZobj(std::string_view bytes) {
     const std::string path = FileOf(bytes, "zobj");
@@ -162,7 +138,6 @@ void StartTargets() {
 const std::vector<Target> kTargets = {
     {"archive", FuzzArchive},
     {"text", [](auto bytes) { FuzzArchive(MakeZip(GameEntries(std::string(bytes)))); }},
-    {"selector", FuzzSelector},
     {"repair", FuzzRepair},
     {"zobj", FuzzZobj},
     {"qcf", [](auto bytes) { FuzzClip(bytes, "qcf"); }},

@@ -96,25 +96,6 @@ TEST_F(MainWindow, EnterPressesTheButtonWithTheFocusElseTheDefaultOne) {
     }
 }
 
-TEST_F(MainWindow, ABrushIsChosenByKeysAlone) {
-    Start();
-    vBrush = {66, 20, 30, 0};
-    person.OnDialog([](QDialog& dialog) {
-        const QImage shown = In(dialog, kBrushChar).grab().toImage();
-        EXPECT_EQ(shown.pixel(0, 0), dialog.palette().color(QPalette::Highlight).rgb());
-        Key(dialog, {Qt::Key_Right, Qt::Key_Down, Qt::Key_Tab});
-        Key(dialog, {Qt::Key_Right, Qt::Key_Down, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Right});
-        // A click gives a picker the keys.
-        QTest::mouseClick(&In(dialog, kBrushBg), Qt::LeftButton, {}, {1, 1});
-        Key(dialog, {Qt::Key_Right, Qt::Key_Return});
-    });
-    ClickOnPanel(kBrushPreview);
-    EXPECT_EQ(vBrush, (Brush{83, 37, 1, 1}));
-    // Unforeseen, a dialog would fail the test.
-    Drag(Control(kBrushPreview), {{5, 8}, {5, -200}}, Qt::LeftButton);
-    Settle();
-}
-
 TEST_F(MainWindow, TheFontEditorTakesItsKeysWhereverTheFocusStands) {
     Start();
     vBrush = {33, 7, 2, 1};

@@ -67,8 +67,6 @@ struct Roller {
     }
 };
 
-enum class Form { All, InFile, Text };
-
 std::string KeptName(std::string name) {
     std::replace_if(
         name.begin(), name.end(),
@@ -76,40 +74,30 @@ std::string KeptName(std::string name) {
     return name.empty() ? "_" : name;
 }
 
-void Write(const Dobject& parent, Form form, std::ostream& out) {
+void Write(const Dobject& parent, bool all, std::ostream& out) {
     std::vector<const Dobject*> children;
     for (const auto& child : parent.children) children.push_back(child.get());
     const std::int64_t way = parent.name == kRootName ? 1 : -1;
-    if (form == Form::InFile)
+    if (!all)
         std::stable_sort(children.begin(), children.end(), [way](const auto* a, const auto* b) {
             return way * a->posz < way * b->posz;
         });
     for (const Dobject* node : children) {
-        const bool all = form == Form::All, expanded = !all && node->evieww != 0;
+        const bool expanded = !all && node->evieww != 0;
         out << "~ob " << (all ? node->name : KeptName(node->name)) << ' ' << node->posz << '\n';
         out << node->posx << ' ' << node->posy << ' ' << node->width << ' ' << node->height << '\n';
         out << node->viewx << ' ' << node->viewy << ' ' << (expanded ? node->evieww : node->vieww)
             << ' ' << (expanded ? node->eviewh : node->viewh) << '\n';
         if (all && node->evieww) out << node->evieww << ' ' << node->eviewh << '\n';
-        std::vector<Dtile> tiles = node->tiles;
-        for (Dtile& tile : tiles)
-            for (std::uint16_t* field : {&tile.chr, &tile.fg, &tile.bg, &tile.attrib})
-                if (form == Form::InFile && *field == 65535) *field = 0;
-        std::string line;
-        for (std::size_t i = 0; i < tiles.size();) {
-            const Dtile tile = tiles[i];
-            int run = 0;
-            for (; i < tiles.size() && tiles[i] == tile; ++i) ++run;
-            if (run > 1 || tile.chr > 32767) line += std::to_string(-run) + " ";
-            for (std::uint16_t field : {tile.chr, tile.fg, tile.bg, tile.attrib})
-                line += std::to_string(Signed(field)) + " ";
+        for (const Dtile& tile : node->tiles) {
+            for (const std::uint16_t field : {tile.chr, tile.fg, tile.bg, tile.attrib})
+                out << (all || field != 65535 ? Signed(field) : 0) << ' ';
+            out << '\n';
         }
-        if (!line.empty()) line.back() = '\n';
         std::string script = node->script;
-        if (form == Form::InFile && script.ends_with('\n')) script.pop_back();
-        if (form != Form::Text || (!script.empty() && !script.ends_with('\n'))) script += '\n';
-        out << line << "~pb\n" << script << "~pe\n";
-        Write(*node, form, out);
+        if (!all && script.ends_with('\n')) script.pop_back();
+        out << "~pb\n" << script << "\n~pe\n";
+        Write(*node, all, out);
         out << "~oe\n";
     }
 }
@@ -124,7 +112,7 @@ void PlantRandomWorld(Dinterface& world, std::mt19937& random) {
 
 std::string Account(const Dobject& node, Kept kept) {
     std::ostringstream out;
-    Write(node, kept == Kept::All ? Form::All : Form::InFile, out);
+    Write(node, kept == Kept::All, out);
     return out.str();
 }
 
@@ -143,10 +131,4 @@ std::string Difference(const std::string& wanted, const std::string& found) {
     const std::size_t from = at - std::min(at, kAround);
     return "wanted ..." + wanted.substr(from, 2 * kAround) + "... but found ..." +
            found.substr(from, 2 * kAround) + "...";
-}
-
-std::string PlainText(const Dobject& root) {
-    std::ostringstream out;
-    Write(root, Form::Text, out);
-    return "~endvars\n~endimports\n" + out.str();
 }

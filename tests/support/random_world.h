@@ -1,5 +1,4 @@
-// Worlds of all kinds for round trips, and two plain accounts of one: all that a file keeps of
-// it, by which worlds are compared, and its text by a writer that is as slow and simple as can be.
+// Worlds of all kinds for round trips, and a plain account of one, by which worlds are compared.
 #pragma once
 
 #include "engine/dinterface.h"
@@ -23,6 +22,3 @@ std::string Account(Dinterface& world, Kept kept = Kept::All);
 
 /// Where the second account first differs from the first; empty when nowhere.
 std::string Difference(const std::string& wanted, const std::string& found);
-
-/// The text entry of the world, with line feeds.
-std::string PlainText(const Dobject& root);

@@ -356,12 +356,10 @@ public:
     bool MessageBox(const std::string& text, const std::string&, Buttons buttons, Icon) override {
         return Take("message", text).ok || buttons == Buttons::Ok;
     }
-    std::optional<std::string> OpenFileDialog(const FileDialog& dialog) override {
-        lastFileDialog = dialog;
+    std::optional<std::string> OpenFileDialog(const FileDialog&) override {
         return Take("open", "").path;
     }
-    std::optional<std::string> SaveFileDialog(const FileDialog& dialog) override {
-        lastFileDialog = dialog;
+    std::optional<std::string> SaveFileDialog(const FileDialog&) override {
         return Take("save", "").path;
     }
     int RunDialog(const Form& form, FormEvents& events) override {
@@ -407,7 +405,6 @@ public:
     bool ShowDocument(const std::string&) override { return true; }
 
     ScriptedFrame* frame = nullptr;
-    FileDialog lastFileDialog;
     std::vector<std::array<std::string, 3>> started;  ///< program, argument, folder
 
 private:
