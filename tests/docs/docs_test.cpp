@@ -32,7 +32,6 @@ TEST(Docs, LinksLeadSomewhereAndEveryPictureIsUsed) {
             }
         }
     }
-    EXPECT_GT(used.size(), 15u);
     for (const auto& picture : fs::directory_iterator(kSource / "docs/pictures"))
         EXPECT_TRUE(used.contains(picture.path().filename())) << picture.path();
 }

@@ -18,8 +18,6 @@ using platform::Point;
 
 namespace {
 
-// The first and the last are beyond a byte.
-constexpr FadeTiles kSet{256, 1, 2, 3, 300};
 constexpr Dtile kHole{65535, 65535, 65535, 65535};
 
 class Areas : public WorldTest, public HostLog {
@@ -70,7 +68,7 @@ protected:
     void Tell(const std::string& fade, Point at) {
         told = fade + std::to_string(at.x) + "," + std::to_string(at.y);
     }
-    // What the fades paint has a test of its own: here they paint all that is selected.
+    // What the fades paint is held by the sample's sums: here they paint all that is selected.
     bool RunAreaDialog(AreaDialog dialog, TileArea& area) override {
         if (dialog == AreaDialog::Filter) FilterBrush();
         if (dialog == AreaDialog::Filter) return accepts;
@@ -262,31 +260,6 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         Each([&](int x, int y) {
             ASSERT_EQ(*made.GetTile(x - box[0], y - box[1]), tiles[Index(x, y)]);
         });
-    }
-}
-
-// A number tells one texture from another. They were taken when the fades did, cell by cell and
-// draw by draw, what plain readings of their rules do.
-TEST_F(Areas, FadesHaveTheirTextures) {
-    FadeCells cells{};
-    for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = static_cast<int>(i % 7 % 5);
-    MakeBoard(24, 17);
-    const std::pair<std::function<void()>, unsigned> fades[] = {
-        {[&] { NormalFade(handle, vArea, vBrush, cells, 9, kSet); }, 1938501583u},
-        {[&] { DistanceFade(handle, vArea, vBrush, 35, 205, 6, kSet); }, 437688064u},
-        {[&] { SlimeFade(handle, vArea, vBrush, 15, kSet); }, 609575581u},
-    };
-    for (const auto& [fade, texture] : fades) {
-        SelectRect(vArea, handle, {-99, -99}, {99, 99});
-        for (int i = 0; i < 24 * 17; i += 7) vArea.At(i % 24, i / 24) = kNotSelected;
-        vFadeCenterX = 8;
-        vFadeCenterY = 5;
-        board->tiles.assign(24 * 17, {});
-        std::srand(1);
-        fade();
-        unsigned seen = 0;
-        for (const Dtile& tile : board->tiles) seen = 31 * seen + tile.chr;
-        EXPECT_EQ(seen, texture);
     }
 }
 

@@ -167,7 +167,6 @@ TEST_F(Forms, AllOfThem) {
         {"Speckle", area(AreaDialog::Speckle), "'50' ",
          "1002!100:between+0+and+99. 1002!-1:and+99. 1002=99", painted},
         {"Filter", area(AreaDialog::Filter), filters, "1001 1003", "chr-1 bg-1 "},
-        {"Filter", area(AreaDialog::Filter), filters, "1002 1004", "fg-1 attrib-1 "},
         {"Fade", area(AreaDialog::Fade), "'Left to right' =0 'Random: 0' =0 ", "1010~3 1003~1",
          painted},
         {"Distance Fade", area(AreaDialog::Distance),

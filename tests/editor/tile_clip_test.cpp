@@ -11,8 +11,6 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
-#include <cstdlib>
-
 using namespace platform;
 
 namespace {
@@ -59,7 +57,6 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
         std::string name, bytes, cells{};  ///< none when it is refused
     } cases[] = {
         {"a.txt", "ab\r\ncd\r\n", "2x3 c97 c98 c99 c100 c100 c100"},
-        {"a.txt", "\t\na\n\nbc", "2x4 c97 c98 c99 c99 c99 c99 c99 c99"},
         {"a.txt", std::string("\xff\0b", 3), "3x1 c255 c0 c98"},
         {"a.txt", "  \n "},
         {"a.att", "2 2\n1 2 3"},
@@ -73,7 +70,6 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
         EXPECT_EQ(Cells(), c.cells.empty() ? "1x1 c1f2b3a4" : c.cells);
         reports.Clear();
     }
-    EXPECT_FALSE(SaveTileClip(temp / "no folder/x.qcf"));
 }
 
 // The first cell alone tells the kind of file, and so which fields come back.
@@ -95,55 +91,5 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
         ClearTileClip();
         ASSERT_TRUE(Load("kind." + extension, first.fg != kNone));
         EXPECT_EQ(Cells(), "2x2 " + kept);
-    }
-    // Glyphs through the pictures of other programs.
-    std::vector<Dtile> cells(28, kNothing);
-    for (std::size_t i = 0; i < 28; ++i) cells[i].chr = static_cast<std::uint16_t>(40001 * i + 5);
-    Put(7, 4, cells);
-    ASSERT_TRUE(SaveTileClip(temp / "ours"));
-    const std::string shell =
-        "cd " + temp.Path() +
-        " && pcxtoppm ours 2>err >ppm && ppmtopcx -24bit ppm 2>err >their.chr";
-    ASSERT_EQ(std::system(shell.c_str()), 0) << FileBytes(temp / "err");
-    ASSERT_TRUE(Load("their.chr"));
-    EXPECT_EQ(vTileClip, cells);
-}
-
-TEST_F(TileClip, TheDialogsLoadAndSave) {
-    PutFile(temp / "t.txt", "ab\ncd");
-    script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
-        form.Choose(kClipSave);  // empty: not even a file dialog
-        form.Shown(kClipPicture).invalidated = 0;
-        script.ExpectFile("open", temp / "t.txt");
-        form.Choose(kClipLoad);
-        EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
-        script.ExpectFile("save", temp / "saved.chr");
-        form.Choose(kClipSave);
-        form.Click(kIdCancel);
-    });
-    DoTileClip().Run();
-    EXPECT_EQ(Cells(), "2x2 c97 c98 c99 c100");
-    MakeObjectClip();
-    vObjectClip->Spawn(world->TakeId(), 4)->Create("child", 2, 2);
-    vObjectClip->script = "#end";
-    const std::string before = Account(*vObjectClip);
-    script.ExpectDialog("Object ClipBoard", [&](ScriptedForm& form) {
-        script.ExpectFile("save", temp / "x.zobj");
-        form.Choose(kObjectSave);
-        vObjectClip->EraseAll();
-        script.ExpectFile("open", temp / "x.zobj");
-        form.Choose(kObjectLoad);
-        form.Click(kIdOk);
-    });
-    DoObjectClipBoard().Run();
-    EXPECT_EQ(Account(*vObjectClip), before);
-    EXPECT_EQ(temp.Names(), (std::vector<std::string>{"saved.chr", "t.txt", "x.zobj"}));
-
-    Put(1, 1, {{kNone, 5, kNone, kNone}});
-    ASSERT_TRUE(SaveTileClip(temp / "c.bmp"));
-    for (const int button : {1002, 1003}) {
-        script.ExpectDialog("Load BMP As", [=](ScriptedForm& form) { form.Click(button); });
-        ASSERT_TRUE(LoadTileClip(temp / "c.bmp", AskForForeground));
-        EXPECT_EQ(Cells(), button == 1002 ? "1x1 f5" : "1x1 b5");
     }
 }

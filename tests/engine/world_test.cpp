@@ -1,11 +1,7 @@
 // The world through its handles: what a random walk cannot reach.
 
-#include "engine/report.h"
 #include "tests/support/random_world.h"
 #include "tests/support/test_world.h"
-
-#include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <climits>
 
@@ -80,13 +76,4 @@ TEST_F(World, APathUpAndDownAndADrawingOfAllComeToAnEnd) {
     child.tiles[0] = {1, 65535, 65535, 0};
     child.vSurf.reset();
     EXPECT_EQ(getpixel(child.Surface(), 0, 0), 0);
-}
-
-TEST_F(World, StopsWhenItsFontIsMissing) {
-    vMessageHook = [](const char* text, const char*) { std::fputs(text, stderr); };
-    EXPECT_EXIT(
-        {
-            if (chdir("/") == 0) Dinterface broken;
-        },
-        testing::ExitedWithCode(1), "Unable to load 'Library/default.dat'");
 }

@@ -33,25 +33,18 @@ TEST(PartialRedraw, IsAFullOne) {
     for (int step = 0; step < 400; ++step) {
         const int what = step == 0 ? 0 : roll(12);
         if (what == 0) {
-            constexpr int kStretches[][2] = {{1, 1}, {2, 1}, {4, 1}, {1, 2}, {2, 3}};
-            const auto& stretch = kStretches[roll(5)];
-            canvas.up = stretch[0];
-            canvas.down = stretch[1];
+            canvas.up = 1 << roll(3);
+            canvas.down = 1 + roll(3);
             canvas.w = (100 + roll(30)) / canvas.up * canvas.down + canvas.down;
             canvas.h = (64 + roll(30)) / canvas.up * canvas.down + canvas.down;
             canvas.pixels.assign(static_cast<std::size_t>(canvas.w * canvas.h), 7);
-        } else if (what == 1) {
-            vScreenColors[static_cast<std::size_t>(roll(256))] ^= 0xff;
-        } else if (what == 2) {
-            widget.resize(60 + roll(40), 40 + roll(24));
-        } else {
-            const QRect changed =
-                QRect(roll(canvas.w), roll(canvas.h), 1 + roll(20), 1 + roll(20)) &
-                QRect(0, 0, canvas.w, canvas.h);
-            for (int y = changed.top(); y <= changed.bottom(); ++y)
-                for (int x = changed.left(); x <= changed.right(); ++x)
-                    canvas.At(x, y) = static_cast<unsigned char>(roll(256));
         }
+        if (what == 1) vScreenColors[static_cast<std::size_t>(roll(256))] ^= 0xff;
+        if (what == 2) widget.resize(60 + roll(40), 40 + roll(24));
+        const int left = roll(canvas.w), top = roll(canvas.h);
+        for (int y = top; what > 2 && y < std::min(top + roll(20), canvas.h); ++y)
+            for (int x = left; x < std::min(left + 9, canvas.w); ++x)
+                canvas.At(x, y) = static_cast<unsigned char>(roll(256));
         if (what == 3) widget.grab();
         if (what == 4) widget.update(0, 0, 9, 9);
         widget.Invalidate();

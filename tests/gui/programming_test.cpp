@@ -2,14 +2,10 @@
 
 #include "tests/gui/main_window.h"
 
-#include "editor/script/container_styling.h"
 #include "editor/script/do_programming.h"
-#include "engine/script_styler.h"
 #include "platform/qt/code_widget.h"
 
 #include <QListWidget>
-#include <random>
-#include <sstream>
 
 namespace {
 
@@ -156,35 +152,4 @@ TEST_F(Programming, StoresTheTextByteForByte) {
         Do("ok");
     };
     EXPECT_EQ(Run("fine\n", refused), "fine\nok");
-}
-
-// Puts in and takes out text, and compares the styles up to some place with those of the lines.
-TEST_F(Programming, StylesStayRightThroughRandomEdits) {
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    const auto roll = [&](std::size_t n) { return random() % n; };
-    std::string model;
-    const auto round = [&] {
-        const std::size_t at = roll(model.size() + 1);
-        const std::size_t count = roll(3) ? 0 : std::min(roll(40), model.size() - at);
-        std::string text(count ? 0 : 1 + roll(12), ' ');
-        for (char& c : text) c = "#/?.:@'\" ab1\n\n"[roll(14)];
-        code->Send(Base::SCI_DELETERANGE, at, static_cast<std::intptr_t>(count));
-        code->Send(Base::SCI_INSERTTEXT, at, reinterpret_cast<std::intptr_t>(text.c_str()));
-        model.replace(at, count, text);
-        if (roll(3) == 0) return;
-        // Also as far as shortly before the edit: what is behind may change what is in front.
-        const std::size_t upTo = roll(2) ? model.size() : at - std::min(at, roll(9));
-        StyleTo(*code, static_cast<std::intptr_t>(upTo));
-        std::istringstream lines(model);
-        std::string wanted, styles;
-        for (std::string line; std::getline(lines, line);) wanted += StyleLine(line + '\n');
-        for (std::size_t i = 0; i < upTo; ++i)
-            styles += static_cast<char>(code->Send(Base::SCI_GETSTYLEAT, i, 0));
-        ASSERT_EQ(styles, wanted.substr(0, upTo)) << model;
-    };
-    Run("", [&] {
-        for (int i = 0; i < 20000 && !HasFailure(); ++i) round();
-    });
 }

@@ -13,17 +13,9 @@
 #include <QPushButton>
 #include <QSlider>
 #include <cstdlib>
-#include <sstream>
+#include <regex>
 
 namespace {
-
-// All white space made one blank, so that line ends do not matter.
-std::string Plain(const std::string& text) {
-    std::istringstream in(text);
-    std::string plain;
-    for (std::string word; in >> word;) plain += (plain.empty() ? "" : " ") + word;
-    return plain;
-}
 
 class Tutorial : public MainWindow {
 protected:
@@ -57,7 +49,9 @@ protected:
         EXPECT_EQ(vBrush, brush);
     }
 
-    const std::string readme = Plain(FileBytes(SOURCE_FOLDER "/README.md"));
+    // Line ends do not matter.
+    const std::string readme =
+        std::regex_replace(FileBytes(SOURCE_FOLDER "/README.md"), std::regex("\\s+"), " ");
     std::size_t told = 0;
 };
 

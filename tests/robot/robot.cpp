@@ -150,7 +150,6 @@ private:
     void SaveAndOpen() {
         run.Say("save the world, open it and compare");
         saved = run.step;
-        run.held = nullptr;
         // Opening a game shows its first board.
         if (!vWorld->Root().children.empty())
             vWorld->ShowBoard(vWorld->Root().children.front()->id);

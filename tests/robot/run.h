@@ -4,7 +4,6 @@
 #include "tests/support/temp_folder.h"
 
 #include <QDebug>
-#include <QPointer>
 #include <QWidget>
 #include <cstdio>
 #include <random>
@@ -14,9 +13,7 @@ struct Run {
     std::FILE* log = nullptr;  ///< open for writing
     std::mt19937_64 random{};
     long step = 0;
-    long excusedUntil = 0;     ///< the step up to which a bad file may be reported
-    QPointer<QWidget> held{};  ///< a mouse button is held on it from one step to the next
-    Qt::MouseButton heldButton = Qt::NoButton;
+    long excusedUntil = 0;  ///< the step up to which a bad file may be reported
 
     void Excuse() { excusedUntil = step + 15; }
     /// 0 to n - 1, by remainder: a seed gives the same run with every standard library.

@@ -4,7 +4,6 @@
 #include "tests/support/hands/hands.h"
 
 #include <QAbstractButton>
-#include <QAbstractScrollArea>
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QClipboard>
@@ -127,17 +126,7 @@ void MouseStep(Run& run, QWidget& widget) {
     const Qt::KeyboardModifiers with = Held(run);
     const int way = run.Below(14);
     run.Say("mouse", way, button, with, path, "in", NameOf(widget));
-    // A text control would go on scrolling by the clock.
-    if (way == 0 && !run.held && !qobject_cast<QAbstractScrollArea*>(widget.parentWidget())) {
-        run.held = &widget;
-        run.heldButton = button;
-        return MouseDown(widget, path[0], button, with);
-    }
-    const bool isHeld = run.held == &widget;
-    if (way == 1) return MouseMove(widget, path[0], isHeld ? run.heldButton : Qt::NoButton);
-    // What else is pressed takes the release of what was held.
-    run.held = nullptr;
-    if (way == 0 && isHeld) return MouseUp(widget, path[0], run.heldButton, with);
+    if (way < 2) return MouseMove(widget, path[0], Qt::NoButton);
     if (way < 3) return TurnWheel(widget, path[0], run.Below(7) * 60 - 180, with);
     if (way < 5) return DoubleClick(widget, path[0], button, with);
     if (way < 10) path.resize(1);

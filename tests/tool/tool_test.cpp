@@ -139,10 +139,6 @@ TEST_F(Tool, CheckFindsWhatIsSuspect) {
         const std::regex place("a.zqlt: game.qlt, line ");
         EXPECT_EQ(std::regex_replace(plain.out, place, ""), findings);
         EXPECT_EQ(plain.err + std::to_string(plain.status), "0");
-        // All of them are looked at.
-        PutFile(folder / "bad.zqlt", MakeZip(GameEntries("~endvars")));
-        const Result bad = Run("check bad.zqlt a.zqlt");
-        EXPECT_EQ(bad.out + std::to_string(bad.status), plain.out + "1");
         const Result strict = Run("check --strict a.zqlt");
         EXPECT_EQ(std::regex_replace(strict.err, std::regex("quilt-tool: "), ""), plain.out);
         EXPECT_EQ(strict.out + std::to_string(strict.status), findings.empty() ? "0" : "1");
@@ -167,11 +163,8 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
                  {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
                  {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
                  {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
-                 {"render a.zqlt b.png --scale 0", 2, "quilt-tool: --scale"},
                  {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
-                 {"--version >/dev/full", 1, "quilt-tool: standard output: "},
                  {"other a.zqlt", 2, "quilt-tool: "},
-                 {"diff a.zqlt missing.zqlt", 2, "quilt-tool: missing.zqlt: "},
                  {"diff --quiet a.zqlt a.zqlt", 0, ""},
                  {"", 2, "quilt-tool: "}};
     for (const auto& c : cases) {
