@@ -247,6 +247,9 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         ASSERT_EQ(std::rand(), drawn) << "as many draws";
         ASSERT_EQ(known, path.find("Zoom") && path != "Ruler" && path.find("Cancel") == path.npos);
         ASSERT_EQ(board->tiles, tiles);
+        const std::string shown = Pixels(board->Surface());
+        board->RedrawTiles();
+        ASSERT_TRUE(shown == Pixels(board->Surface())) << "the surface shows the tiles";
         ASSERT_EQ(board->undoTiles, undo);
         ASSERT_EQ(vBrush, left);
         ASSERT_EQ(vTileClip, clip);

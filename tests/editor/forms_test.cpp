@@ -15,7 +15,6 @@
 #include "editor/tools/do_filter.h"
 #include "editor/tools/do_speckle.h"
 #include "editor/tools/do_tile_clip.h"
-#include "editor/tools/fade_dialog.h"
 #include "editor/tools/open_area_dialog.h"
 #include "editor/view/brush.h"
 #include "editor/view/selection.h"

@@ -4,7 +4,6 @@
 #include "editor/tools/do_tile_clip.h"
 #include "editor/tools/tile_clip_files.h"
 #include "editor/view/object_clip.h"
-#include "platform/keys.h"
 #include "tests/support/plain_zip.h"
 #include "tests/support/random_world.h"
 #include "tests/support/scripted_platform.h"

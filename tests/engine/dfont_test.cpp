@@ -1,7 +1,6 @@
 // The glyph sheet and the drawing of glyphs, beside a reading of both pixel by pixel.
 
 #include "engine/picture_file.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
 #include <climits>

@@ -6,7 +6,6 @@
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
 #include "editor/shell/panel_ids.h"
-#include "editor/tools/do_brush_settings.h"
 #include "editor/tools/do_font_edit.h"
 #include "editor/view/brush.h"
 
