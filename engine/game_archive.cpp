@@ -117,23 +117,28 @@ private:
             scanner.Peek(peeked, std::min(left, TextScanner::Peeked::kMost));
             const std::size_t count = peeked.count;
             scanner.Take(peeked, count);
-            for (std::size_t i = 0; i < count; ++i)
-                if (!PutPixel(x++, y, peeked.numbers[i])) return false;
+            if (!PutPixels(x, y, peeked.numbers, count)) return false;
+            x += static_cast<int>(count);
             if (count > 0) continue;
             std::int32_t pixel = 0;
             if (scanner.Number(pixel) != Status::kGood) return SheetEnds(x, y);
-            if (!PutPixel(x++, y, pixel)) return false;
+            if (!PutPixels(x++, y, &pixel, 1)) return false;
         }
         return true;
     }
 
-    bool PutPixel(int x, int y, std::int32_t pixel) {
-        if (pixel < 0 || pixel > kMaxColor)
-            return Fail(kSheetEntry, "the pixel at " + std::to_string(x) + ", " +
-                                         std::to_string(y) +
-                                         " is no colour: " + std::to_string(pixel));
-        game.sheet->line[y][x] = static_cast<unsigned char>(pixel);
-        return true;
+    bool PutPixels(int x, int y, const std::int32_t* pixels, std::size_t count) {
+        std::int32_t bits = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            bits |= pixels[i];
+            game.sheet->line[y][static_cast<std::size_t>(x) + i] =
+                static_cast<unsigned char>(pixels[i]);
+        }
+        static_assert((kMaxColor & (kMaxColor + 1)) == 0);
+        if ((bits & ~kMaxColor) == 0) return true;
+        while (*pixels >= 0 && *pixels <= kMaxColor) ++x, ++pixels;
+        return Fail(kSheetEntry, "the pixel at " + std::to_string(x) + ", " + std::to_string(y) +
+                                     " is no colour: " + std::to_string(*pixels));
     }
 
     bool ReadByteRow(std::streambuf& bytes, int y) {

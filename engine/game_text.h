@@ -8,6 +8,7 @@
 #pragma once
 
 #include "engine/dobject.h"
+#include "engine/known_cells.h"
 #include "engine/text_scanner.h"
 
 #include <cstdint>
@@ -77,9 +78,12 @@ private:
     bool ReadBlock(Dobject& node, const Dobject* spawnedBy);
     bool ReadHead(Dobject& node, const Dobject* spawnedBy);
     bool ReadGrid(Dobject& node);
-    void AddCells(Dobject& node, std::int64_t cells, std::int64_t count, const Dtile& tile);
+    void AddCells(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile);
     bool ReadRecord(Dobject& node, std::int64_t cells);
     bool AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers);
+    bool TakeKnown(Dobject& node, std::int64_t cells, KnownCells::Text& text);
+    bool ReadAlike(Dobject& node, std::int64_t cells);
+    bool ReadStrange(Dobject& node, std::int64_t cells);
     static std::size_t Need(std::int32_t first);
     bool ReadScriptStart(Dobject& node);
     bool ReadScript(Dobject& node);
@@ -103,6 +107,7 @@ private:
     std::int64_t worldText = 0;
     static constexpr std::size_t kFields = 4;
     TextScanner::Peeked peeked;
+    KnownCells known;
     std::string word;  ///< kept for its memory
     std::string line;
 };

@@ -24,6 +24,16 @@ std::uint16_t StoredField(std::int32_t field) {
     return field == kKeepField ? std::uint16_t{0} : static_cast<std::uint16_t>(field);
 }
 
+// False when a field does not fit into 16 bits, with or without a sign.
+bool CellOf(const std::int32_t* fields, Dtile& tile) {
+    bool beyond = false;
+    for (int i = 0; i < 4; ++i)
+        beyond |= static_cast<std::uint32_t>(fields[i] - INT16_MIN) > UINT16_MAX - INT16_MIN;
+    tile = {StoredField(fields[0]), StoredField(fields[1]), StoredField(fields[2]),
+            StoredField(fields[3])};
+    return !beyond;
+}
+
 }  // namespace
 
 std::string Quoted(const std::string& name) {
@@ -121,14 +131,15 @@ bool GameTextReader::GridFault(const Dobject& node, std::int64_t cells, const st
                 (why.empty() ? "" : ": " + why));
 }
 
-void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
-                              const Dtile& tile) {
+void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile) {
     auto& tiles = node.tiles;
     const auto have = static_cast<std::int64_t>(tiles.size());
     const std::int64_t wanted = have + std::min(count, cells - have);
     if (wanted > static_cast<std::int64_t>(tiles.capacity()))
         tiles.reserve(static_cast<std::size_t>(std::min(cells, std::max(wanted, 2 * have))));
-    tiles.resize(static_cast<std::size_t>(wanted), tile);
+    // Not by one resize: gcc then puts each copy together in memory from a byte and seven.
+    tiles.resize(static_cast<std::size_t>(wanted));
+    std::fill(tiles.begin() + have, tiles.end(), tile);
 }
 
 // The numbers of a record: the four fields of its cell, behind the length of a run below 0.
@@ -136,16 +147,9 @@ std::size_t GameTextReader::Need(std::int32_t first) { return first < 0 ? kField
 
 bool GameTextReader::AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers) {
     const bool run = numbers[0] < 0;
-    const std::int32_t* const fields = numbers + run;
-    for (std::size_t i = 0; i < kFields; ++i)
-        if (fields[i] < INT16_MIN || fields[i] > UINT16_MAX)
-            return GridFault(node, cells, "a number is beyond 16 bits");
-    const Dtile tile{StoredField(fields[0]), StoredField(fields[1]), StoredField(fields[2]),
-                     StoredField(fields[3])};
-    if (!run && node.tiles.size() < node.tiles.capacity())
-        node.tiles.push_back(tile);
-    else
-        AddCells(node, cells, run ? -std::int64_t{numbers[0]} : 1, tile);
+    Dtile tile;
+    if (!CellOf(numbers + run, tile)) return GridFault(node, cells, "a number is beyond 16 bits");
+    AddCells(node, cells, run ? -std::int64_t{numbers[0]} : 1, tile);
     return true;
 }
 
@@ -166,6 +170,70 @@ bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
     return AddRecord(node, cells, numbers);
 }
 
+// Takes the next record when the fields of its cell are known; else tells their text, if that can
+// become known.
+bool GameTextReader::TakeKnown(Dobject& node, std::int64_t cells, KnownCells::Text& text) {
+    constexpr std::ptrdiff_t kMostRun = 6;
+    text.length = 0;
+    const char* const here = scanner.Ahead(kMostRun + 2 + KnownCells::kLook);
+    if (!here || *here != ' ') return false;
+    const char* fields = here + 1;
+    std::int64_t run = 1;
+    if (*fields == '-') {
+        run = 0;
+        const char* const end = fields + kMostRun;
+        for (++fields; fields < end && *fields >= '0' && *fields <= '9'; ++fields)
+            run = run * 10 + (*fields - '0');
+        if (run == 0 || *fields++ != ' ') return false;
+    }
+    text = KnownCells::TextAt(fields);
+    const Dtile* const tile = known.Find(text);
+    if (!tile) return false;
+    scanner.Take(fields + text.length - here);
+    if (run == 1 && node.tiles.size() < node.tiles.capacity())
+        node.tiles.push_back(*tile);
+    else
+        AddCells(node, cells, run, *tile);
+    return true;
+}
+
+// As long as there are more cells of which the like came before than others.
+bool GameTextReader::ReadAlike(Dobject& node, std::int64_t cells) {
+    constexpr int kMostStrange = 32;
+    for (int strange = 0;
+         strange < kMostStrange && static_cast<std::int64_t>(node.tiles.size()) < cells;) {
+        KnownCells::Text text;
+        if (TakeKnown(node, cells, text)) {
+            strange -= strange > 0;
+            continue;
+        }
+        if (!ReadRecord(node, cells)) return false;
+        ++strange;
+        if (text.length > 0) known.Add(text, node.tiles.back());
+    }
+    return true;
+}
+
+bool GameTextReader::ReadStrange(Dobject& node, std::int64_t cells) {
+    while (static_cast<std::int64_t>(node.tiles.size()) < cells) {
+        scanner.Peek(peeked);
+        std::size_t used = 0;
+        while (static_cast<std::int64_t>(node.tiles.size()) < cells && used < peeked.count &&
+               used + Need(peeked.numbers[used]) <= peeked.count) {
+            const std::int32_t* const numbers = peeked.numbers + used;
+            used += Need(*numbers);
+            Dtile tile;
+            if (*numbers >= 0 && node.tiles.size() < node.tiles.capacity() && CellOf(numbers, tile))
+                node.tiles.push_back(tile);
+            else if (!AddRecord(node, cells, numbers))
+                return false;
+        }
+        scanner.Take(peeked, used);
+        if (used == 0 && !ReadRecord(node, cells)) return false;
+    }
+    return true;
+}
+
 bool GameTextReader::ReadGrid(Dobject& node) {
     const std::int64_t cells = std::int64_t{node.width} * node.height;
     worldCells += cells;
@@ -173,18 +241,7 @@ bool GameTextReader::ReadGrid(Dobject& node) {
         return Fail("with " + Quoted(node.name) + " the world has more than " +
                     std::to_string(kMaxWorldCells) + " cells");
     node.tiles.reserve(static_cast<std::size_t>(std::min(cells, kBelievedCells)));
-    while (static_cast<std::int64_t>(node.tiles.size()) < cells) {
-        scanner.Peek(peeked);
-        std::size_t used = 0;
-        while (static_cast<std::int64_t>(node.tiles.size()) < cells && used < peeked.count &&
-               used + Need(peeked.numbers[used]) <= peeked.count) {
-            if (!AddRecord(node, cells, peeked.numbers + used)) return false;
-            used += Need(peeked.numbers[used]);
-        }
-        scanner.Take(peeked, used);
-        if (used == 0 && !ReadRecord(node, cells)) return false;
-    }
-    return true;
+    return ReadAlike(node, cells) && ReadStrange(node, cells);
 }
 
 // --- scripts -----------------------------------------------------------------------------------

@@ -51,6 +51,13 @@ public:
         if (count > 0) ready->Take(next.ends[count - 1]);
     }
 
+    /// The next characters, if as many are at hand, else null; and the taking of them, in which
+    /// there is no line feed.
+    const char* Ahead(std::ptrdiff_t count) const {
+        return ready && ready->End() - ready->Here() >= count ? ready->Here() : nullptr;
+    }
+    void Take(std::ptrdiff_t count) { ready->Take(count); }
+
     /// The rest of the line, without its line feed, which is taken. kTooLong, with the line
     /// feed not yet taken and `line` holding its start, when it has more than `limit`
     /// characters. kEnd when not even a line feed is left.
@@ -109,9 +116,12 @@ inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
             others |= high * 0x0102040810204080 >> 56 << i;
         }
         while (count < most) {
-            const std::int32_t negative = *start == '-';
-            if (negative) others &= others - 1;
-            const char* const first = start + negative;
+            const char* first = start;
+            const bool negative = *first == '-';
+            if (negative) [[unlikely]] {
+                others &= others - 1;
+                ++first;
+            }
             const char* const end = piece + std::countr_zero(others);
             const std::ptrdiff_t digits = end - first;
             if (others == 0 || digits < 1 || digits > kMostDigits || *end != ' ') break;
@@ -121,7 +131,7 @@ inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
             word = (word * 10 + (word >> 8)) & 0x00ff00ff00ff00ff;
             word = (word * 100 + (word >> 16)) & 0x0000ffff0000ffff;
             const auto value = static_cast<std::int32_t>(word * 10'000 + (word >> 32));
-            next.numbers[count] = (value ^ -negative) + negative;
+            next.numbers[count] = negative ? -value : value;
             next.ends[count++] = end - here;
             start = end + 1;
         }

@@ -1,7 +1,10 @@
 #include "engine/zip_memory.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -57,15 +60,39 @@ long SeekImage(voidpf opaque, voidpf, ZPOS64_T offset, int origin) {
 
 int ImageFailed(voidpf opaque, voidpf) { return Image(opaque).failed; }
 
+// False when that part of the file cannot be read or the file has none there.
+bool Fetch(ZipSource& source) {
+    constexpr std::uint64_t kPiece = 1 << 16;
+    if (source.file < 0) return false;
+    source.area.resize(kPiece);
+    source.first = source.position / kPiece * kPiece;
+    std::size_t count = 0;
+    for (ssize_t n = 1; n > 0 && count<kPiece; count += n> 0 ? static_cast<std::size_t>(n) : 0) {
+        const auto at = static_cast<off_t>(source.first + count);
+        n = pread(source.file, source.area.data() + count, kPiece - count, at);
+    }
+    source.bytes = {source.area.data(), count};
+    return source.position < source.first + count;
+}
+
 uLong ReadSource(voidpf opaque, voidpf, void* data, uLong count) {
     ZipSource& source = Source(opaque);
-    const std::uint64_t left =
-        source.bytes.size() - std::min<std::uint64_t>(source.position, source.bytes.size());
-    const auto n = std::min<std::uint64_t>(count, left);
-    source.cut = source.cut || n < count;
-    if (n > 0) std::memcpy(data, source.bytes.data() + source.position, n);
-    source.position += n;
-    return static_cast<uLong>(n);
+    auto* const to = static_cast<char*>(data);
+    uLong done = 0;
+    while (done < count) {
+        // Before the piece the distance is a huge number.
+        const std::uint64_t behind = source.position - source.first;
+        if (behind >= source.bytes.size()) {
+            if (Fetch(source)) continue;
+            source.cut = true;
+            break;
+        }
+        const auto n = std::min<std::uint64_t>(count - done, source.bytes.size() - behind);
+        std::memcpy(to + done, source.bytes.data() + behind, n);
+        source.position += n;
+        done += n;
+    }
+    return done;
 }
 
 uLong WriteSource(voidpf, voidpf, const void*, uLong) { return 0; }
@@ -74,17 +101,21 @@ ZPOS64_T TellSource(voidpf opaque, voidpf) { return Source(opaque).position; }
 
 long SeekSource(voidpf opaque, voidpf, ZPOS64_T offset, int origin) {
     ZipSource& source = Source(opaque);
-    return Seek(source.position, source.bytes.size(), offset, origin) ? 0 : -1;
+    return Seek(source.position, source.size, offset, origin) ? 0 : -1;
 }
 
 int SourceCut(voidpf opaque, voidpf) { return Source(opaque).cut; }
 
-uLong ReadFile(voidpf opaque, voidpf stream, void* data, uLong count) {
-    const std::size_t n = std::fread(data, 1, count, static_cast<std::FILE*>(stream));
+voidpf OpenFile(voidpf opaque, const void* path, int) {
     ZipSource& source = Source(opaque);
-    source.cut = source.cut || n < count;
-    return n;
+    source.file = open(static_cast<const char*>(path), O_RDONLY | O_CLOEXEC);
+    struct stat facts = {};
+    if (source.file < 0) return nullptr;
+    if (fstat(source.file, &facts) == 0) source.size = static_cast<std::uint64_t>(facts.st_size);
+    return opaque;
 }
+
+int CloseFile(voidpf opaque, voidpf) { return close(Source(opaque).file); }
 
 }  // namespace
 
@@ -97,10 +128,6 @@ zlib_filefunc64_def SourceFunctions(ZipSource& source) {
 }
 
 zlib_filefunc64_def FileFunctions(ZipSource& source) {
-    zlib_filefunc64_def functions;
-    fill_fopen64_filefunc(&functions);
-    functions.zread_file = ReadFile;
-    functions.zerror_file = SourceCut;
-    functions.opaque = &source;
-    return functions;
+    return {OpenFile,   ReadSource, WriteSource, TellSource,
+            SeekSource, CloseFile,  SourceCut,   &source};
 }

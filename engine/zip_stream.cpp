@@ -133,7 +133,9 @@ ZipReader::ZipReader(const std::string& path) : source(std::make_unique<ZipSourc
 
 std::unique_ptr<ZipReader> ZipReader::InMemory(std::string_view bytes) {
     std::unique_ptr<ZipReader> reader(new ZipReader);
-    reader->source = std::make_unique<ZipSource>(ZipSource{bytes, 0, false});
+    reader->source = std::make_unique<ZipSource>();
+    reader->source->bytes = bytes;
+    reader->source->size = bytes.size();
     zlib_filefunc64_def functions = SourceFunctions(*reader->source);
     reader->handle = unzOpen2_64("memory", &functions);
     return reader;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <regex>
+#include <span>
 
 using testing::HasSubstr;
 
@@ -198,6 +199,36 @@ TEST_F(GameFiles, UnusualFormsAreTheSameWorld) {
     bytes[1].bytes = std::string(" \t\x01\xff\n\r\x80 \v\f\0a\x1f!", 14) + "b";
     ASSERT_TRUE(LoadZip(bytes));
     EXPECT_EQ(Pixels(world->GetFont()->Sheet()), std::string("\x01\xff\x80\0a\x1f!b", 8));
+}
+
+// The same few cells, most of them written as the editor does.
+TEST_F(GameFiles, CellsAreTheSameHoweverTheyAreSpelled) {
+    const std::uint16_t fields[] = {0, 7, 104, 255, 65534, 12345, 65531};
+    const char* const betweens[] = {"\n", "  ", "\t", " +", " 0", "\r\n", " -"};
+    const auto one = [&](std::span<const std::uint16_t> of) { return of[Roll(0, of.size() - 1)]; };
+    for (int round = 0; round < 60 && !HasFailure(); ++round) {
+        std::vector<Dtile> few(Roll(1, 60)), expected;
+        for (Dtile& tile : few) tile = {one(fields), one(fields), one(fields), one(fields)};
+        std::string text;
+        const auto spell = [&](int number) {
+            const bool odd = Roll(0, 40) == 0;
+            text += odd ? betweens[Roll(0, number > 0 ? 5 : number < 0 ? 2 : 6)] : " ";
+            text += std::to_string(number);
+        };
+        while (expected.size() < 700) {
+            const Dtile tile = few[Roll(0, few.size() - 1)];
+            const int first = Signed(tile.chr), run = first < 0 || Roll(0, 1) ? Roll(1, 20) : 0;
+            if (run) spell(-run);
+            spell(Roll(0, 1) ? first : tile.chr);
+            for (int field : {tile.fg, tile.bg, tile.attrib})
+                spell(Roll(0, 1) ? field : Signed(field));
+            expected.insert(expected.end(), std::max(run, 1), tile);
+        }
+        expected.resize(700);
+        ASSERT_TRUE(LoadZip(
+            GameEntries(kHead + "~ob b 0\n0 0 70 10\n0 0 0 0" + text + "\n~pb\n~pe\n~oe\n")));
+        ASSERT_EQ(First().tiles, expected);
+    }
 }
 
 TEST_F(GameFiles, AMissingPartKeepsWhatThereWas) {
