@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <regex>
-#include <span>
 
 using testing::HasSubstr;
 
@@ -203,30 +202,30 @@ TEST_F(GameFiles, UnusualFormsAreTheSameWorld) {
 
 // The same few cells, most of them written as the editor does.
 TEST_F(GameFiles, CellsAreTheSameHoweverTheyAreSpelled) {
-    const std::uint16_t fields[] = {0, 7, 104, 255, 65534, 12345, 65531};
-    const char* const betweens[] = {"\n", "  ", "\t", " +", " 0", "\r\n", " -"};
-    const auto one = [&](std::span<const std::uint16_t> of) { return of[Roll(0, of.size() - 1)]; };
-    for (int round = 0; round < 60 && !HasFailure(); ++round) {
-        std::vector<Dtile> few(Roll(1, 60)), expected;
-        for (Dtile& tile : few) tile = {one(fields), one(fields), one(fields), one(fields)};
-        std::string text;
-        const auto spell = [&](int number) {
-            const bool odd = Roll(0, 40) == 0;
-            text += odd ? betweens[Roll(0, number > 0 ? 5 : number < 0 ? 2 : 6)] : " ";
-            text += std::to_string(number);
+    const std::uint16_t all[] = {0, 104, 107, 7, 65534, 12345, 65531};
+    const char* const betweens[] = {"", "\n", "  ", "\t", " +", " 0", " -"};
+    for (int round = 0; round < 99 && !HasFailure(); ++round) {
+        const auto spelled = [&](int number) {
+            const int odd = Roll(number >= 0, number < 0 ? 3 : number ? 5 : 6);
+            return (Roll(0, 9) ? " " : betweens[odd]) + std::to_string(number);
         };
+        std::vector<std::pair<Dtile, std::string>> few(Roll(1, 12));
+        for (auto& [tile, text] : few)
+            for (std::uint16_t* field : {&tile.chr, &tile.fg, &tile.bg, &tile.attrib}) {
+                *field = all[Roll(0, round % 3 ? round % 3 : 6)];
+                text += spelled(Roll(0, 1) ? *field : Signed(*field));
+            }
+        std::vector<Dtile> expected;
+        std::string grid;
         while (expected.size() < 700) {
-            const Dtile tile = few[Roll(0, few.size() - 1)];
-            const int first = Signed(tile.chr), run = first < 0 || Roll(0, 1) ? Roll(1, 20) : 0;
-            if (run) spell(-run);
-            spell(Roll(0, 1) ? first : tile.chr);
-            for (int field : {tile.fg, tile.bg, tile.attrib})
-                spell(Roll(0, 1) ? field : Signed(field));
+            const auto& [tile, text] = few[Roll(0, few.size() - 1)];
+            const int run = std::stoi(text) < 0 || Roll(0, 1) ? Roll(1, 20) : 0;
+            grid += (run ? spelled(-run) : "") + text;
             expected.insert(expected.end(), std::max(run, 1), tile);
         }
         expected.resize(700);
         ASSERT_TRUE(LoadZip(
-            GameEntries(kHead + "~ob b 0\n0 0 70 10\n0 0 0 0" + text + "\n~pb\n~pe\n~oe\n")));
+            GameEntries(kHead + "~ob b 0\n0 0 70 10\n0 0 0 0" + grid + "\n~pb\n~pe\n~oe\n")));
         ASSERT_EQ(First().tiles, expected);
     }
 }
