@@ -9,15 +9,6 @@ namespace {
 
 bool Complete(Dobject& parent, Dobject& copy, const Dobject& source);
 
-// Children stand in the order of their z already, unless a node called like the root sorted them
-// the other way.
-void CopyChild(Dobject& copy, const Dobject& child) {
-    const std::int32_t id = vWorld->TakeId();
-    const bool last = copy.children.empty() || copy.children.back()->posz >= child.posz;
-    Dobject* made = last ? copy.SpawnLast(id, child.posz) : copy.Spawn(id, child.posz);
-    Complete(copy, *made, child);
-}
-
 bool CopyInto(Dobject& copy, const Dobject& source) {
     try {
         copy.tiles = source.tiles;
@@ -25,10 +16,6 @@ bool CopyInto(Dobject& copy, const Dobject& source) {
         Fatal("Unable to Create Object vSurf", __FILE__, __LINE__);
         return false;
     }
-    // It shows the same tiles; a copy outside every tree has no font to draw them with.
-    if (source.vSurf) copy.vSurf = MakeBitmap(source.vSurf->w, source.vSurf->h);
-    if (copy.vSurf)
-        blit(source.vSurf.get(), copy.vSurf.get(), 0, 0, 0, 0, source.vSurf->w, source.vSurf->h);
     copy.name = source.name;
     copy.width = source.width;
     copy.height = source.height;
@@ -38,7 +25,8 @@ bool CopyInto(Dobject& copy, const Dobject& source) {
     copy.vieww = source.vieww;
     copy.viewh = source.viewh;
     copy.script = source.script;
-    for (const auto& child : source.children) CopyChild(copy, *child);
+    for (const auto& child : source.children)
+        Complete(copy, *copy.Spawn(vWorld->TakeId(), child->posz), *child);
     return true;
 }
 

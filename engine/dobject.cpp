@@ -100,6 +100,8 @@ void Dobject::Destroy() {
     tiles.clear();
     viewx = viewy = vieww = viewh = 0;
     posx = posy = posz = 0;
+    ForgetOrder();
+    if (parent) parent->ForgetOrder();
     width = height = 0;
 }
 
@@ -129,15 +131,26 @@ bool Dobject::Resize(int w, int h) {
     return true;
 }
 
+// In a list out of order, as a board that was moved under the root leaves it, that is still in
+// front of the first child that must be behind.
 Dobject::Children::iterator Dobject::PlaceFor(std::int32_t z, bool ascending) {
-    return std::find_if(children.begin(), children.end(), [&](const auto& child) {
-        return ascending ? child->posz > z : child->posz < z;
-    });
+    const int order = ascending ? 1 : -1;
+    const auto rank = [order](const auto& child) { return std::int64_t{order} * child->posz; };
+    const auto fits = [&](const auto& child) { return rank(child) <= std::int64_t{order} * z; };
+    const bool sorted = orderKnown == order || std::is_sorted(children.begin(), children.end(),
+                                                              [&](const auto& a, const auto& b) {
+                                                                  return rank(a) < rank(b);
+                                                              });
+    orderKnown = sorted ? order : 0;
+    if (!sorted) return std::find_if_not(children.begin(), children.end(), fits);
+    // Most are put behind all others.
+    if (children.empty() || fits(children.back())) return children.end();
+    return std::partition_point(children.begin(), children.end(), fits);
 }
 
 Dobject::Children::iterator Dobject::Find(const Dobject& child) {
     return std::find_if(children.begin(), children.end(),
-                        [&](const auto& own) { return own->id == child.id; });
+                        [&](const auto& own) { return own.get() == &child; });
 }
 
 Dobject* Dobject::Insert(Children::iterator before, std::unique_ptr<Dobject> child) {
@@ -160,11 +173,6 @@ Dobject* Dobject::Spawn(std::int32_t childId, std::int32_t z) {
 Dobject* Dobject::Spawn_Back(std::int32_t childId, std::int32_t z) {
     Trace("%s->Spawn_Back(%i)\n", name.c_str(), z);
     return SpawnAt(PlaceFor(z, true), childId, z);
-}
-
-Dobject* Dobject::SpawnLast(std::int32_t childId, std::int32_t z) {
-    Trace("%s->Spawn(%i)\n", name.c_str(), z);
-    return SpawnAt(children.end(), childId, z);
 }
 
 void Dobject::Erase(const Dobject& child) {

@@ -11,8 +11,8 @@
 #include "engine/bitmap.h"
 #include "engine/dtile.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,7 +29,13 @@ class Dfont;
 
 class Dobject {
 public:
-    using Children = std::list<std::unique_ptr<Dobject>>;
+    struct Children : std::vector<std::unique_ptr<Dobject>> {
+        /// Equals keep their order.
+        template <typename Before>
+        void sort(Before before) {
+            std::stable_sort(begin(), end(), before);
+        }
+    };
 
     explicit Dobject(std::int32_t ownId = 0);
     Dobject(const Dobject&) = delete;
@@ -58,7 +64,9 @@ public:
     /// At the top of a tree, borrowed: what all of it is drawn with. Null draws nothing.
     const Dfont* font = nullptr;
     /// In drawing order, the first in front: `posz` ascends under the root and descends
-    /// everywhere else. What comes later with the same `posz` goes behind.
+    /// everywhere else. What comes later with the same `posz` goes behind. Who has had a child
+    /// put in by the functions below and then changes this, or its `posz`, past them owes a
+    /// ForgetOrder.
     Children children;
     std::int32_t drawChildren = 1;  ///< 0: the compositor does not descend
     std::int32_t hidden = 0;        ///< not 0: the compositor skips the node
@@ -86,16 +94,16 @@ public:
     /// and without a grid: Create follows.
     Dobject* Spawn(std::int32_t childId, std::int32_t z);
     Dobject* Spawn_Back(std::int32_t childId, std::int32_t z);
-    /// The same behind all others, for who knows that z belongs there.
-    Dobject* SpawnLast(std::int32_t childId, std::int32_t z);
-    /// Deletes a child with its subtree; nothing when no direct child has its id.
+    /// Deletes a child with its subtree; nothing for any other node.
     void Erase(const Dobject& child);
     void EraseAll();
     /// Inserts a node by its z; its `parent` is the caller's to set.
     void Link(std::unique_ptr<Dobject> child);
     void Link_Back(std::unique_ptr<Dobject> child);
-    /// Takes a child out of the list and hands it over; null when no direct child has its id.
+    /// Takes a child out of the list and hands it over; null for any other node.
     std::unique_ptr<Dobject> UnLink(const Dobject& child);
+    /// The order of the children's z is looked at anew when the next one is put in.
+    void ForgetOrder() { orderKnown = 0; }
 
     /// The cell, or null outside the grid.
     Dtile* GetTile(int x, int y);
@@ -105,9 +113,9 @@ public:
     const Dfont* Font() const;
     /// Draws all tiles of this node and of its whole subtree into those surfaces that exist.
     void RedrawTiles();
-    /// `vSurf`, borrowed. A node that was read from a file gets its surface here, when it is
-    /// first shown or written: most boards of a large game are never looked at. Null at the
-    /// root and when there is no memory.
+    /// `vSurf`, borrowed. A node that was read from a file or copied gets its surface here, when
+    /// it is first shown or written: most boards of a large game are never looked at. Null at
+    /// the root and when there is no memory.
     BITMAP* Surface();
 
     /// One level of undo. Restoring without a backup gives empty cells. The snapshot has no size
@@ -134,6 +142,8 @@ private:
     Children::iterator PlaceFor(std::int32_t z, bool ascending);
     Children::iterator Find(const Dobject& child);
     Dobject* SpawnAt(Children::iterator before, std::int32_t childId, std::int32_t z);
+
+    int orderKnown = 0;  ///< 1 when `posz` is known to ascend along the children, -1 to descend
 };
 
 /// The node with that id, in whatever tree; null for 0 and when there is none.

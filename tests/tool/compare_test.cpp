@@ -37,7 +37,7 @@ Dobject& At(Dobject& root, const std::string& name) {
 }
 
 void Add(Dobject& parent, const std::string& name) {
-    Dobject& node = *parent.SpawnLast(0, 0);
+    Dobject& node = *parent.Spawn(0, 0);
     node.Create(name, 3, 2);
     node.PutTile(1, 1, static_cast<int>(name.size()), 7, 8, 0);
 }
