@@ -22,6 +22,8 @@
 #include "tests/support/scripted_platform.h"
 #include "tests/support/test_world.h"
 
+#include <zlib.h>
+
 #include <cstdlib>
 #include <sstream>
 
@@ -89,6 +91,11 @@ protected:
         for (const auto& [name, number] : numbers) tell(name, std::to_string(number));
         return text;
     }
+    // A mouse that moves on with no button down picks nothing.
+    static void ClickAndGo(ScriptedWindow& window, Point at) {
+        window.Click(at);
+        window.Send(&WindowEvents::OnMouseMove, false, Point{7, 7});
+    }
     void Change(ScriptedForm& form, const std::string& changes) {
         std::istringstream words(changes);
         int id = 0;
@@ -104,7 +111,7 @@ protected:
             else if (kind == '~')
                 form.Slide(id, std::stoi(to));
             else if (kind == '@')
-                form.Shown(id).Click({std::stoi(to), std::stoi(to.substr(to.find(',') + 1))});
+                ClickAndGo(form.Shown(id), {std::stoi(to), std::stoi(to.substr(to.find(',') + 1))});
             else if (kind == '!')
                 ExpectRefusal(form, id, to.substr(0, to.find(':')), to.substr(to.find(':') + 1));
             else
@@ -122,12 +129,38 @@ protected:
         EXPECT_EQ(News(), "") << typed;
         form.Type(id, old);
     }
+    // Paints the pictures; those that nobody has asked for are as they were.
+    static void ExpectShown(ScriptedForm& form, bool first = false) {
+        for (const Control& c : form.layout.controls) {
+            ScriptedWindow* const window = static_cast<ScriptedWindow*>(form.Picture(c.id));
+            if (!window) continue;
+            const bool asked = first || window->invalidated > 0;
+            const auto before = window->pixels;
+            window->Paint();
+            EXPECT_TRUE(asked || window->pixels == before) << c.id;
+        }
+    }
+    // A sum of all that a form's tables say.
+    void AddLayout(const Form& form) {
+        std::ostringstream all;
+        all << form.w << ' ' << form.h << form.font << form.points;
+        for (const Control& c : form.controls)
+            all << '\n'
+                << c.id << c.text << '|' << c.x << '|' << c.y << '|' << c.w << '|' << c.h << c.tip
+                << c.low << '|' << c.high << static_cast<int>(c.kind) << c.enabled;
+        const std::string text = all.str();
+        const auto* const bytes = reinterpret_cast<const Bytef*>(text.data());
+        layouts[form.caption] = crc32(0, bytes, static_cast<uInt>(text.size())) % 10000;
+    }
     void ExpectRow(const Row& row, int end) {
         Reset();
         News();
         script.ExpectDialog(row.caption, [&](ScriptedForm& form) {
             EXPECT_EQ(form.Look(), row.look);
+            AddLayout(form.layout);
+            ExpectShown(form, true);
             Change(form, row.changes);
+            ExpectShown(form);
             if (row.cancel == '?' && end == kIdCancel) script.ExpectMessage("Discard Changes ?");
             if (!form.result) form.Click(end);
         });
@@ -139,6 +172,7 @@ protected:
     CMainFrame frame;
     Dobject* board = nullptr;
     std::map<std::string, std::string> facts;
+    std::map<std::string, unsigned long> layouts;
 };
 
 }  // namespace
@@ -190,6 +224,14 @@ TEST_F(Forms, AllOfThem) {
         SCOPED_TRACE(row.caption + ", row " + std::to_string(&row - rows));
         for (const int end : {kIdOk, kIdCancel}) ExpectRow(row, end);
     }
+    AddLayout(script.frame->panel->layout);
+    std::string sums;
+    for (const auto& [caption, sum] : layouts) sums += caption + std::to_string(sum) + " ";
+    EXPECT_EQ(sums,
+              "9287 Brush Settings3660 Color Select1614 Distance Fade4624 Fade8987 Filter1415 "
+              "Location1214 Name7738 Programming5197 Save Notification6788 Size9459 Slime fade98 "
+              "Speckle6024 Tile ClipBoard3437 Viewport9172 ")
+        << "look at the forms that changed, then write their sums here";
 }
 
 // What a person does in the panel or, by control 0, in the edit view; then the news, what is asked,

@@ -271,6 +271,7 @@ TEST_F(Shell, SavesUnderANameOpensItAgainAndKeepsWhatItDrops) {
         EXPECT_EQ(Doc().PathName(), second);
     }
     EXPECT_THAT(RecentFiles(), ElementsAre(second, path));
+    EXPECT_EQ(script.GetProfileString("Recent File List", "File2", ""), path);
 
     // Six recent files are kept; one that is not there leaves the list.
     for (int i = 1; i <= 8; ++i) AddRecentFile("f" + std::to_string(i));

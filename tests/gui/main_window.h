@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QLabel>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QtTest>
 
 class MainWindow : public testing::Test {

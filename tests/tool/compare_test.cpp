@@ -375,6 +375,7 @@ TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
     EXPECT_EQ(Run("repair cut.zqlt ./cut.zqlt").status, 2);
     EXPECT_THAT(Run("repair cut.zqlt good.zqlt 2>&1").out, HasSubstr("missing: "));
     EXPECT_EQ(Run("check good.zqlt").status, 0);
+    EXPECT_EQ(Run("repair good.zqlt again.zqlt").status, 0);
 }
 
 // All headers or all records of the directory are damaged alike; the other ones tell enough.
@@ -416,6 +417,8 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     Shell("git init -q -b main; git config user.name n; git config user.email e@localhost");
     EXPECT_THAT(Run("git-setup --print").out, HasSubstr("merge.quilt.driver"));
     EXPECT_THAT(Run("git-setup").out, HasSubstr(".gitattributes: *.zqlt diff=quilt"));
+    EXPECT_EQ(FileBytes(folder / ".gitattributes"),
+              "*.zqlt diff=quilt merge=quilt\n*.zobj diff=quilt merge=quilt\n");
     Shell("git add -A; git commit -qm one; git checkout -qb side");
     paint("a.zqlt", 2, 65);
     EXPECT_THAT(Shell("git diff").out, HasSubstr("Hall: 1 tile in 2, 3, 1 by 1\n"));
