@@ -11,7 +11,6 @@
 #include "engine/bitmap.h"
 #include "engine/dtile.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -29,13 +28,7 @@ class Dfont;
 
 class Dobject {
 public:
-    struct Children : std::vector<std::unique_ptr<Dobject>> {
-        /// Equals keep their order.
-        template <typename Before>
-        void sort(Before before) {
-            std::stable_sort(begin(), end(), before);
-        }
-    };
+    using Children = std::vector<std::unique_ptr<Dobject>>;
 
     explicit Dobject(std::int32_t ownId = 0);
     Dobject(const Dobject&) = delete;

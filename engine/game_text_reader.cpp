@@ -50,7 +50,7 @@ void SortByZ(Dobject& node) {
     };
     // As the writer left them.
     if (std::is_sorted(node.children.begin(), node.children.end(), before)) return;
-    node.children.sort(before);
+    std::stable_sort(node.children.begin(), node.children.end(), before);
     ++vTreeChanges;
 }
 

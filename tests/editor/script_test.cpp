@@ -2,7 +2,6 @@
 
 #include "editor/script/container_styling.h"
 #include "editor/script/script_colors.h"
-#include "engine/command_table.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -29,11 +28,6 @@ TEST(Script, LinesHaveTheStylesOfTheLanguage) {
             styles += style == kStyleFault ? 'A' : static_cast<char>('0' + style);
         EXPECT_EQ(styles, wanted) << line;
     }
-}
-
-TEST(Script, TipsAreThoseOfTheCommands) {
-    EXPECT_EQ(LookUpCallTip("#walk x"), "");
-    EXPECT_EQ(LookUpCallTip("#ZAP "), "<label name>");
 }
 
 TEST(Script, ColorsFallBackOneByOne) {

@@ -94,12 +94,13 @@ protected:
         node.id = ++lastId;
         node.undo.clear();
         node.realW = node.realH = node.hidden = 0;
-        node.children.sort(
-            [](const Plain& a, const Plain& b) { return a.is[kPosZ] > b.is[kPosZ]; });
         for (Plain& child : node.children) {
             child.parent = &node;
             Renew(child);
         }
+        // Each gets its id in its turn, and then its place.
+        node.children.sort(
+            [](const Plain& a, const Plain& b) { return a.is[kPosZ] > b.is[kPosZ]; });
     }
     // Count and id of a handle's holder: the lowest slot that is free or the node's own is taken.
     Handle Take(const Plain* node) {
@@ -283,9 +284,9 @@ void Walk::Step() {
         }
         case 16: {
             if (!room) break;
-            Dobject& parent = node.IsBoard() ? world->Root() : *world->Node(h)->parent;
-            EXPECT_EQ(CopyObject(parent, *world->Node(h))->id, lastId + 1);
-            Renew(Put(*node.parent, {node}, node.IsBoard()));
+            const Dobject& source = *world->Node(h);
+            EXPECT_EQ(CopyObject(*source.parent, source)->id, lastId + 1);
+            Renew(Put(*node.parent, {node}, node.parent == &root));
             break;
         }
         case 17:

@@ -3,6 +3,7 @@
 #include "tests/gui/main_window.h"
 
 #include "editor/script/do_programming.h"
+#include "engine/command_table.h"
 #include "platform/qt/code_widget.h"
 
 #include <QListWidget>
@@ -81,6 +82,7 @@ TEST_F(Programming, ListsAndTipsOpenWhileItIsTyped) {
                 << row.typed;
             EXPECT_TRUE(dialog->isVisible());
         });
+    EXPECT_EQ(LookUpCallTip("#ZAP "), "<label name>");
     // What is only begun is completed: not div, the list goes by the letters.
     EXPECT_EQ(Run("", [this] { Do("#wa\n\n#di\t"); }), "#walk\n#die");
     Run("", [this] {

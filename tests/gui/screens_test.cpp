@@ -7,7 +7,6 @@
 #include "editor/shell/do_about.h"
 #include "editor/tools/do_brush_settings.h"
 #include "editor/view/brush.h"
-#include "editor/view/view_state.h"
 #include "platform/qt/code_widget.h"
 #include "platform/qt/picture_widget.h"
 #include "platform/qt/qt_form.h"
@@ -119,21 +118,6 @@ TEST_F(Screens, EveryFormHasRoomAndIsReadOnLightAndDark) {
         inspector.TakeDialog("about", [] { DoAbout().Run(); }, {});
     }
     EXPECT_GT(inspector.forms, 37);
-}
-
-// Upright stripes, a tile wide each: tiles keep whole device pixels.
-TEST_F(Screens, TilesKeepWholeDevicePixels) {
-    for (int i = 0; i < Board().width * Board().height; ++i)
-        Board().PutTile(i % Board().width, i / Board().width, 219, i % 2 ? 47 : 63, 47, 0);
-    Board().children.clear();
-    app->Frame().Changed(Change::World);
-    Settle();
-    const QImage image = edit->grab().toImage();
-    const int tile = 8 * static_cast<int>(image.devicePixelRatio()), y = image.height() / 3;
-    // Behind the first tile, which may have the cursor over it.
-    const int odd = image.pixel(2 * tile, y) == vScreenColors[63];
-    for (int x = tile; x < 30 * tile; ++x)
-        ASSERT_EQ(image.pixel(x, y), vScreenColors[x / tile % 2 == odd ? 47 : 63]) << x;
 }
 
 // What is clicked is what is seen there, and the cells fill the picker, whatever the screen's

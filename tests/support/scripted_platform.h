@@ -149,11 +149,12 @@ public:
         Do([&] { (events->*event)(given...); });
     }
     void Key(int code) { Send(&WindowEvents::OnKeyDown, code); }
-    /// The left button down at one place, up at another.
+    /// The left button down at one place, up at another; then the mouse goes on.
     void Drag(Point from, Point to, bool ctrl = false) {
         Send(&WindowEvents::OnLButtonDown, ctrl, from);
         if (from != to) Send(&WindowEvents::OnMouseMove, ctrl, to);
         Send(&WindowEvents::OnLButtonUp, ctrl, to);
+        Send(&WindowEvents::OnMouseMove, ctrl, Point{7, 7});
     }
     void Click(Point at) { Drag(at, at); }
     /// Fails where the picture has not these pixels.
