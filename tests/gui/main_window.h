@@ -7,9 +7,9 @@
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QLabel>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QtTest>
