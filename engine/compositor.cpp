@@ -1,7 +1,7 @@
 #include "engine/compositor.h"
 
 #include "engine/dobject.h"
-#include "engine/pixel_row.h"
+#include "engine/eight_bytes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -16,7 +16,7 @@ enum CellState : unsigned char { kOpen = 0, kFinal = 1, kPartial = 2 };
 // How many of the `count` bytes from `from` on are equal to `value`.
 int RunOf(const unsigned char* from, int count, unsigned char value) {
     int run = 0;
-    while (run + 8 <= count && LoadRow(from + run) == value * kEveryByte) run += 8;
+    while (run + 8 <= count && LoadEight(from + run) == value * kEveryByte) run += 8;
     while (run < count && from[run] == value) ++run;
     return run;
 }
@@ -90,9 +90,9 @@ private:
         for (int row = 0; row < kTileSize; ++row) {
             unsigned char* to = target->line[ty + row] + tx * kTileSize;
             const std::uint64_t done =
-                LoadRow(vSubClipBuffer->line[ty + row] + tx * kTileSize) * 0xff;
-            const std::uint64_t pixels = LoadRow(surf->line[sy + row] + sx * kTileSize);
-            StoreRow(to, (LoadRow(to) & done) | (pixels & ~done));
+                LoadEight(vSubClipBuffer->line[ty + row] + tx * kTileSize) * 0xff;
+            const std::uint64_t pixels = LoadEight(surf->line[sy + row] + sx * kTileSize);
+            StoreEight(to, (LoadEight(to) & done) | (pixels & ~done));
         }
         states[tx] = kFinal;
         return 1;
@@ -104,12 +104,12 @@ private:
         for (int row = 0; row < kTileSize; ++row) {
             unsigned char* to = target->line[ty + row] + tx * kTileSize;
             unsigned char* marks = vSubClipBuffer->line[ty + row] + tx * kTileSize;
-            const std::uint64_t done = open ? 0 : LoadRow(marks);
-            const std::uint64_t pixels = LoadRow(surf->line[sy + row] + sx * kTileSize);
+            const std::uint64_t done = open ? 0 : LoadEight(marks);
+            const std::uint64_t pixels = LoadEight(surf->line[sy + row] + sx * kTileSize);
             const std::uint64_t painted = SetBytes(pixels) & ~(done * 0xff);
-            StoreRow(to, (LoadRow(to) & ~painted) | (pixels & painted));
+            StoreEight(to, (LoadEight(to) & ~painted) | (pixels & painted));
             const std::uint64_t nowDone = done | (painted & kEveryByte);
-            StoreRow(marks, nowDone);
+            StoreEight(marks, nowDone);
             allDone &= nowDone;
         }
         states[tx] = allDone == kEveryByte ? kFinal : kPartial;

@@ -1,8 +1,8 @@
 #include "engine/dfont.h"
 
 #include "engine/dtile.h"
+#include "engine/eight_bytes.h"
 #include "engine/picture_file.h"
-#include "engine/pixel_row.h"
 #include "engine/report.h"
 
 #include <algorithm>
@@ -111,8 +111,8 @@ void Dfont::DrawOpaque(BITMAP* target, Corner corner, int fg, int bg, int x, int
     unsigned char* const* from = vSheet->line + corner.y;
     unsigned char* const* to = target->line + y;
     for (int row = 0; row < kTileSize; ++row) {
-        const std::uint64_t pixels = LoadRow(from[row] + corner.x);
-        StoreRow(to[row] + x, clear ^ (turned & SetBytes(pixels)));
+        const std::uint64_t pixels = LoadEight(from[row] + corner.x);
+        StoreEight(to[row] + x, clear ^ (turned & SetBytes(pixels)));
     }
 }
 
@@ -127,8 +127,8 @@ void Dfont::DrawAt(BITMAP* target, int chr, int fg, int bg, int x, int y) const 
     if (whole && fg >= 0 && bg >= 0) return DrawOpaque(target, corner, fg, bg, x, y);
     for (int row = 0; whole && row < kTileSize; ++row) {
         unsigned char* to = target->line[y + row] + x;
-        const std::uint64_t pixels = LoadRow(vSheet->line[corner.y + row] + corner.x);
-        StoreRow(to, sprite ? pixels : Colored(pixels, LoadRow(to), fg, bg));
+        const std::uint64_t pixels = LoadEight(vSheet->line[corner.y + row] + corner.x);
+        StoreEight(to, sprite ? pixels : Colored(pixels, LoadEight(to), fg, bg));
     }
     for (int row = 0; !whole && row < h; ++row) {
         unsigned char* to = target->line[y + row] + x;

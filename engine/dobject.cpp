@@ -182,7 +182,10 @@ void Dobject::Erase(const Dobject& child) {
     children.erase(found);
 }
 
-void Dobject::EraseAll() { children.clear(); }
+void Dobject::EraseAll() {
+    children.clear();
+    ForgetOrder();
+}
 
 void Dobject::Link(std::unique_ptr<Dobject> child) {
     Trace("%s->Link(%s)\n", name.c_str(), child->name.c_str());

@@ -129,10 +129,10 @@ private:
 
     bool PutPixels(int x, int y, const std::int32_t* pixels, std::size_t count) {
         std::int32_t bits = 0;
+        unsigned char* const to = game.sheet->line[y] + x;
         for (std::size_t i = 0; i < count; ++i) {
             bits |= pixels[i];
-            game.sheet->line[y][static_cast<std::size_t>(x) + i] =
-                static_cast<unsigned char>(pixels[i]);
+            to[i] = static_cast<unsigned char>(pixels[i]);
         }
         static_assert((kMaxColor & (kMaxColor + 1)) == 0);
         if ((bits & ~kMaxColor) == 0) return true;

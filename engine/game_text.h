@@ -78,13 +78,13 @@ private:
     bool ReadBlock(Dobject& node, const Dobject* spawnedBy);
     bool ReadHead(Dobject& node, const Dobject* spawnedBy);
     bool ReadGrid(Dobject& node);
+    void AddRun(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile);
     void AddCells(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile);
     bool ReadRecord(Dobject& node, std::int64_t cells);
     bool AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers);
     bool TakeKnown(Dobject& node, std::int64_t cells, KnownCells::Text& text);
     bool ReadAlike(Dobject& node, std::int64_t cells);
     bool ReadStrange(Dobject& node, std::int64_t cells);
-    static std::size_t Need(std::int32_t first);
     bool ReadScriptStart(Dobject& node);
     bool ReadScript(Dobject& node);
     bool ReadChildren(Dobject& node);
@@ -105,7 +105,6 @@ private:
     int missingStarts = 0;
     std::int64_t worldCells = 0;
     std::int64_t worldText = 0;
-    static constexpr std::size_t kFields = 4;
     TextScanner::Peeked peeked;
     KnownCells known;
     std::string word;  ///< kept for its memory

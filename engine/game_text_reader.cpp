@@ -24,10 +24,15 @@ std::uint16_t StoredField(std::int32_t field) {
     return field == kKeepField ? std::uint16_t{0} : static_cast<std::uint16_t>(field);
 }
 
+constexpr std::size_t kFields = 4;
+
+// The numbers of a record: the four fields of its cell, behind the length of a run below 0.
+std::size_t Need(std::int32_t first) { return first < 0 ? kFields + 1 : kFields; }
+
 // False when a field does not fit into 16 bits, with or without a sign.
 bool CellOf(const std::int32_t* fields, Dtile& tile) {
     bool beyond = false;
-    for (int i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < kFields; ++i)
         beyond |= static_cast<std::uint32_t>(fields[i] - INT16_MIN) > UINT16_MAX - INT16_MIN;
     tile = {StoredField(fields[0]), StoredField(fields[1]), StoredField(fields[2]),
             StoredField(fields[3])};
@@ -131,7 +136,7 @@ bool GameTextReader::GridFault(const Dobject& node, std::int64_t cells, const st
                 (why.empty() ? "" : ": " + why));
 }
 
-void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile) {
+void GameTextReader::AddRun(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile) {
     auto& tiles = node.tiles;
     const auto have = static_cast<std::int64_t>(tiles.size());
     const std::int64_t wanted = have + std::min(count, cells - have);
@@ -142,13 +147,21 @@ void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t co
     std::fill(tiles.begin() + have, tiles.end(), tile);
 }
 
-// The numbers of a record: the four fields of its cell, behind the length of a run below 0.
-std::size_t GameTextReader::Need(std::int32_t first) { return first < 0 ? kFields + 1 : kFields; }
+// There is room in the grid for one.
+inline void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
+                                     Dtile tile) {
+    if (count == 1 && node.tiles.size() < node.tiles.capacity()) [[likely]]
+        node.tiles.push_back(tile);
+    else
+        AddRun(node, cells, count, tile);
+}
 
-bool GameTextReader::AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers) {
+inline bool GameTextReader::AddRecord(Dobject& node, std::int64_t cells,
+                                      const std::int32_t* numbers) {
     const bool run = numbers[0] < 0;
     Dtile tile;
-    if (!CellOf(numbers + run, tile)) return GridFault(node, cells, "a number is beyond 16 bits");
+    if (!CellOf(numbers + run, tile)) [[unlikely]]
+        return GridFault(node, cells, "a number is beyond 16 bits");
     AddCells(node, cells, run ? -std::int64_t{numbers[0]} : 1, tile);
     return true;
 }
@@ -190,10 +203,7 @@ bool GameTextReader::TakeKnown(Dobject& node, std::int64_t cells, KnownCells::Te
     const Dtile* const tile = known.Find(text);
     if (!tile) return false;
     scanner.Take(fields + text.length - here);
-    if (run == 1 && node.tiles.size() < node.tiles.capacity())
-        node.tiles.push_back(*tile);
-    else
-        AddCells(node, cells, run, *tile);
+    AddCells(node, cells, run, *tile);
     return true;
 }
 
@@ -216,17 +226,14 @@ bool GameTextReader::ReadAlike(Dobject& node, std::int64_t cells) {
 
 bool GameTextReader::ReadStrange(Dobject& node, std::int64_t cells) {
     while (static_cast<std::int64_t>(node.tiles.size()) < cells) {
-        scanner.Peek(peeked);
+        // No number of the next object.
+        const auto left = static_cast<std::size_t>(cells) - node.tiles.size();
+        scanner.Peek(peeked, std::min(left * kFields, TextScanner::Peeked::kMost));
         std::size_t used = 0;
         while (static_cast<std::int64_t>(node.tiles.size()) < cells && used < peeked.count &&
                used + Need(peeked.numbers[used]) <= peeked.count) {
-            const std::int32_t* const numbers = peeked.numbers + used;
-            used += Need(*numbers);
-            Dtile tile;
-            if (*numbers >= 0 && node.tiles.size() < node.tiles.capacity() && CellOf(numbers, tile))
-                node.tiles.push_back(tile);
-            else if (!AddRecord(node, cells, numbers))
-                return false;
+            if (!AddRecord(node, cells, peeked.numbers + used)) return false;
+            used += Need(peeked.numbers[used]);
         }
         scanner.Take(peeked, used);
         if (used == 0 && !ReadRecord(node, cells)) return false;

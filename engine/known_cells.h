@@ -5,11 +5,11 @@
 #pragma once
 
 #include "engine/dtile.h"
+#include "engine/eight_bytes.h"
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 class KnownCells {
 public:
@@ -53,19 +53,12 @@ private:
 };
 
 inline KnownCells::Text KnownCells::TextAt(const char* at) {
-    static_assert(std::endian::native == std::endian::little);
-    constexpr std::uint64_t kEach = 0x0101010101010101;
-    constexpr std::uint64_t kLow = 0x7f * kEach;
     constexpr int kWord = 8;
-    std::uint64_t first = 0;
-    std::uint64_t second = 0;
-    std::memcpy(&first, at, kWord);
-    std::memcpy(&second, at + kWord, kWord);
+    const std::uint64_t first = LoadEight(at);
+    const std::uint64_t second = LoadEight(at + kWord);
     // A bit for each blank.
     const auto blanksOf = [](std::uint64_t word) {
-        const std::uint64_t other = word ^ ' ' * kEach;
-        const std::uint64_t blank = ~(((other & kLow) + kLow) | other | kLow) >> 7;
-        return blank * 0x0102040810204080 >> 56;
+        return LowBits(~SetBytes(word ^ ' ' * kEveryByte));
     };
     std::uint64_t blanks = blanksOf(first) | blanksOf(second) << kWord;
     for (int i = 0; i < 3; ++i) blanks &= blanks - 1;
@@ -81,8 +74,8 @@ inline KnownCells::Text KnownCells::TextAt(const char* at) {
 inline void KnownCells::Add(const Text& text, const Dtile& tile) {
     // As many blanks as TextAt counts also stand in "1 2\n3 4 5", which is five numbers.
     char characters[kLook + 1];
-    std::memcpy(characters, &text.first, sizeof text.first);
-    std::memcpy(characters + sizeof text.first, &text.second, sizeof text.second);
+    StoreEight(characters, text.first);
+    StoreEight(characters + sizeof text.first, text.second);
     characters[text.length] = ' ';
     char before = ' ';
     for (std::ptrdiff_t i = 0; i <= text.length; ++i) {

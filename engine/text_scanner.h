@@ -5,11 +5,11 @@
 // a call takes, so scanners and other readers may take turns on one buffer.
 #pragma once
 
+#include "engine/eight_bytes.h"
 #include "engine/open_buffer.h"
 
 #include <bit>
 #include <cstdint>
-#include <cstring>
 #include <string>
 
 class TextScanner {
@@ -91,16 +91,10 @@ private:
 // Works on pieces of 64 characters: a mask of those that are no digits says where numbers end, so
 // that no branch hangs on how many digits one has. Digits are put together eight at a time.
 inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
-    static_assert(std::endian::native == std::endian::little);
     constexpr std::ptrdiff_t kPiece = 64;
     constexpr int kWord = 8;
     constexpr int kMostDigits = 5;
-    constexpr std::uint64_t kEach = 0x0101010101010101;
-    const auto wordAt = [](const char* at) {
-        std::uint64_t word;
-        std::memcpy(&word, at, sizeof word);
-        return word ^ '0' * kEach;
-    };
+    const auto wordAt = [](const char* at) { return LoadEight(at) ^ '0' * kEveryByte; };
     std::size_t count = 0;
     const char* const here = ready ? ready->Here() : nullptr;
     // Where a piece and the word behind it can begin.
@@ -112,8 +106,9 @@ inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
         std::uint64_t others = 0;
         for (int i = 0; i < kPiece; i += kWord) {
             const std::uint64_t word = wordAt(piece + i);
-            const std::uint64_t high = (((word & 0x7f * kEach) + 0x76 * kEach) | word) >> 7 & kEach;
-            others |= high * 0x0102040810204080 >> 56 << i;
+            const std::uint64_t high =
+                (((word & 0x7f * kEveryByte) + 0x76 * kEveryByte) | word) >> 7;
+            others |= LowBits(high) << i;
         }
         while (count < most) {
             const char* first = start;

@@ -1,7 +1,7 @@
 #include "engine/tile_pen.h"
 
 #include "engine/dfont.h"
-#include "engine/pixel_row.h"
+#include "engine/eight_bytes.h"
 
 TilePen::TilePen(Dobject* of) : node(of) {
     if (!node) return;
@@ -16,7 +16,7 @@ const TilePen::Look& TilePen::LookOf(int chr, int fg, int bg) {
     look = {chr, fg, bg};
     font->DrawGlyph(single.get(), chr, fg, bg, 0, 0);
     for (std::size_t row = 0; row < look.rows.size(); ++row)
-        look.rows[row] = LoadRow(single->line[row]);
+        look.rows[row] = LoadEight(single->line[row]);
     return look;
 }
 
@@ -34,5 +34,5 @@ void TilePen::Put(int x, int y, int chr, int fg, int bg, int attrib) {
     const Look& look = LookOf(chr, fg, bg);
     unsigned char* const* const line = surface->line + y * kTileSize;
     for (std::size_t row = 0; row < look.rows.size(); ++row)
-        StoreRow(line[row] + x * kTileSize, look.rows[row]);
+        StoreEight(line[row] + x * kTileSize, look.rows[row]);
 }

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr std::size_t kPiece = 1 << 16;
+
 ZipImage& Image(voidpf opaque) { return *static_cast<ZipImage*>(opaque); }
 ZipSource& Source(voidpf opaque) { return *static_cast<ZipSource*>(opaque); }
 
@@ -62,14 +64,14 @@ int ImageFailed(voidpf opaque, voidpf) { return Image(opaque).failed; }
 
 // False when that part of the file cannot be read or the file has none there.
 bool Fetch(ZipSource& source) {
-    constexpr std::uint64_t kPiece = 1 << 16;
     if (source.file < 0) return false;
-    source.area.resize(kPiece);
     source.first = source.position / kPiece * kPiece;
     std::size_t count = 0;
-    for (ssize_t n = 1; n > 0 && count<kPiece; count += n> 0 ? static_cast<std::size_t>(n) : 0) {
+    while (count < kPiece) {
         const auto at = static_cast<off_t>(source.first + count);
-        n = pread(source.file, source.area.data() + count, kPiece - count, at);
+        const ssize_t n = pread(source.file, source.area.data() + count, kPiece - count, at);
+        if (n < 1) break;
+        count += static_cast<std::size_t>(n);
     }
     source.bytes = {source.area.data(), count};
     return source.position < source.first + count;
@@ -128,6 +130,8 @@ zlib_filefunc64_def SourceFunctions(ZipSource& source) {
 }
 
 zlib_filefunc64_def FileFunctions(ZipSource& source) {
+    // Here and not when it is first read: an exception does not pass through minizip.
+    source.area.resize(kPiece);
     return {OpenFile,   ReadSource, WriteSource, TellSource,
             SeekSource, CloseFile,  SourceCut,   &source};
 }

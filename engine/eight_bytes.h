@@ -1,0 +1,32 @@
+// Eight bytes as one number, the first in memory in its low bits: a row of a tile's pixels, or
+// characters of a text.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+static_assert(std::endian::native == std::endian::little);
+
+inline constexpr std::uint64_t kEveryByte = 0x0101010101010101u;
+
+inline std::uint64_t LoadEight(const void* from) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+inline void StoreEight(void* to, std::uint64_t bytes) { std::memcpy(to, &bytes, sizeof bytes); }
+
+/// 0xff in every byte that is not zero, 0 in the others. The low seven bits of a byte carry into
+/// its high bit when any is set; the high bits are then spread downwards.
+inline std::uint64_t SetBytes(std::uint64_t bytes) {
+    constexpr std::uint64_t kHighBits = 0x80 * kEveryByte;
+    const std::uint64_t high = (((bytes & ~kHighBits) + ~kHighBits) | bytes) & kHighBits;
+    return (high - (high >> 7)) | high;
+}
+
+/// The lowest bit of each byte, that of the first byte lowest: eight bits.
+inline std::uint64_t LowBits(std::uint64_t bytes) {
+    return (bytes & kEveryByte) * 0x0102040810204080u >> 56;
+}
