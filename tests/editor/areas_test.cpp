@@ -20,8 +20,7 @@ namespace {
 
 constexpr Dtile kHole{65535, 65535, 65535, 65535};
 
-class Areas : public WorldTest, public HostLog {
-protected:
+struct Areas : WorldTest, HostLog {
     Areas() {
         ResetBrushes();
         ClearTileClip();

@@ -22,8 +22,7 @@ constexpr int kArrows[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown};
 constexpr int kPairs[] = {kKeyInsert, kKeyPageUp, kKeyDelete, kKeyPageDown};
 constexpr Point kSteps[] = {{-1, 0}, {0, -1}, {1, 0}, {0, 1}};
 
-class Pickers : public WorldTest {
-protected:
+struct Pickers : WorldTest {
     Pickers() {
         ResetBrushes();
         vCharScrollX = vCharScrollY = 0;

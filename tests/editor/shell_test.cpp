@@ -29,8 +29,7 @@ enum Row { kAttic = 1, kLamp, kBulb, kShelf, kCellar };
 
 Point At(int row) { return {30, row * 10 + 5}; }
 
-class Shell : public testing::Test {
-protected:
+struct Shell : testing::Test {
     Shell() { EXPECT_TRUE(Start("")); }
     bool Start(const std::string& game) {
         app = std::make_unique<CQuiltApp>(keep);

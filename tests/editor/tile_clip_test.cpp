@@ -17,8 +17,7 @@ namespace {
 constexpr std::uint16_t kNone = 65535;
 constexpr Dtile kNothing{kNone, kNone, kNone, kNone};
 
-class TileClip : public WorldTest {
-protected:
+struct TileClip : WorldTest {
     ~TileClip() override { ClearTileClip(); }
     static void Put(int w, int h, const std::vector<Dtile>& cells) {
         vTileClip = cells;

@@ -204,8 +204,7 @@ struct Plain final : Events {
     }
 };
 
-class View : public WorldTest, public HostLog {
-protected:
+struct View : WorldTest, HostLog {
     View() {
         ResetViewState();
         view.Attach(window);

@@ -63,8 +63,7 @@ int PixelOfTree(const Dobject& parent, Span across, Span down, int px, int py) {
     return pixel;
 }
 
-class Compositor : public WorldTest {
-protected:
+struct Compositor : WorldTest {
     Compositor() {
         world->SetViewSize(kTargetW, kTargetH);
         // Glyphs with many values, for sprites with and without holes.

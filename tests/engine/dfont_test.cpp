@@ -9,8 +9,7 @@ using namespace std::literals;
 
 namespace {
 
-class Font : public WorldTest {
-protected:
+struct Font : WorldTest {
     void Scribble(BITMAP* bitmap) {
         for (int i = 0; i < bitmap->w * bitmap->h; ++i)
             putpixel(bitmap, i % bitmap->w, i / bitmap->w, Roll(0, 3) ? Roll(0, 255) : 0);
@@ -103,6 +102,7 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
         std::size_t gap = 0;
     } cases[] = {
         {8, 0, 40, std::string(1024, 'p'), rows, "123456"},
+        {8, 0, 12, std::string(5000, 'p'), rows, "123456"},
         {4, 0, 12, std::string(48, 'p'), pairs, "123456"},
         {1, 0, 40, "pppppppp", "\xa0\0\0\0\x40\0\0\0"s, "010101"},
         {16, 0, 40, "", few, "W?BRGB"},
@@ -125,6 +125,7 @@ TEST_F(Font, EveryFormOfPictureIsReadOrRefusedWithItsReason) {
         {8, 1, 40, "", "\0\4\1\1\1\1\0\1"s, packed},
         {8, 1, 40, "", "\0\2\3\xff\0\2\0\xff\0\1"s, packed},
         {4, 2, 40, "", "\3\x11\0\2\0\1\1\1\0\1"s, packed},
+        {8, 1, 40, "", "\3\1\0\0\3\1"s, cut},
         {8, 1, 40, "", "\0\3\1\1\1"s, cut},
     };
     const std::string colors = {char(makecol8(255, 0, 0)), char(makecol8(0, 255, 0)),

@@ -11,8 +11,7 @@
 
 #include <csignal>
 
-class KeptWorlds : public WorldTest {
-protected:
+struct KeptWorlds : WorldTest {
     KeptWorlds() {
         world->New();
         First().PutTile(3, 3, 65, 1, 2, 3);

@@ -17,8 +17,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class Saving : public WorldTest {
-protected:
+struct Saving : WorldTest {
     Saving() {
         PlantRandomWorld(*world, dice);
         EXPECT_TRUE(world->Save(path));

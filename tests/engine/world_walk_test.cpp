@@ -70,8 +70,7 @@ Plain& Put(Plain& parent, std::list<Plain> one, bool ascending) {
     return node;
 }
 
-class Walk : public WorldTest {
-protected:
+struct Walk : WorldTest {
     Walk() { root.name = "world_tree"; }
 
     Plain& Any(bool orRoot = false) {

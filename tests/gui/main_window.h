@@ -14,8 +14,7 @@
 #include <QStatusBar>
 #include <QtTest>
 
-class MainWindow : public testing::Test {
-protected:
+struct MainWindow : testing::Test {
     ~MainWindow() override {
         app.reset();
         std::filesystem::current_path(programFolder);

@@ -12,8 +12,7 @@ namespace {
 
 using Base = QsciScintillaBase;
 
-class Programming : public MainWindow {
-protected:
+struct Programming : MainWindow {
     Programming() { Start(); }
     /// Opens the dialog on the board; what `act` leaves open is ended by OK. Gives the script then
     /// stored.

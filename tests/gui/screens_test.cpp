@@ -96,8 +96,7 @@ public:
     int forms = 0;
 };
 
-class Screens : public MainWindow {
-protected:
+struct Screens : MainWindow {
     Screens() { Start("Library/samples/lamplight.zqlt"); }
 };
 
@@ -118,6 +117,18 @@ TEST_F(Screens, EveryFormHasRoomAndIsReadOnLightAndDark) {
         inspector.TakeDialog("about", [] { DoAbout().Run(); }, {});
     }
     EXPECT_GT(inspector.forms, 37);
+}
+
+// Upright stripes, a tile wide each: tiles keep whole device pixels.
+TEST_F(Screens, TilesKeepWholeDevicePixels) {
+    for (int i = 0; i < 40; ++i) Board().PutTile(i, 9, 219, i % 2 ? 47 : 63, 47, 0);
+    Board().children.clear();
+    app->Frame().Changed(Change::World);
+    Settle();
+    const QImage image = edit->grab().toImage();
+    const int tile = 8 * static_cast<int>(image.devicePixelRatio());
+    for (int x = 0; x < 30 * tile; ++x)
+        ASSERT_EQ(image.pixel(x, 9 * tile + 4), vScreenColors[x / tile % 2 ? 47 : 63]) << x;
 }
 
 // What is clicked is what is seen there, and the cells fill the picker, whatever the screen's

@@ -17,8 +17,7 @@
 
 namespace {
 
-class Tutorial : public MainWindow {
-protected:
+struct Tutorial : MainWindow {
     /// The README says this, behind what the step before said.
     void Says(const std::string& text) {
         const std::size_t found = readme.find(text, told);

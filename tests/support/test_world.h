@@ -54,8 +54,7 @@ std::string Pixels(const BITMAP* bitmap);
 /// A fresh world with the default font and no boards. A message that the test has not looked
 /// at (by Clear) when it ends fails it. What is rolled is new in each run, unless it is told
 /// --gtest_random_seed, which a test that fails prints.
-class WorldTest : public testing::Test {
-protected:
+struct WorldTest : testing::Test {
     WorldTest();
     ~WorldTest() override;
 

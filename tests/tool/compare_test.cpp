@@ -187,8 +187,7 @@ struct Read : Game {
     }
 };
 
-class Compare : public ToolTest {
-protected:
+struct Compare : ToolTest {
     std::string Bytes() { return world->Save(folder / "w.zqlt"), FileBytes(folder / "w.zqlt"); }
     // Every node has a name of its own, and a script.
     std::string PlantNamed(std::mt19937& random) {

@@ -6,8 +6,7 @@
 
 #include <sys/wait.h>
 
-class ToolTest : public WorldTest {
-protected:
+struct ToolTest : WorldTest {
     struct Result {
         int status;
         std::string out;

@@ -18,8 +18,7 @@ using testing::StartsWith;
 
 namespace {
 
-class Tool : public ToolTest {
-protected:
+struct Tool : ToolTest {
     void SaveGame(const std::string& name) { ASSERT_TRUE(world->Save(folder / name)); }
 
     void PlantGame() {
