@@ -116,6 +116,8 @@ private:
 };
 
 constexpr std::uint64_t kMostRest = 1 << 24;
+// Bytes that are unpacked of all entries of one name together, to choose between them.
+constexpr std::uint64_t kMostSearched = 1 << 28;
 
 // The unpacked bytes of an entry as a text, up to where unpacking fails.
 class EntryText : public std::streambuf {
@@ -239,9 +241,11 @@ private:
             if (entry.name.ends_with(name) && found.size() < kMostTried) found.push_back(&entry);
         if (found.size() < 2) return found.empty() ? nullptr : found[0];
         const Entry* best = nullptr;
+        std::uint64_t left = kMostSearched;
         for (std::uint64_t most = 0; const Entry* entry : found) {
             EntryText text(*entry, kMaxText);
-            if (text.Whole(kMaxText)) return entry;
+            if (text.Whole(left)) return entry;
+            left -= std::min(left, text.Size());
             if (best && text.Size() <= most) continue;
             best = entry;
             most = text.Size();
