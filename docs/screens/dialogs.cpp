@@ -50,7 +50,7 @@ void TakeAreaDialogs(Studio& studio) {
     const auto take = [&](const char* name, AreaDialog dialog,
                           const std::function<void(QDialog&)>& act = {}) {
         studio.camera.TakeDialog(
-            name, [=] { OpenAreaDialog(dialog, vArea); }, act);
+            name, [=] { OpenAreaDialog(dialog, vArea, vBrush); }, act);
     };
     take("dialog-fade.png", AreaDialog::Fade, Slide(kFadeBlendSlider, kMiddleBlend));
     take("dialog-distance.png", AreaDialog::Distance);

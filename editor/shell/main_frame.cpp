@@ -153,8 +153,8 @@ void CMainFrame::Changed(Change what) {
 
 bool CMainFrame::EditBrush() { return DoBrushSettings().Run(); }
 
-bool CMainFrame::RunAreaDialog(AreaDialog dialog, TileArea& area) {
-    return OpenAreaDialog(dialog, area);
+bool CMainFrame::RunAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) {
+    return OpenAreaDialog(dialog, area, brush);
 }
 
 void CMainFrame::EditName() { DoName().Run(); }

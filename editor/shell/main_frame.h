@@ -50,7 +50,7 @@ public:
     // PanelHost
     void Changed(Change what) override;
     bool EditBrush() override;
-    bool RunAreaDialog(AreaDialog dialog, TileArea& area) override;
+    bool RunAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) override;
     void EditName() override;
     void RunNodeCommand(int command) override { selectView.OnCommand(command); }
     void EndBox() override { quiltView.EndBox(); }

@@ -60,6 +60,6 @@ void DoDistance::ShowValues(FormWindow& form) {
 }
 
 void DoDistance::Paint(FormWindow& form, Handle h) {
-    DistanceFade(h, area, vBrush, form.GetValue(kFadeXSlider), form.GetValue(kFadeYSlider),
+    DistanceFade(h, area, brush, form.GetValue(kFadeXSlider), form.GetValue(kFadeYSlider),
                  form.GetValue(kFadeRandomSlider), tiles);
 }

@@ -5,7 +5,7 @@
 
 class DoDistance final : public FadeDialog {
 public:
-    explicit DoDistance(TileArea& selected) : FadeDialog("DoDistance", selected) {}
+    DoDistance(TileArea& selected, const Brush& with) : FadeDialog("DoDistance", selected, with) {}
 
     void OnInit(platform::FormWindow& form) override;
 

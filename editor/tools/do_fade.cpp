@@ -27,9 +27,10 @@ constexpr Control kControls[] = {
 
 }  // namespace
 
-DoFade::DoFade(TileArea& selected)
-    : FadeDialog("DoFade", selected),
+DoFade::DoFade(TileArea& selected, const Brush& with)
+    : FadeDialog("DoFade", selected, with),
       blends(LoadFadeBlends("DoFade")),
+      viewer(brush),
       controls(std::begin(kControls), std::end(kControls)) {
     for (Control& control : controls)
         if (control.id == kFadeBlendSlider && !blends.empty())
@@ -60,5 +61,5 @@ void DoFade::ShowValues(FormWindow& form) {
 }
 
 void DoFade::Paint(FormWindow& form, Handle h) {
-    NormalFade(h, area, vBrush, viewer.cells, form.GetValue(kFadeRandomSlider), tiles);
+    NormalFade(h, area, brush, viewer.cells, form.GetValue(kFadeRandomSlider), tiles);
 }

@@ -6,7 +6,7 @@
 
 class DoFade final : public FadeDialog {
 public:
-    explicit DoFade(TileArea& selected);
+    DoFade(TileArea& selected, const Brush& with);
 
     platform::WindowEvents* PictureEvents(int id) override;
 

@@ -1,6 +1,5 @@
 #include "editor/tools/do_filter.h"
 
-#include "editor/view/brush.h"
 #include "engine/dtile.h"
 #include "platform/platform.h"
 
@@ -45,7 +44,7 @@ void DoFilter::OnInit(FormWindow& form) {
 void DoFilter::OnControl(FormWindow& form, int id) {
     if (id == platform::kIdOk) {
         for (const FilterBox& box : kBoxes)
-            if (!form.IsChecked(box.id)) vBrush.*box.field = kKeepField;
+            if (!form.IsChecked(box.id)) brush.*box.field = kKeepField;
     }
     if (id == platform::kIdOk || id == platform::kIdCancel) form.EndDialog(id);
 }

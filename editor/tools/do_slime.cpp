@@ -36,5 +36,5 @@ void DoSlime::ShowValues(FormWindow& form) {
 }
 
 void DoSlime::Paint(FormWindow& form, Handle h) {
-    SlimeFade(h, area, vBrush, form.GetValue(kFadeRandomSlider), tiles);
+    SlimeFade(h, area, brush, form.GetValue(kFadeRandomSlider), tiles);
 }

@@ -5,7 +5,7 @@
 
 class DoSlime final : public FadeDialog {
 public:
-    explicit DoSlime(TileArea& selected) : FadeDialog("DoSlime", selected) {}
+    DoSlime(TileArea& selected, const Brush& with) : FadeDialog("DoSlime", selected, with) {}
 
     void OnInit(platform::FormWindow& form) override;
 

@@ -40,6 +40,6 @@ void DoSpeckle::OnControl(FormWindow& form, int id) {
     const platform::WaitCursor wait;
     const HandleGuard h(vWorld->GetCurrentObject());
     vWorld->BackupTiles(h);
-    SpeckleFill(h, area, vBrush, *percentage);
+    SpeckleFill(h, area, brush, *percentage);
     form.EndDialog(id);
 }

@@ -1,6 +1,7 @@
 // The dialog "Speckle": the brush into a random part of the selection.
 #pragma once
 
+#include "editor/view/brush.h"
 #include "editor/view/selection.h"
 #include "platform/form.h"
 
@@ -8,7 +9,7 @@ enum SpeckleControl : int { kSpeckleLabel = 1001, kSpecklePercentage };
 
 class DoSpeckle final : public platform::FormEvents {
 public:
-    explicit DoSpeckle(TileArea& selected) : area(selected) {}
+    DoSpeckle(TileArea& selected, const Brush& with) : area(selected), brush(with) {}
 
     /// Modal. True when it closed with OK; the selection has been painted then.
     bool Run();
@@ -17,5 +18,6 @@ public:
     void OnControl(platform::FormWindow& form, int id) override;
 
 private:
-    TileArea& area;  ///< what OK paints
+    TileArea& area;      ///< what OK paints
+    const Brush& brush;  ///< by what
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/tools/fade_library.h"
+#include "editor/view/brush.h"
 #include "editor/view/selection.h"
 #include "engine/dinterface.h"
 #include "platform/form.h"
@@ -33,7 +34,8 @@ public:
     void OnChange(platform::FormWindow& form, int id) override;
 
 protected:
-    FadeDialog(const char* name, TileArea& selected) : area(selected), sets(LoadFadeSets(name)) {}
+    FadeDialog(const char* name, TileArea& selected, const Brush& with)
+        : area(selected), brush(with), sets(LoadFadeSets(name)) {}
 
     virtual const platform::Form& Layout() = 0;
     virtual bool CanPaint() const { return !sets.empty(); }
@@ -42,8 +44,9 @@ protected:
     virtual void ShowValues(platform::FormWindow& form) = 0;
     virtual void UseSet(platform::FormWindow& form, const FadeTiles& chosen);
 
-    TileArea& area;     ///< what OK paints
-    FadeTiles tiles{};  ///< of the current set
+    TileArea& area;      ///< what OK paints
+    const Brush& brush;  ///< by what
+    FadeTiles tiles{};   ///< of the current set
 
 private:
     void ShowSet(platform::FormWindow& form, const FadeSet& set);

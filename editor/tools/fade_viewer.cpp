@@ -1,6 +1,5 @@
 #include "editor/tools/fade_viewer.h"
 
-#include "editor/view/brush.h"
 #include "engine/dinterface.h"
 #include "engine/report.h"
 
@@ -17,7 +16,7 @@ void FadeViewer::OnDraw(platform::Window& window) {
         for (int column = 0; column < kBlendSide; ++column) {
             const auto cell = static_cast<std::size_t>(row * kBlendSide + column);
             const std::int32_t glyph = tiles[static_cast<std::size_t>(cells[cell])];
-            glyphs.DrawGlyph(vBuffer.get(), glyph, vBrush.fg, vBrush.bg, column, row);
+            glyphs.DrawGlyph(vBuffer.get(), glyph, brush.fg, brush.bg, column, row);
         }
     }
     window.ShowPicture({vBuffer->line, kSide, kSide}, window.ClientSize());

@@ -2,11 +2,14 @@
 #pragma once
 
 #include "editor/tools/fade_library.h"
+#include "editor/view/brush.h"
 #include "engine/bitmap.h"
 #include "platform/window.h"
 
 class FadeViewer final : public platform::WindowEvents {
 public:
+    explicit FadeViewer(const Brush& with) : brush(with) {}
+
     void OnDraw(platform::Window& window) override;
 
     // What is shown; the owner repaints the control after a change.
@@ -14,5 +17,6 @@ public:
     FadeCells cells{};
 
 private:
+    const Brush& brush;
     Bitmap vBuffer;  ///< 80 by 80 pixels, null until the first repaint
 };

@@ -6,18 +6,18 @@
 #include "editor/tools/do_slime.h"
 #include "editor/tools/do_speckle.h"
 
-bool OpenAreaDialog(AreaDialog dialog, TileArea& area) {
+bool OpenAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) {
     switch (dialog) {
         case AreaDialog::Fade:
-            return DoFade(area).Run();
+            return DoFade(area, brush).Run();
         case AreaDialog::Distance:
-            return DoDistance(area).Run();
+            return DoDistance(area, brush).Run();
         case AreaDialog::Slime:
-            return DoSlime(area).Run();
+            return DoSlime(area, brush).Run();
         case AreaDialog::Speckle:
-            return DoSpeckle(area).Run();
+            return DoSpeckle(area, brush).Run();
         case AreaDialog::Filter:
-            return DoFilter().Run();
+            return DoFilter(brush).Run();
     }
     return false;
 }

@@ -4,4 +4,4 @@
 #include "editor/view/area_commands.h"
 
 /// Runs one modally; true when it closed with OK.
-bool OpenAreaDialog(AreaDialog dialog, TileArea& area);
+bool OpenAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush);

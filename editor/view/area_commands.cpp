@@ -94,9 +94,9 @@ void PlaceFadeCenter(FadeCenter center, TileArea& area, Point seed) {
 }
 
 template <typename Act>
-void WithFilter(ViewHost& host, TileArea& area, Act act) {
+void WithFilter(ViewHost& host, TileArea& area, Brush& brush, Act act) {
     SaveBrush();
-    if (host.RunAreaDialog(AreaDialog::Filter, area)) act();
+    if (host.RunAreaDialog(AreaDialog::Filter, area, brush)) act();
     RestoreBrush();
 }
 
@@ -125,25 +125,26 @@ void Run(AreaAction action, TileArea& area, Brush& brush, Handle h, Point cursor
             MakeNamedObject(h, area, host);
             break;
         case Fade:
-            host.RunAreaDialog(AreaDialog::Fade, area);
+            host.RunAreaDialog(AreaDialog::Fade, area, brush);
             break;
         case Distance:
-            host.RunAreaDialog(AreaDialog::Distance, area);
+            host.RunAreaDialog(AreaDialog::Distance, area, brush);
             break;
         case Slime:
-            host.RunAreaDialog(AreaDialog::Slime, area);
+            host.RunAreaDialog(AreaDialog::Slime, area, brush);
             break;
         case Speckle:
-            host.RunAreaDialog(AreaDialog::Speckle, area);
+            host.RunAreaDialog(AreaDialog::Speckle, area, brush);
             break;
         case ReplaceFill:
-            WithFilter(host, area, [&] { FillRegion(h, area, brush); });
+            WithFilter(host, area, brush, [&] { FillRegion(h, area, brush); });
             break;
         case ReplaceSpeckle:
-            WithFilter(host, area, [&] { host.RunAreaDialog(AreaDialog::Speckle, area); });
+            WithFilter(host, area, brush,
+                       [&] { host.RunAreaDialog(AreaDialog::Speckle, area, brush); });
             break;
         case Copy:
-            WithFilter(host, area, [&] { CopyRegion(h, area, brush); });
+            WithFilter(host, area, brush, [&] { CopyRegion(h, area, brush); });
             break;
     }
 }

@@ -19,6 +19,7 @@ enum class Change {
 /// OK; Filter narrows the brush.
 enum class AreaDialog { Fade, Distance, Slime, Speckle, Filter };
 
+struct Brush;
 struct TileArea;
 
 class ViewHost {
@@ -31,7 +32,7 @@ public:
     /// Brush Settings, on vBrush; true when it closed with OK.
     virtual bool EditBrush() = 0;
     /// A dialog of the area tools; true when it closed with OK.
-    virtual bool RunAreaDialog(AreaDialog dialog, TileArea& area) = 0;
+    virtual bool RunAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) = 0;
     /// The current object's name.
     virtual void EditName() = 0;
 };

@@ -43,28 +43,28 @@ void Painter::Run(int command, Box box, Brush brush, const Shading& shading, int
     Do(command, TopLeft(box), BottomRight(box), brush);
 }
 
-bool Painter::RunAreaDialog(AreaDialog dialog, TileArea& area) {
+bool Painter::RunAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) {
     const HandleGuard h(vWorld->GetCurrentObject());
     switch (dialog) {
         case AreaDialog::Fade:
-            NormalFade(h, area, vBrush, Named(blends, answer.blend, good).cells, answer.random,
+            NormalFade(h, area, brush, Named(blends, answer.blend, good).cells, answer.random,
                        Named(sets, answer.set, good).tiles);
             break;
         case AreaDialog::Distance:
-            DistanceFade(h, area, vBrush, answer.px, answer.py, answer.random,
+            DistanceFade(h, area, brush, answer.px, answer.py, answer.random,
                          Named(sets, answer.set, good).tiles);
             break;
         case AreaDialog::Slime:
-            SlimeFade(h, area, vBrush, answer.random, Named(sets, answer.set, good).tiles);
+            SlimeFade(h, area, brush, answer.random, Named(sets, answer.set, good).tiles);
             break;
         case AreaDialog::Speckle:
-            SpeckleFill(h, area, vBrush, chance);
+            SpeckleFill(h, area, brush, chance);
             break;
         case AreaDialog::Filter:
-            if (!filtered.chr) vBrush.chr = -1;
-            if (!filtered.fg) vBrush.fg = -1;
-            if (!filtered.bg) vBrush.bg = -1;
-            if (!filtered.attrib) vBrush.attrib = -1;
+            if (!filtered.chr) brush.chr = -1;
+            if (!filtered.fg) brush.fg = -1;
+            if (!filtered.bg) brush.bg = -1;
+            if (!filtered.attrib) brush.attrib = -1;
             break;
     }
     return true;

@@ -98,7 +98,7 @@ public:
     void SetSize(int w, int h);
     void SetViewport(Box shown);
 
-    bool RunAreaDialog(AreaDialog dialog, TileArea& area) override;
+    bool RunAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) override;
     void EditName() override;
     bool EditBrush() override { return false; }
     void Changed(Change) override {}

@@ -68,10 +68,10 @@ struct Areas : WorldTest, HostLog {
         told = fade + std::to_string(at.x) + "," + std::to_string(at.y);
     }
     // What the fades paint is held by the sample's sums: here they paint all that is selected.
-    bool RunAreaDialog(AreaDialog dialog, TileArea& area) override {
+    bool RunAreaDialog(AreaDialog dialog, TileArea& area, Brush& brush) override {
         if (dialog == AreaDialog::Filter) FilterBrush();
         if (dialog == AreaDialog::Filter) return accepts;
-        SpeckleFill(handle, area, vBrush, dialog == AreaDialog::Speckle ? part : 100);
+        SpeckleFill(handle, area, brush, dialog == AreaDialog::Speckle ? part : 100);
         if (dialog == AreaDialog::Fade) told = "Normal";
         if (dialog == AreaDialog::Distance) Tell("Distance", {area.centerX, area.centerY});
         if (dialog == AreaDialog::Slime) Tell("Slime", {area.centerX, area.centerY});

@@ -174,7 +174,9 @@ struct Forms : WorldTest {
 TEST_F(Forms, AllOfThem) {
     const std::function<void()> size = [] { DoSize().Run(); };
     const std::function<void()> brush = [this] { frame.EditBrush(); };
-    const auto area = [](AreaDialog dialog) { return [dialog] { OpenAreaDialog(dialog, vArea); }; };
+    const auto area = [](AreaDialog dialog) {
+        return [dialog] { OpenAreaDialog(dialog, vArea, vBrush); };
+    };
     const std::string look = "[ ] [ ] [x] [ ] '7 -2 1 2' ", name(50, 'n'),
                       painted = "blank0 backup30 ", filters = "[x] [x] [x] [x] ";
     const Row rows[] = {

@@ -25,7 +25,7 @@ struct HostLog : ViewHost {
         told += kTold[static_cast<int>(what)];
     }
     bool EditBrush() override { return false; }
-    bool RunAreaDialog(AreaDialog, TileArea&) override { return false; }
+    bool RunAreaDialog(AreaDialog, TileArea&, Brush&) override { return false; }
     void EditName() override { told += 'n'; }
 
     std::string told;

@@ -201,7 +201,6 @@ private:
                 if (!node.kept || !node.parent || node.parent->kept) continue;
                 const bool back = node.other && node.other->kept;
                 node.parent = back ? node.other : nullptr;
-                node.other = nullptr;
                 node.kept = back;
                 changed = true;
             }
