@@ -2,10 +2,12 @@
 // what it does with that.
 
 #include "editor/tools/fade_fills.h"
+#include "editor/tools/fade_library.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
 #include "editor/view/tool_menus.h"
 #include "tests/editor/plain_brush.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
 #include <cmath>
@@ -288,4 +290,33 @@ TEST_F(Areas, ShapesAreOutlinesCutAtTheBox) {
             shown += (vArea.At(i % 8, i / 8) ? "x" : ".") + std::string(i % 8 == 7, '/');
         EXPECT_EQ(shown, c.mask) << c.cursor.x << "," << c.cursor.y;
     }
+}
+
+// A line of the author's files that cannot be read is named, and what stands in front of it is
+// used.
+TEST_F(Areas, FadeFilesAreReadAsFarAsTheyGo) {
+    const TempFolder temp;
+    const std::string home = std::filesystem::current_path(), ten = "1 2 3 4 5 0 9 -1 2 3 ";
+    std::string cells;
+    for (int i = 0; i < 10; ++i) cells += ten;
+    std::filesystem::create_directory(temp / "Library");
+    std::filesystem::current_path(temp.Path());
+    const std::tuple<std::string, std::size_t, std::string> rows[] = {
+        {"a b\r\n" + cells + "x\n" + std::string(98, 'n') + "\n" + cells, 2, ""},
+        {"a\n" + cells + "\n \n\nb\n" + cells, 1, "line 3: this line is blank"},
+        {"a\n" + cells + "\nb\n1 2 x", 1, "line 4: a number belongs here"},
+        {std::string(99, 'n') + "\n" + cells, 0, "line 1: a name is too long"},
+        {"a\n" + cells + "\nb\n1 99999999999", 1, "line 4: a number is too large"},
+        {"a\n" + cells + "\nb\n1 2", 1, ""},
+    };
+    for (const auto& [text, count, fault] : rows) {
+        PutFile("Library/FadeBlends.txt", text);
+        const auto blends = LoadFadeBlends("Fade");
+        ASSERT_EQ(blends.size(), count) << fault;
+        EXPECT_NE(reports.Texts().find(fault), std::string::npos) << reports.Texts();
+        EXPECT_EQ(reports.Messages().empty(), fault.empty());
+        reports.Clear();
+        EXPECT_EQ(count ? blends[0].cells[6] - blends[0].cells[7] : 4, kFadePositions - 1);
+    }
+    std::filesystem::current_path(home);
 }

@@ -143,8 +143,16 @@ struct Forms : WorldTest {
                 c.enabled);
             (all += c.text) += c.tip;
         }
+        Sum(form.caption, all);
+    }
+    void Sum(const std::string& name, const std::string& all) {
         const auto* const bytes = reinterpret_cast<const Bytef*>(all.data());
-        layouts[form.caption] = crc32(0, bytes, static_cast<uInt>(all.size())) % 10000;
+        layouts[name] = crc32(0, bytes, static_cast<uInt>(all.size())) % 10000;
+    }
+    static std::string Told(const Menu& menu) {
+        std::string all = Outline(menu);
+        for (const MenuItem& item : menu) all += item.key + item.prompt + Told(item.items);
+        return all;
     }
     void ExpectRow(const Row& row, int end) {
         Reset();
@@ -210,6 +218,7 @@ TEST_F(Forms, AllOfThem) {
         // A block has no holes, a heart has.
         {"Brush Settings", brush, look, "1002@99,90 1010 1001@176,213", "chr219 "},
         {"Brush Settings", brush, look, "1001@176,213 1002@0,0 1010 1001@48,0", "chr3 bg0 "},
+        {"Brush Settings", brush, look, "1011", "chr0 fg0 bg0 "},
         {"Color Select", [] { DoColorSelect().Run(); }, "", "1001@0,10", "fg16 ", 'a'},
         {"Tile ClipBoard", [] { DoTileClip().Run(); }, "[ ] ", "1002", "skip1 "},
         {"Save Notification", [] { DoSaveNotification::Confirm(); }, "[x] ", "1002 1002",
@@ -221,12 +230,14 @@ TEST_F(Forms, AllOfThem) {
         for (const int end : {kIdOk, kIdCancel}) ExpectRow(row, end);
     }
     AddLayout(script.frame->panel->layout);
+    Sum("Bar", Told(script.frame->bar));
     std::string sums;
     for (const auto& [caption, sum] : layouts) sums += caption + std::to_string(sum) + " ";
-    EXPECT_EQ(sums,
-              "4102 Brush Settings9649 Color Select4821 Distance Fade6616 Fade454 Filter361 "
-              "Location8634 Name7312 Programming402 Save Notification7113 Size604 Slime fade6787 "
-              "Speckle7141 Tile ClipBoard7579 Viewport5877 ")
+    EXPECT_EQ(
+        sums,
+        "4102 Bar6097 Brush Settings9649 Color Select4821 Distance Fade6616 Fade454 Filter361 "
+        "Location8634 Name7312 Programming402 Save Notification7113 Size604 Slime fade6787 "
+        "Speckle7141 Tile ClipBoard7579 Viewport5877 ")
         << "look at the forms that changed, then write their sums here";
 }
 

@@ -64,7 +64,13 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
     for (const auto& c : cases) {
         Put(1, 1, {{1, 2, 3, 4}});
         PutFile(temp / c.name, c.bytes);
-        EXPECT_EQ(Load(c.name), !c.cells.empty()) << c.bytes;
+        script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
+            script.ExpectFile("open", temp / c.name);
+            form.Choose(kClipLoad);
+            EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
+            form.Click(kIdOk);
+        });
+        DoTileClip().Run();
         EXPECT_EQ(Cells(), c.cells.empty() ? "1x1 c1f2b3a4" : c.cells);
         reports.Clear();
     }

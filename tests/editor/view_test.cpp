@@ -331,6 +331,7 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         plain.OnDraw(window);
         // Each pixel of the bitmap takes as much of the window as any other, and none is left.
         ASSERT_EQ(window.shown.w * plain.zoom, window.w);
+        ASSERT_EQ(window.shown.h * plain.zoom, window.h);
         ASSERT_EQ(window.w, world->Root().width * 8);
         ASSERT_GT(window.shown.w, window.size.w);
     }

@@ -96,6 +96,13 @@ TEST_F(KeptWorlds, WhatACrashLostIsToldOnce) {
 }
 
 TEST_F(KeptWorlds, WithoutAFolderOrRoomNothingHappens) {
+    for (const auto& [data, home, kept] : {std::array{"/d", "/h", "/d/Tessel Works/QUILT!/kept"},
+                                           {"d", "/h", "/h/.local/share/Tessel Works/QUILT!/kept"},
+                                           {"", "", ""}}) {
+        setenv("XDG_DATA_HOME", data, 1);
+        setenv("HOME", home, 1);
+        EXPECT_EQ(KeptFolder(), kept);
+    }
     PutFile(folder / "file", "x");
     First().PutTile(0, 0, 9, 9, 9, 0);
     for (const std::string& place : {std::string(), folder / "file/kept", folder / "kept"}) {

@@ -11,6 +11,7 @@
 
 TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
     Start();
+    EXPECT_NE(edit->accessibleName(), list->accessibleName());
     auto& step = Control<QLineEdit>(kStepX);
     const auto isBack = [this] { return QApplication::focusWidget() == edit; };
     Press(*edit, Qt::Key_Tab);
@@ -73,8 +74,15 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     Choose("&File", "Save &As...");
     EXPECT_EQ(FileBytes(path), "no archive");
     PutFile(path, saved);
-    person.AnswerFileDialog(path);
+    person.OnDialog([&](QDialog& dialog) {
+        EXPECT_EQ(static_cast<QFileDialog&>(dialog).sidebarUrls().back().fileName(),
+                  QStringLiteral("samples"));
+        Person::AnswerWith(dialog, path);
+    });
     Choose("&File", "&Open...");
+    EXPECT_FALSE(QGuiApplication::overrideCursor());
+    const platform::WaitCursor wait;
+    EXPECT_TRUE(QGuiApplication::overrideCursor());
     EXPECT_TRUE(window->windowTitle().startsWith(QLatin1String("game.zqlt - ")));
     for (const bool sure : {false, true}) {
         EXPECT_TRUE(window->isVisible());

@@ -334,6 +334,7 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
     EXPECT_EQ(Run("merge a.zqlt b.zqlt c.zqlt -o d.zqlt --marks").status, 1);
     EXPECT_THAT(Run("cat d.zqlt").out,
                 HasSubstr("one\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\nthree\n"));
+    EXPECT_LT(ReadZip(FileBytes(folder / "d.zqlt"))[2].age, 60);
     EXPECT_EQ(Run("diff a.zqlt a.zqlt").out, "");
 }
 
@@ -341,6 +342,7 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
 TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
     std::mt19937 random(7);
     PlantRandomWorld(*world, random);
+    world->Root().children.front()->script = "PK\3\4";  // begins no entry
     std::vector<PlainEntry> entries = ReadZip(Bytes());
     const std::string all = Account(world->Root());
     const auto count = [](const std::string& text, const std::string& end) {
@@ -424,6 +426,7 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     EXPECT_THAT(Shell("git commit -qam two; git show; git checkout -q main").out,
                 HasSubstr("\n+65 7 1 0\n"));
     hall.tiles[62] = {};
+    hall.viewx = 1;  // the picture is of all there is
     paint("a.zqlt", 9, 66);
     Shell("git commit -qam three");
     EXPECT_EQ(Shell("git merge -q side -m both").status, 0);

@@ -35,7 +35,9 @@ struct Tool : ToolTest {
         door.viewx = 1;
         door.vieww = 3;
         for (int i = 0; i < 6; ++i) door.PutTile(i % 3, i / 3, 65, -2, i % 2, 1);
-        AddNode(world->Root(), "second", 1, 1, 5).posx = 3;
+        Dobject& second = AddNode(world->Root(), "second", 2, 1, 5);
+        second.posx = 3;
+        for (int x : {0, 1}) second.PutTile(x, 0, 65, x + 2, x + 4, 0);
     }
 };
 
@@ -80,7 +82,8 @@ TEST_F(Tool, RenderShowsABoardAsTheEditorDoes) {
             ASSERT_EQ(seen, QRgb(color.r << 16 | color.g << 8 | color.b)) << x << ", " << y;
         }
     EXPECT_EQ(Run("render a.zqlt two.png --board second").status, 0);
-    EXPECT_EQ(QImage(QString::fromStdString(folder / "two.png")).width(), 8);
+    EXPECT_EQ(QImage(QString::fromStdString(folder / "two.png")).width(), 16);
+    EXPECT_EQ(FileBytes(folder / "two.png")[24], 2) << "bits for four colours";
 }
 
 TEST_F(Tool, CatAndRepackWriteTheWorld) {
