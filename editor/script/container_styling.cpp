@@ -1,7 +1,7 @@
 #include "editor/script/container_styling.h"
 
-#include "editor/script/scintilla_messages.h"
 #include "engine/script_styler.h"
+#include "platform/scintilla_messages.h"
 
 #include <algorithm>
 

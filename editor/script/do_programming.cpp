@@ -1,7 +1,6 @@
 #include "editor/script/do_programming.h"
 
 #include "editor/script/container_styling.h"
-#include "editor/script/scintilla_messages.h"
 #include "editor/script/script_colors.h"
 #include "editor/script/script_hints.h"
 #include "engine/command_table.h"
@@ -10,6 +9,7 @@
 #include "engine/game_text.h"
 #include "platform/keys.h"
 #include "platform/platform.h"
+#include "platform/scintilla_messages.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "editor/script/script_hints.h"
 
 #include "editor/script/container_styling.h"
-#include "editor/script/scintilla_messages.h"
 #include "engine/command_table.h"
 #include "engine/dinterface.h"
 #include "engine/script_styler.h"
+#include "platform/scintilla_messages.h"
 
 #include <algorithm>
 

@@ -11,7 +11,7 @@
 
 TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
     Start();
-    EXPECT_NE(edit->accessibleName(), list->accessibleName());
+    EXPECT_FALSE(edit->accessibleName().isEmpty() || list->accessibleName().isEmpty());
     auto& step = Control<QLineEdit>(kStepX);
     const auto isBack = [this] { return QApplication::focusWidget() == edit; };
     Press(*edit, Qt::Key_Tab);

@@ -84,12 +84,11 @@ TEST_F(Programming, ListsAndTipsOpenWhileItIsTyped) {
     EXPECT_EQ(LookUpCallTip("#ZAP "), "<label name>");
     // What is only begun is completed: not div, the list goes by the letters.
     EXPECT_EQ(Run("", [this] { Do("#wa\n\n#di\t"); }), "#walk\n#die");
-    for (const QPoint off : {QPoint(0, -5000), {-5000, 0}})
-        Run("", [&] {
-            dialog->move(off);
-            Do(".");
-            EXPECT_EQ(Open(), "") << "the library cannot show it off the screen";
-        });
+    Run("", [this] {
+        dialog->move(-5000, -5000);
+        Do(".");
+        EXPECT_EQ(Open(), "") << "the library cannot show it off the screen";
+    });
 }
 
 // Whatever lists open meanwhile.

@@ -442,8 +442,13 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     ASSERT_EQ(Run("diff both.zqlt a.zqlt --picture p.png").status, 1);
     const QImage png(QString::fromStdString(folder / "p.png"));
     EXPECT_EQ(png.width(), 3 * 160 + 4 * 8);
-    int framed = 0;
+    int framed = 0, left = 0;
     for (int y = 20; y < 100; ++y)
-        for (int x = 176; x < 336; ++x) framed += png.pixel(x, y) != png.pixel(x + 168, y);
+        for (int x = 176; x < 336; ++x) {
+            const bool differs = png.pixel(x, y) != png.pixel(x + 168, y);
+            framed += differs;
+            left += differs * x;
+        }
     EXPECT_EQ(framed, 36);
+    EXPECT_EQ(left / framed, 176 + 9 * 8 + 3) << "of the whole board";
 }

@@ -1,4 +1,5 @@
-// The messages of the text control that the script editor sends, by their published numbers.
+// The messages of the text control (CodeControl) that the program sends, by their published
+// numbers. platform/qt/code_widget.cpp holds them against those of the library.
 #pragma once
 
 enum ScintillaMessage : unsigned {
