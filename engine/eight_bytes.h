@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -17,6 +18,12 @@ inline std::uint64_t LoadEight(const void* from) {
 }
 
 inline void StoreEight(void* to, std::uint64_t bytes) { std::memcpy(to, &bytes, sizeof bytes); }
+
+/// So many times, one behind the other.
+inline void FillEight(void* to, std::uint64_t bytes, std::ptrdiff_t count) {
+    auto* place = static_cast<unsigned char*>(to);
+    for (std::ptrdiff_t i = 0; i < count; ++i) StoreEight(place + 8 * i, bytes);
+}
 
 /// 0xff in every byte that is not zero, 0 in the others. The low seven bits of a byte carry into
 /// its high bit when any is set; the high bits are then spread downwards.

@@ -3,36 +3,49 @@
 #include "engine/dfont.h"
 #include "engine/eight_bytes.h"
 
+#include <utility>
+
 TilePen::TilePen(Dobject* of) : node(of) {
     if (!node) return;
     font = node->Font();
     single = MakeBitmap(kTileSize, kTileSize);
     if (font && single) surface = node->Surface();
+    end = node->width;
 }
 
-const TilePen::Look& TilePen::LookOf(int chr, int fg, int bg) {
-    Look& look = looks[static_cast<std::size_t>(chr) % kLooks];
-    if (look.chr == chr && look.fg == fg && look.bg == bg) return look;
-    look = {chr, fg, bg};
-    font->DrawGlyph(single.get(), chr, fg, bg, 0, 0);
-    for (std::size_t row = 0; row < look.rows.size(); ++row)
-        look.rows[row] = LoadEight(single->line[row]);
-    return look;
+void TilePen::PutOther(int x, int y, int chr, int fg, int bg, int attrib) {
+    EndRun();
+    if (node) node->PutTile(x, y, chr, fg, bg, attrib);
 }
 
-void TilePen::Put(int x, int y, int chr, int fg, int bg, int attrib) {
-    constexpr int kColors = 256;
-    const auto within = [](int n, int end) { return n >= 0 && n < end; };
-    // Anything else keeps a field or lets through what is under it.
-    const bool plain = within(chr, INT16_MAX) && within(fg, kColors) && within(bg, kColors) &&
-                       within(attrib, INT16_MAX);
-    Dtile* const tile = node ? node->GetTile(x, y) : nullptr;
+void TilePen::Draw(Look& fresh, const Dtile& tile) {
+    font->DrawGlyph(single.get(), tile.chr, tile.fg, tile.bg, 0, 0);
+    for (std::size_t i = 0; i < fresh.rows.size(); ++i) fresh.rows[i] = LoadEight(single->line[i]);
+}
+
+void TilePen::PutOne(int x, int y, std::uint64_t put) {
+    constexpr std::uint64_t kShown = 0xffff'ffff'ffff;
+    EndRun();
+    Dtile* const tile = node->GetTile(x, y);
     if (!tile) return;
-    if (!surface || !plain) return node->PutTile(x, y, chr, fg, bg, attrib);
-    *tile = {static_cast<std::uint16_t>(chr), static_cast<std::uint16_t>(fg),
-             static_cast<std::uint16_t>(bg), static_cast<std::uint16_t>(attrib)};
-    const Look& look = LookOf(chr, fg, bg);
+    StoreEight(tile, put);
+    Look& found = looks[put % kLooks];
+    if (std::exchange(found.shown, put & kShown) != (put & kShown)) Draw(found, *tile);
+    cell = put;
+    look = &found;
+    row = y;
+    first = next = x + 1;
     unsigned char* const* const line = surface->line + y * kTileSize;
-    for (std::size_t row = 0; row < look.rows.size(); ++row)
-        StoreEight(line[row] + x * kTileSize, look.rows[row]);
+    for (std::size_t i = 0; i < found.rows.size(); ++i)
+        StoreEight(line[i] + x * kTileSize, found.rows[i]);
+}
+
+void TilePen::EndRun() {
+    const int tiles = next - first;
+    if (tiles <= 0) return;
+    FillEight(node->GetTile(first, row), cell, tiles);
+    for (int i = 0; i < kTileSize; ++i)
+        FillEight(surface->line[row * kTileSize + i] + first * kTileSize,
+                  look->rows[static_cast<std::size_t>(i)], tiles);
+    first = next;
 }

@@ -74,8 +74,9 @@ int Displacement(const Dice& reach) {
     return direction * reach.Roll();
 }
 
-// Every pixel of `area` lands somewhere near its place in `shaken`, later ones on top.
-void Shake(const BITMAP& area, BITMAP& shaken, const Dice& reach) {
+// Every pixel of `area` lands somewhere near its place in a copy, later ones on top.
+void Shake(BITMAP& area, BITMAP& shaken, const Dice& reach) {
+    blit(&area, &shaken, 0, 0, 0, 0, area.w, area.h);
     for (int y = 0; y < area.h; ++y) {
         for (int x = 0; x < area.w; ++x) {
             const int toX = x + Displacement(reach);
@@ -183,17 +184,17 @@ void NormalFade(Handle h, TileArea& area, const Brush& brush, const FadeCells& c
                 const FadeTiles& tiles) {
     const Bitmap pattern = MakePattern(cells, tiles);
     const Bitmap plain = MakeBitmap(area.w, area.h);
-    const Bitmap shaken = MakeBitmap(area.w, area.h);
-    if (!pattern || !plain || !shaken) {
+    const Bitmap shaken = random > 0 ? MakeBitmap(area.w, area.h) : Bitmap();
+    if (!pattern || !plain || (random > 0 && !shaken)) {
         Fatal("Unable to create the pattern of the fade", __FILE__, __LINE__);
         return;
     }
     stretch_blit(pattern.get(), plain.get(), 0, 0, kBlendSide, kBlendSide, 0, 0, area.w, area.h);
-    blit(plain.get(), shaken.get(), 0, 0, 0, 0, area.w, area.h);
-    if (random > 0) Shake(*plain, *shaken, Dice(random));
+    if (shaken) Shake(*plain, *shaken, Dice(random));
+    const BITMAP& shown = shaken ? *shaken : *plain;
     TilePen pen(vWorld->Editable(h));
     ForEachSelected(area, [&](int x, int y) {
-        PutGlyph(pen, brush, x, y, shaken->line[y - area.y][x - area.x]);
+        PutGlyph(pen, brush, x, y, shown.line[y - area.y][x - area.x]);
     });
 }
 
