@@ -2,7 +2,11 @@
 
 #include <png.h>
 
+#include "engine/dobject.h"
+#include "engine/eight_bytes.h"
+
 #include <array>
+#include <utility>
 #include <vector>
 
 struct PngFile::State {
@@ -14,8 +18,47 @@ struct PngFile::State {
     int colors = 0;                              ///< in the file's palette
     std::array<unsigned char, 256> number = {};  ///< in the file's palette, of each colour
     std::string bytes;
-    std::vector<unsigned char> row;
+    std::vector<unsigned char> row;     ///< with each pixel as often as the scale says
+    std::vector<unsigned char> packed;  ///< the row as the file has it
+
+    void Pack(const unsigned char* pixels);
+    const unsigned char* RowOf(const unsigned char* pixels);
+    void Write(const unsigned char* written);
 };
+
+// Pixels of tiles come in eights, which are often those before.
+void PngFile::State::Pack(const unsigned char* pixels) {
+    std::uint64_t last = ~LoadEight(pixels);
+    std::uint64_t eight = 0;
+    for (auto to = packed.begin(); to != packed.end(); pixels += kTileSize) {
+        if (std::exchange(last, LoadEight(pixels)) != last) {
+            eight = 0;
+            for (int i = 0; i < kTileSize; ++i) eight = eight << bits | number[pixels[i]];
+        }
+        for (int shift = 8 * (bits - 1); shift >= 0; shift -= 8)
+            *to++ = static_cast<unsigned char>(eight >> shift);
+    }
+}
+
+// A row as the file has it.
+void PngFile::State::Write(const unsigned char* written) {
+    if (setjmp(png_jmpbuf(png))) {
+        good = false;
+        return;
+    }
+    for (int i = 0; i < scale; ++i) png_write_row(png, written);
+}
+
+// As the file has it, until the next call.
+const unsigned char* PngFile::State::RowOf(const unsigned char* pixels) {
+    const unsigned char* from = pixels;
+    for (auto to = row.begin(); to != row.end(); ++from)
+        for (int i = 0; i < scale; ++i) *to++ = *from;
+    if (scale > 1) pixels = row.data();
+    if (bits == 8) return pixels;
+    Pack(pixels);
+    return packed.data();
+}
 
 namespace {
 
@@ -43,9 +86,11 @@ PngFile::PngFile(int w, int h, int scale, const RGB* palette, const ColorSet& us
     constexpr int kLevel = 4;
     State& s = *state;
     s.scale = scale;
-    s.row.resize(static_cast<std::size_t>(w) * static_cast<std::size_t>(scale));
+    const std::size_t length = static_cast<std::size_t>(w) * static_cast<std::size_t>(scale);
+    if (scale > 1) s.row.resize(length);
     const std::size_t count = used.count();
     s.bits = count <= 2 ? 1 : count <= 4 ? 2 : count <= 16 ? 4 : 8;
+    if (s.bits < 8) s.packed.resize(length / 8 * static_cast<std::size_t>(s.bits));
     std::array<png_color, 256> colors;
     for (std::size_t i = 0; i < colors.size(); ++i) {
         if (s.bits < 8 && !used[i]) continue;
@@ -66,22 +111,13 @@ PngFile::PngFile(int w, int h, int scale, const RGB* palette, const ColorSet& us
     png_set_filter(s.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
     png_set_compression_level(s.png, kLevel);
     png_write_info(s.png, s.info);
-    png_set_packing(s.png);
     s.good = true;
 }
 
 PngFile::~PngFile() { png_destroy_write_struct(&state->png, &state->info); }
 
 void PngFile::AddRow(const unsigned char* pixels) {
-    State& s = *state;
-    if (!s.good) return;
-    auto to = s.row.begin();
-    for (; to != s.row.end(); to += s.scale, ++pixels) std::fill_n(to, s.scale, s.number[*pixels]);
-    if (setjmp(png_jmpbuf(s.png))) {
-        s.good = false;
-        return;
-    }
-    for (int i = 0; i < s.scale; ++i) png_write_row(s.png, s.row.data());
+    if (state->good) state->Write(state->RowOf(pixels));
 }
 
 std::string PngFile::TakeBytes() {

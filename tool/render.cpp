@@ -1,5 +1,6 @@
 #include "engine/compositor.h"
 #include "engine/dinterface.h"
+#include "engine/eight_bytes.h"
 #include "engine/program_folder.h"
 #include "engine/replace_file.h"
 #include "tool/commands.h"
@@ -54,7 +55,11 @@ std::string Picture(const Dobject& board, int scale) {
     vWorld->ShowBoard(board.id);
     bool has[256] = {};
     const auto note = [&](const unsigned char* row) {
-        for (int x = 0; x < w; ++x) has[row[x]] = true;
+        std::uint64_t last = ~LoadEight(row);
+        for (int x = 0; x < w; x += kTileSize) {
+            if (std::exchange(last, LoadEight(row + x)) == last) continue;
+            for (int i = 0; i < kTileSize; ++i) has[row[x + i]] = true;
+        }
     };
     if (!ComposeRows(board, note)) return {};
     ColorSet used;
