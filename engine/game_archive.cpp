@@ -3,6 +3,7 @@
 #include "engine/dfont.h"
 #include "engine/file_layer.h"
 #include "engine/game_limits.h"
+#include "engine/number_writer.h"
 #include "engine/open_archive.h"
 
 #include <algorithm>
@@ -187,13 +188,9 @@ private:
 // --- writing -----------------------------------------------------------------------------------
 
 void WriteSheet(BITMAP* sheet, std::ostream& out) {
-    // Each row as one piece: at most four characters a pixel.
-    std::string row;
-    for (int y = 0; y < sheet->h; ++y) {
-        row.clear();
-        for (int x = 0; x < sheet->w; ++x) (row += std::to_string(sheet->line[y][x])) += ' ';
-        out << row;
-    }
+    NumberWriter numbers(out);
+    for (int y = 0; y < sheet->h; ++y)
+        for (int x = 0; x < sheet->w; ++x) numbers.Put(sheet->line[y][x], ' ');
 }
 
 // Writes one entry by `write`; false when it did not reach the archive.

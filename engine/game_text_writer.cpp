@@ -1,33 +1,10 @@
 #include "engine/game_text.h"
 
+#include "engine/number_writer.h"
+
 #include <algorithm>
-#include <charconv>
 
 namespace {
-
-// The pieces of a record or a line, handed to the stream as one.
-class LineWriter {
-public:
-    explicit LineWriter(std::ostream& to) : out(to) {}
-
-    LineWriter& Number(std::int64_t n) {
-        end = std::to_chars(end, text + sizeof text, n).ptr;
-        return *this;
-    }
-    LineWriter& Char(char c) {
-        *end++ = c;
-        return *this;
-    }
-    void Flush() {
-        if (out.rdbuf()->sputn(text, end - text) != end - text) out.setstate(std::ios::badbit);
-        end = text;
-    }
-
-private:
-    std::ostream& out;
-    char text[128];
-    char* end = text;
-};
 
 std::string WrittenName(const Dobject& node) {
     std::string name = node.name.empty() ? "_" : node.name;
@@ -41,17 +18,18 @@ void WriteFour(std::ostream& out, std::int32_t a, std::int32_t b, std::int32_t c
     out << a << ' ' << b << ' ' << c << ' ' << d << '\n';
 }
 
-void WriteRun(LineWriter& line, const Dtile& tile, std::int64_t length, char last) {
+void WriteRun(NumberWriter& numbers, const Dtile& tile, std::int64_t length, char last) {
     // A lone cell whose glyph number reads as negative would pass for a run's length.
-    if (length > 1 || Signed(tile.chr) < 0) line.Number(-length).Char(' ');
-    line.Number(Signed(tile.chr)).Char(' ').Number(Signed(tile.fg)).Char(' ');
-    line.Number(Signed(tile.bg)).Char(' ').Number(Signed(tile.attrib)).Char(last);
-    line.Flush();
+    if (length > 1 || Signed(tile.chr) < 0) numbers.Put(-length, ' ');
+    numbers.Put(Signed(tile.chr), ' ');
+    numbers.Put(Signed(tile.fg), ' ');
+    numbers.Put(Signed(tile.bg), ' ');
+    numbers.Put(Signed(tile.attrib), last);
 }
 
 // A grid without cells has no line at all: a reader takes none for it.
 void WriteGrid(const Dobject& node, std::ostream& out, bool rows) {
-    LineWriter line(out);
+    NumberWriter numbers(out);
     const Dtile* cell = node.tiles.data();
     const Dtile* const end = cell + node.tiles.size();
     while (cell != end) {
@@ -59,9 +37,9 @@ void WriteGrid(const Dobject& node, std::ostream& out, bool rows) {
         while (cell != stop) {
             const Dtile* run = cell;
             while (cell != stop && *cell == *run) ++cell;
-            WriteRun(line, *run, cell - run, rows || cell == end ? '\n' : ' ');
+            WriteRun(numbers, *run, cell - run, rows || cell == end ? '\n' : ' ');
         }
-        if (cell != end) line.Char('\n').Flush();
+        if (cell != end) numbers.Put('\n');
     }
 }
 

@@ -245,6 +245,22 @@ ZipEntryWriteBuf::int_type ZipEntryWriteBuf::overflow(int_type c) {
     return c;
 }
 
+// What is larger than the put area goes past it.
+std::streamsize ZipEntryWriteBuf::xsputn(const char* text, std::streamsize count) {
+    if (count <= kArea) return std::streambuf::xsputn(text, count);
+    bool good = open && Flush();
+    const char* const end = text + count;
+    for (const char* from = text; good && from != end;) {
+        const auto left = static_cast<std::size_t>(end - from);
+        const void* const found = binary ? nullptr : std::memchr(from, '\n', left);
+        const char* const line = found ? static_cast<const char*>(found) : end;
+        good = writer->Write(from, static_cast<std::size_t>(line - from)) &&
+               (line == end || writer->Write("\r\n", 2));
+        from = line == end ? end : line + 1;
+    }
+    return good ? count : 0;
+}
+
 int ZipEntryWriteBuf::sync() { return open && Flush() ? 0 : -1; }
 
 void ZipEntryOutStream::open(ZipWriter& to, const std::string& name, std::ios::openmode mode) {
