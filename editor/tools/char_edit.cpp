@@ -2,9 +2,9 @@
 
 #include "editor/view/brush.h"
 #include "engine/dinterface.h"
+#include "engine/random.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 
 namespace {
@@ -40,7 +40,7 @@ void CharEdit::OnDraw(platform::Window& own) {
     const int y = cursor.y * kZoom;
     // Another colour each time, so that the cursor is seen on any picture.
     xor_mode(TRUE);
-    rect(to, x, y, x + kZoom - 1, y + kZoom - 1, std::rand() % kCursorColors);
+    rect(to, x, y, x + kZoom - 1, y + kZoom - 1, vRandom.Next() % kCursorColors);
     xor_mode(FALSE);
     own.ShowPicture({to->line, kSide, kSide}, own.ClientSize());
     own.SetDescription("Glyph " + std::to_string(vBrush.chr) + ", pixel " +

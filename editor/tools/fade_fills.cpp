@@ -1,10 +1,10 @@
 #include "editor/tools/fade_fills.h"
 
+#include "engine/random.h"
 #include "engine/report.h"
 #include "engine/tile_pen.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <vector>
 
 using platform::Point;
@@ -16,14 +16,14 @@ constexpr int kOutcomes = 101;
 
 std::int32_t TileAt(const FadeTiles& tiles, std::uint8_t position) { return tiles[position]; }
 
-// rand() % sides for sides that are known only when the program runs. A division would cost as
+// A draw % sides for sides that are known only when the program runs. A division would cost as
 // much as the draw; this is the remainder by two multiplications, exact for 32 bits.
 class Dice {
 public:
     explicit Dice(int n) : sides(static_cast<std::uint64_t>(n)), inverse(UINT64_MAX / sides + 1) {}
 
     int Roll() const {
-        const std::uint64_t fraction = inverse * static_cast<std::uint64_t>(std::rand());
+        const std::uint64_t fraction = inverse * static_cast<std::uint64_t>(vRandom.Next());
         return static_cast<int>(HighHalf(fraction));
     }
 
@@ -70,7 +70,7 @@ Bitmap MakePattern(const FadeCells& cells, const FadeTiles& tiles) {
 
 int Displacement(const Dice& reach) {
     constexpr int kHalf = 50;
-    const int direction = 1 - 2 * (std::rand() % kOutcomes >= kHalf);
+    const int direction = 1 - 2 * (vRandom.Next() % kOutcomes >= kHalf);
     return direction * reach.Roll();
 }
 
@@ -210,7 +210,7 @@ void SlimeFade(Handle h, TileArea& area, const Brush& brush, int random, const F
 void SpeckleFill(Handle h, TileArea& area, const Brush& brush, int percentage) {
     TilePen pen(vWorld->Editable(h));
     VisitCells(area, kSelected, [&](int x, int y) {
-        if (std::rand() % kOutcomes > percentage) return false;
+        if (vRandom.Next() % kOutcomes > percentage) return false;
         PutGlyph(pen, brush, x, y, brush.chr);
         return true;
     });

@@ -5,6 +5,7 @@
 #include "library-src/sample/sprites.h"
 
 #include "engine/game_archive.h"
+#include "engine/random.h"
 #include "engine/replace_file.h"
 #include "engine/report.h"
 
@@ -34,7 +35,7 @@ int main(int argc, char** argv) {
     StartAllegro();
     StartTrace(nullptr);
     // The same picture at every build: the fades draw from this.
-    std::srand(1);
+    vRandom.Seed(1);
     Dinterface world;
     Problems problems;
     DrawSprites(argv[2], problems);

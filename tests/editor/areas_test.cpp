@@ -6,6 +6,7 @@
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
 #include "editor/view/tool_menus.h"
+#include "engine/random.h"
 #include "tests/editor/plain_brush.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
@@ -190,7 +191,7 @@ struct Areas : WorldTest, HostLog {
                 if (has(fade)) Tell(fade, centre);
             if (!asks) undo = tiles;
             Each([&](int x, int y) {
-                if (!asks || std::rand() % 101 <= (fades ? 100 : part)) Write(x, y, vBrush.chr);
+                if (!asks || vRandom.Next() % 101 <= (fades ? 100 : part)) Write(x, y, vBrush.chr);
             });
         }
         vBrush = before;
@@ -238,14 +239,17 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         tiles = board->tiles;
         undo.clear();
         told = "";
-        std::srand(run);
+        vRandom.Seed(run * 9999999);
+        std::srand(run * 9999999);
+        for (int i = 0; i < 50; ++i) ASSERT_EQ(vRandom.Next(), std::rand());
+        vRandom.Seed(run);
         Act(path, cursor, anchor);
-        const int drawn = std::rand();
+        const int drawn = vRandom.Next();
         const Brush left = std::exchange(vBrush, start);
         const std::string wanted = std::exchange(told, "");
-        std::srand(run);
+        vRandom.Seed(run);
         const bool known = RunAreaCommand(command, cursor + back, anchor + back, *this);
-        ASSERT_EQ(std::rand(), drawn) << "as many draws";
+        ASSERT_EQ(vRandom.Next(), drawn) << "as many draws";
         ASSERT_EQ(known, path.find("Zoom") && path != "Ruler" && path.find("Cancel") == path.npos);
         ASSERT_EQ(board->tiles, tiles);
         const std::string shown = Pixels(board->Surface());

@@ -19,12 +19,12 @@
 #include "editor/view/brush.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
+#include "engine/random.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/test_world.h"
 
 #include <zlib.h>
 
-#include <cstdlib>
 #include <sstream>
 
 using namespace platform;
@@ -61,7 +61,7 @@ struct Forms : WorldTest {
         script.WriteProfileInt("Notify", "param", 1);
         SelectRect(vArea, HandleGuard(world->GetCurrentObject()), {3, -4}, {7, 0});
         vFadeCenterX = vFadeCenterY = vCharScrollX = vCharScrollY = 0;
-        std::srand(1);
+        vRandom.Seed(1);
     }
     // What has changed since the last call: of the controls of a form, and of all that forms
     // change.

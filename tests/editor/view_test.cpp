@@ -214,7 +214,7 @@ struct Plain final : Events {
                       static_cast<int>((at.y - press.y) * zoom / 8 + grab.y)};
         else if (paints && (tool == kBox || tool == kPoints))
             anchor = TileAt(at);
-        else if (tool == kFollows || (!paints && tool != kPoints)) {
+        else if (tool == kFollows || (!paints && tool < kPoints)) {
             if (tool == kBox) MoveNode(TileAt(at));
             Place(TileAt(at));
         }

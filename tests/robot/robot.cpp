@@ -10,6 +10,7 @@
 #include "editor/view/tile_clip.h"
 #include "engine/picture_file.h"
 #include "engine/program_folder.h"
+#include "engine/random.h"
 #include "engine/report.h"
 #include "platform/qt/qt_platform.h"
 #include "tests/robot/run.h"
@@ -97,7 +98,7 @@ private:
         if (done) return QApplication::exit();
         Expect(++run.step - idle < kLongestOpen, QStringLiteral("what is open does not close"));
         // However often the program has painted itself, its own chance is the same in each step.
-        std::srand(seed + static_cast<unsigned>(run.step));
+        vRandom.Seed(seed + static_cast<unsigned>(run.step));
         RandomStep(run, *top);
     }
 
