@@ -300,12 +300,6 @@ TEST_F(Shell, WhatCannotBeOpenedOrSavedLeavesTheGameAsItWas) {
         EXPECT_EQ(Doc().PathName() + Board().name, good + "kept") << path;
     }
     EXPECT_THAT(RecentFiles(), ElementsAre(good));
-    // What comes from outside ends a box that the keys have drawn.
-    Frame().Edit().Key(kWithCtrl | kKeyRight);
-    script.ExpectMessage("could not be opened");
-    Do([this] { Frame().events.OnDrop(temp / "missing.zqlt"); });
-    Frame().Edit().Paint();
-    EXPECT_EQ(Frame().Edit().description.find("box"), std::string::npos);
 }
 
 TEST_F(Shell, RunSavesTheGameAndStartsThePlayerOnIt) {

@@ -28,7 +28,7 @@ struct Plain final : Events {
     double zoom = 1;
     Tool tool = kNothing;
     int margin = 0, mode = kBrushNormal;
-    Size size;
+    Point middle;  ///< of the window, from its corner
     bool pen = false, captured = false, ruler = false, paints = true;
     std::optional<Point> visited;
     Brush brush;
@@ -113,12 +113,7 @@ struct Plain final : Events {
         const Point step = arrow ? kSteps[code - kKeyLeft] : Point{};
         if (code == kKeyShift && (with == kWithCtrl || (box && !with))) return;
         if (arrow && with == (kWithCtrl | kWithShift)) return void(scroll = scroll - step);
-        if (full == kKeyF4) {
-            const double tile = 16 / zoom;
-            scroll =
-                Point{static_cast<int>(size.w / tile), static_cast<int>(size.h / tile)} - cursor;
-            return;
-        }
+        if (full == kKeyF4) return void(scroll = middle - cursor);
         if (paints && mode == kBrushText) return;
         const bool blends = mode == kBrushBlender, steps = mode == kBrushNormal || blends;
         if (paints && arrow && with == kWithCtrl) {
@@ -329,7 +324,8 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
                   ch = chars[Roll(0, 7)];
         const bool shapes = plain.tool == (kind < 8 ? kKeyBox : kPoints) && held != code;
         plain.choice = shapes ? 0 : menus[Roll(0, 4)];
-        plain.size = window.size;
+        plain.middle = {static_cast<int>(window.size.w * plain.zoom / 16),
+                        static_cast<int>(window.size.h * plain.zoom / 16)};
         SCOPED_TRACE(testing::Message() << "step " << step << ", " << kind << ", " << code);
         if (kind < 8) both(&Events::OnKeyDown, code);
         if (kind == 8 || kind == 9) both(&Events::OnKeyUp, kind == 8 ? code : int{kKeyShift});

@@ -96,12 +96,10 @@ TEST_F(KeptWorlds, WhatACrashLostIsToldOnce) {
 }
 
 TEST_F(KeptWorlds, WithoutAFolderOrRoomNothingHappens) {
-    for (const auto& [data, home, kept] : {std::array{"/d", "/h", "/d/Tessel Works/QUILT!/kept"},
-                                           {"d", "/h", "/h/.local/share/Tessel Works/QUILT!/kept"},
-                                           {"", "", ""}}) {
-        setenv("XDG_DATA_HOME", data, 1);
-        setenv("HOME", home, 1);
-        EXPECT_EQ(KeptFolder(), kept);
+    setenv("XDG_DATA_HOME", "data", 1);
+    for (const std::string home : {"/h", ""}) {
+        setenv("HOME", home.c_str(), 1);
+        EXPECT_EQ(KeptFolder(), home.empty() ? "" : "/h/.local/share/Tessel Works/QUILT!/kept");
     }
     PutFile(folder / "file", "x");
     First().PutTile(0, 0, 9, 9, 9, 0);
