@@ -27,7 +27,8 @@ struct TreeWorld {
             }
             Dobject& parent =
                 i % 3 == 2 && !board->children.empty() ? *board->children.back() : *board;
-            parent.Spawn(vWorld->TakeId(), 0)->Create("object" + std::to_string(i), 1, 1);
+            // Names as long at the end as at the top: their pixels are not what is compared.
+            parent.Spawn(vWorld->TakeId(), 0)->Create("object" + std::to_string(10'000 + i), 1, 1);
         }
         auto& frame = static_cast<QtFrame&>(app.Frame().Window());
         list = frame.findChild<QWidget*>(QStringLiteral("list"));

@@ -1,13 +1,19 @@
 // The edit view on the Qt backend, off screen: a whole repaint, and the start of the program.
 //
 // One mode a process, since a program starts once: no option runs the benchmarks of the
-// repaint; --start starts, paints a first window and ends.
+// repaint; --start starts, paints a first window and ends; --keys prints how long it takes from an
+// event to the pixels that the window system has taken, in windows of three sizes.
 
 #include "editor/shell/quilt_app.h"
 #include "platform/qt/qt_frame.h"
 #include "platform/qt/qt_platform.h"
 
+#include <QKeyEvent>
 #include <QPainter>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include "bench/timed.h"
@@ -77,6 +83,100 @@ int StartProgram() {
     return 0;
 }
 
+// Counts the repaints of a widget.
+struct PaintCounter final : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
+};
+
+// Milliseconds from events of that kind, made anew for each turn, to the server's word that it has
+// the pixels: the median and the one that 19 of 20 are below.
+template <typename Send>
+void PrintTimes(const char* what, QWidget& edit, Send send) {
+    constexpr int kEvents = 100;
+    PaintCounter paints;
+    edit.installEventFilter(&paints);
+    std::vector<double> times;
+    for (int i = 0; i < kEvents; ++i) {
+        QApplication::processEvents();
+        QGuiApplication::sync();
+        const int before = paints.count;
+        const auto start = std::chrono::steady_clock::now();
+        send(i);
+        while (paints.count == before) QApplication::processEvents();
+        QGuiApplication::sync();
+        const std::chrono::duration<double, std::milli> passed =
+            std::chrono::steady_clock::now() - start;
+        times.push_back(passed.count());
+    }
+    std::sort(times.begin(), times.end());
+    std::printf("  %s %.2f (%.2f)", what, times[kEvents / 2], times[kEvents * 19 / 20]);
+}
+
+// As if each event were one copy of the window's pixels.
+void PrintCopy(QSize size) {
+    constexpr int kCopies = 20;
+    QImage from(size, QImage::Format_RGB32);
+    QImage to(size, QImage::Format_RGB32);
+    from.fill(1);
+    to.fill(2);
+    std::vector<double> times;
+    for (int i = 0; i < kCopies; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        std::memcpy(to.bits(), from.constBits(), static_cast<std::size_t>(to.sizeInBytes()));
+        benchmark::ClobberMemory();
+        const std::chrono::duration<double, std::milli> passed =
+            std::chrono::steady_clock::now() - start;
+        times.push_back(passed.count());
+    }
+    std::nth_element(times.begin(), times.begin() + kCopies / 2, times.end());
+    std::printf("  one copy %.2f\n", times[kCopies / 2]);
+}
+
+int TimeKeys() {
+    constexpr int kSide = 1000;
+    CQuiltApp app;
+    if (!app.InitInstance(ProgramPath(), "")) return 1;
+    Dobject& board = *vWorld->Root().children.front();
+    board.Resize(kSide, kSide);
+    for (int y = 0; y < kSide; ++y)
+        for (int x = 0; x < kSide; ++x)
+            board.PutTile(x, y, 33 + (x * 5 + y) % 90, 1 + x % 15, 16 + y % 200, 1);
+    board.vieww = board.viewh = kSide;
+    auto& frame = static_cast<QtFrame&>(app.Frame().Window());
+    auto& edit = *frame.findChild<QWidget*>(QStringLiteral("edit"));
+    const auto key = [&](Qt::Key code, Qt::KeyboardModifiers with) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, code, with);
+            QCoreApplication::sendEvent(&edit, &event);
+        }
+    };
+    std::puts("milliseconds, median (19 of 20)");
+    for (const QSize size : {QSize(1024, 768), {1920, 1080}, {3840, 2160}}) {
+        frame.resize(size);
+        for (const bool out : {false, true}) {
+            if (out) app.Frame().EditView().OnMouseWheel(-1);
+            QApplication::processEvents();
+            std::printf("%d by %d%s", frame.width(), frame.height(), out ? ", zoomed out" : "");
+            PrintTimes("key", edit, [&](int) { key(Qt::Key_Right, {}); });
+            PrintTimes("painting key", edit, [&](int i) {
+                key(Qt::Key_Space, {});
+                key(i % 2 ? Qt::Key_Left : Qt::Key_Right, {});
+            });
+            PrintTimes("scrolling key", edit, [&](int i) {
+                key(i % 2 ? Qt::Key_Left : Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+            });
+            PrintCopy(edit.size());
+        }
+        app.Frame().EditView().OnMouseWheel(1);
+        for (int i = 0; i < 100; ++i) key(Qt::Key_Left, {});
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -84,6 +184,7 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QtPlatform qt(argc, argv);
     if (mode == "--start") return StartProgram();
+    if (mode == "--keys") return TimeKeys();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -80,6 +80,7 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
         Person::AnswerWith(dialog, path);
     });
     Choose("&File", "&Open...");
+    EXPECT_EQ(vPlatform->GetProfileString("Recent File List", "File1", ""), path);
     EXPECT_FALSE(QGuiApplication::overrideCursor());
     const platform::WaitCursor wait;
     EXPECT_TRUE(QGuiApplication::overrideCursor());
