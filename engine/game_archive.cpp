@@ -191,6 +191,7 @@ void WriteSheet(BITMAP* sheet, std::ostream& out) {
     NumberWriter numbers(out);
     for (int y = 0; y < sheet->h; ++y)
         for (int x = 0; x < sheet->w; ++x) numbers.Put(sheet->line[y][x], ' ');
+    numbers.Flush();
 }
 
 // Writes one entry by `write`; false when it did not reach the archive.

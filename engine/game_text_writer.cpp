@@ -41,6 +41,7 @@ void WriteGrid(const Dobject& node, std::ostream& out, bool rows) {
         }
         if (cell != end) numbers.Put('\n');
     }
+    numbers.Flush();
 }
 
 void WriteScript(const std::string& script, std::ostream& out) {

@@ -7,13 +7,10 @@
 #include <cstring>
 #include <ostream>
 
-/// Hands them on in large pieces, the last one when it goes.
+/// Hands them on in large pieces, and what is left by Flush.
 class NumberWriter {
 public:
     explicit NumberWriter(std::ostream& to) : out(to) {}
-    NumberWriter(const NumberWriter&) = delete;
-    NumberWriter& operator=(const NumberWriter&) = delete;
-    ~NumberWriter() { Flush(); }
 
     void Put(std::int64_t number, char behind) {
         if (end > text + kPiece) Flush();
@@ -30,6 +27,12 @@ public:
     void Put(char alone) {
         if (end > text + kPiece) Flush();
         *end++ = alone;
+    }
+
+    /// A stream that takes less is bad from then on.
+    void Flush() {
+        if (out.rdbuf()->sputn(text, end - text) != end - text) out.setstate(std::ios::badbit);
+        end = text;
     }
 
 private:
@@ -49,11 +52,6 @@ private:
         }
         return all;
     }();
-
-    void Flush() {
-        if (out.rdbuf()->sputn(text, end - text) != end - text) out.setstate(std::ios::badbit);
-        end = text;
-    }
 
     std::ostream& out;
     char text[kPiece + 96];
