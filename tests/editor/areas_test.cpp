@@ -263,7 +263,7 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         ASSERT_EQ(board->children.size(), path == "Make Object");
         if (board->children.empty()) continue;
         Dobject& made = *board->children.front();
-        ASSERT_EQ(world->currentObject, made.id);
+        ASSERT_TRUE(world->currentObject == made.id && made.posz == 0);
         ASSERT_EQ((Point{made.width, made.height}), (Point{box[2], box[3]}));
         Each([&](int x, int y) {
             ASSERT_EQ(*made.GetTile(x - box[0], y - box[1]), tiles[Index(x, y)]);
