@@ -57,14 +57,20 @@ void DrawIndexedImage(benchmark::State& state) {
     Repaint(state, widget);
 }
 
+// The first board of the world, which must not be empty, with a tile in each of its cells.
+Dobject& PaintBoard(int w, int h) {
+    Dobject& board = *vWorld->Root().children.front();
+    board.Resize(w, h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x)
+            board.PutTile(x, y, 33 + (x * 5 + y) % 90, 1 + x % 15, 16 + y % 200, 1);
+    return board;
+}
+
 void RepaintView(benchmark::State& state) {
     CQuiltApp app;
     app.InitInstance(ProgramPath(), "");
-    Dobject& board = *vWorld->Root().children.front();
-    board.Resize(kW / 8, kH / 8);
-    for (int y = 0; y < board.height; ++y)
-        for (int x = 0; x < board.width; ++x)
-            board.PutTile(x, y, 33 + (x * 5 + y) % 90, 1 + x % 15, 16 + y % 200, 1);
+    PaintBoard(kW / 8, kH / 8);
     auto& frame = static_cast<QtFrame&>(app.Frame().Window());
     auto* edit = frame.findChild<QWidget*>(QStringLiteral("edit"));
     frame.resize(frame.width() + kW - edit->width(), frame.height() + kH - edit->height());
@@ -92,6 +98,14 @@ struct PaintCounter final : QObject {
     int count = 0;
 };
 
+template <typename Act>
+double Milliseconds(Act act) {
+    const auto start = std::chrono::steady_clock::now();
+    act();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
 // Milliseconds from events of that kind, made anew for each turn, to the server's word that it has
 // the pixels: the median and the one that 19 of 20 are below.
 template <typename Send>
@@ -104,13 +118,11 @@ void PrintTimes(const char* what, QWidget& edit, Send send) {
         QApplication::processEvents();
         QGuiApplication::sync();
         const int before = paints.count;
-        const auto start = std::chrono::steady_clock::now();
-        send(i);
-        while (paints.count == before) QApplication::processEvents();
-        QGuiApplication::sync();
-        const std::chrono::duration<double, std::milli> passed =
-            std::chrono::steady_clock::now() - start;
-        times.push_back(passed.count());
+        times.push_back(Milliseconds([&] {
+            send(i);
+            while (paints.count == before) QApplication::processEvents();
+            QGuiApplication::sync();
+        }));
     }
     std::sort(times.begin(), times.end());
     std::printf("  %s %.2f (%.2f)", what, times[kEvents / 2], times[kEvents * 19 / 20]);
@@ -125,12 +137,10 @@ void PrintCopy(QSize size) {
     to.fill(2);
     std::vector<double> times;
     for (int i = 0; i < kCopies; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        std::memcpy(to.bits(), from.constBits(), static_cast<std::size_t>(to.sizeInBytes()));
-        benchmark::ClobberMemory();
-        const std::chrono::duration<double, std::milli> passed =
-            std::chrono::steady_clock::now() - start;
-        times.push_back(passed.count());
+        times.push_back(Milliseconds([&] {
+            std::memcpy(to.bits(), from.constBits(), static_cast<std::size_t>(to.sizeInBytes()));
+            benchmark::ClobberMemory();
+        }));
     }
     std::nth_element(times.begin(), times.begin() + kCopies / 2, times.end());
     std::printf("  one copy %.2f\n", times[kCopies / 2]);
@@ -140,11 +150,7 @@ int TimeKeys() {
     constexpr int kSide = 1000;
     CQuiltApp app;
     if (!app.InitInstance(ProgramPath(), "")) return 1;
-    Dobject& board = *vWorld->Root().children.front();
-    board.Resize(kSide, kSide);
-    for (int y = 0; y < kSide; ++y)
-        for (int x = 0; x < kSide; ++x)
-            board.PutTile(x, y, 33 + (x * 5 + y) % 90, 1 + x % 15, 16 + y % 200, 1);
+    Dobject& board = PaintBoard(kSide, kSide);
     board.vieww = board.viewh = kSide;
     auto& frame = static_cast<QtFrame&>(app.Frame().Window());
     auto& edit = *frame.findChild<QWidget*>(QStringLiteral("edit"));

@@ -220,19 +220,21 @@ bool ZipEntryWriteBuf::CloseEntry() {
     return flushed && closed;
 }
 
-bool ZipEntryWriteBuf::Flush() {
-    const auto used = pptr() - pbase();
-    std::ptrdiff_t size = used;
-    if (!binary) {
-        size += std::count(data, data + used, '\n');
-        // From the end backwards, so that nothing is overwritten before it has moved.
-        char* to = data + size;
-        for (const char* from = data + used; to != from;) {
-            *--to = *--from;
-            if (*to == '\n') *--to = '\r';
-        }
+// In text mode a line feed becomes a pair on its way.
+bool ZipEntryWriteBuf::Write(const char* text, std::ptrdiff_t count) {
+    for (const char* const end = text + count; text != end;) {
+        const auto left = static_cast<std::size_t>(end - text);
+        const void* const found = binary ? nullptr : std::memchr(text, '\n', left);
+        const char* const line = found ? static_cast<const char*>(found) : end;
+        if (!writer->Write(text, static_cast<std::size_t>(line - text))) return false;
+        if (found && !writer->Write("\r\n", 2)) return false;
+        text = line + (found != nullptr);
     }
-    if (!writer->Write(data, static_cast<std::size_t>(size))) return false;
+    return true;
+}
+
+bool ZipEntryWriteBuf::Flush() {
+    if (!Write(pbase(), pptr() - pbase())) return false;
     setp(data, data + kArea);
     return true;
 }
@@ -248,17 +250,7 @@ ZipEntryWriteBuf::int_type ZipEntryWriteBuf::overflow(int_type c) {
 // What is larger than the put area goes past it.
 std::streamsize ZipEntryWriteBuf::xsputn(const char* text, std::streamsize count) {
     if (count <= kArea) return std::streambuf::xsputn(text, count);
-    bool good = open && Flush();
-    const char* const end = text + count;
-    for (const char* from = text; good && from != end;) {
-        const auto left = static_cast<std::size_t>(end - from);
-        const void* const found = binary ? nullptr : std::memchr(from, '\n', left);
-        const char* const line = found ? static_cast<const char*>(found) : end;
-        good = writer->Write(from, static_cast<std::size_t>(line - from)) &&
-               (line == end || writer->Write("\r\n", 2));
-        from = line == end ? end : line + 1;
-    }
-    return good ? count : 0;
+    return open && Flush() && Write(text, count) ? count : 0;
 }
 
 int ZipEntryWriteBuf::sync() { return open && Flush() ? 0 : -1; }

@@ -27,8 +27,7 @@ struct ZipSource;
 class ZipWriter {
 public:
     /// An archive at that path, in place of any file there from this moment on; it is composed
-    /// in memory and written by Close. What must not
-    /// be lost goes to disk by ReplaceFile instead.
+    /// in memory and written by Close. What must not be lost goes to disk by ReplaceFile instead.
     explicit ZipWriter(const std::string& path);
     /// An archive in memory, for TakeBytes.
     ZipWriter();
@@ -78,13 +77,13 @@ public:
     bool OpenEntry(const std::string& name);
     /// Bytes read, 0 at the end of the entry, -1 on failure.
     int Read(char* buffer, int count);
-    /// False also when the entry was read to its end and its checksum does not fit.
     /// What the archive says of the open entry; no more than `size` bytes are unpacked from it.
     struct Facts {
         std::uint64_t size = 0;  ///< unpacked, in bytes
         unsigned long dosTime = 0;
     };
     Facts EntryFacts() const;
+    /// False also when the entry was read to its end and its checksum does not fit.
     bool CloseEntry();
     bool Close();
     /// Whether the data of the last entry opened could not be unpacked or, after CloseEntry,
@@ -120,10 +119,11 @@ protected:
 private:
     static constexpr int kArea = 100;
 
+    bool Write(const char* text, std::ptrdiff_t count);
     bool Flush();
 
     bool open = false;
-    char data[2 * kArea];  ///< the put area, and room for its line feeds to become pairs
+    char data[kArea];
     bool binary = false;
     ZipWriter* writer = nullptr;
 };

@@ -1,9 +1,8 @@
 #include "tool/png_file.h"
 
-#include <png.h>
-
-#include "engine/dobject.h"
 #include "engine/eight_bytes.h"
+
+#include <png.h>
 
 #include <array>
 #include <utility>
@@ -28,12 +27,13 @@ struct PngFile::State {
 
 // Pixels of tiles come in eights, which are often those before.
 void PngFile::State::Pack(const unsigned char* pixels) {
+    constexpr int kEight = 8;
     std::uint64_t last = ~LoadEight(pixels);
     std::uint64_t eight = 0;
-    for (auto to = packed.begin(); to != packed.end(); pixels += kTileSize) {
+    for (auto to = packed.begin(); to != packed.end(); pixels += kEight) {
         if (std::exchange(last, LoadEight(pixels)) != last) {
             eight = 0;
-            for (int i = 0; i < kTileSize; ++i) eight = eight << bits | number[pixels[i]];
+            for (int i = 0; i < kEight; ++i) eight = eight << bits | number[pixels[i]];
         }
         for (int shift = 8 * (bits - 1); shift >= 0; shift -= 8)
             *to++ = static_cast<unsigned char>(eight >> shift);

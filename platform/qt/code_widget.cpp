@@ -6,81 +6,15 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWheelEvent>
-#include <algorithm>
-#include <utility>
 
 namespace {
 
 constexpr int kNotch = 120;  // eighths of a degree
 
-#define SAME(number)                                             \
-    {                                                            \
-        unsigned{number}, unsigned { QsciScintillaBase::number } \
-    }
-// Each number of the program's table and the library's own.
-constexpr std::pair<unsigned, unsigned> kNumbers[] = {
-    SAME(SCI_GETLENGTH),
-    SAME(SCI_GETCHARAT),
-    SAME(SCI_GETCURRENTPOS),
-    SAME(SCI_GETSTYLEAT),
-    SAME(SCI_REDO),
-    SAME(SCI_GETENDSTYLED),
-    SAME(SCI_CONVERTEOLS),
-    SAME(SCI_SETEOLMODE),
-    SAME(SCI_STARTSTYLING),
-    SAME(SCI_STYLECLEARALL),
-    SAME(SCI_STYLESETFORE),
-    SAME(SCI_STYLESETBACK),
-    SAME(SCI_STYLESETSIZE),
-    SAME(SCI_STYLESETFONT),
-    SAME(SCI_SETSEL),
-    SAME(SCI_SETSELFORE),
-    SAME(SCI_SETSELBACK),
-    SAME(SCI_SETCARETFORE),
-    SAME(SCI_ASSIGNCMDKEY),
-    SAME(SCI_SETSTYLINGEX),
-    SAME(SCI_SETLINESTATE),
-    SAME(SCI_GETLINESTATE),
-    SAME(SCI_AUTOCSHOW),
-    SAME(SCI_AUTOCACTIVE),
-    SAME(SCI_AUTOCCANCEL),
-    SAME(SCI_AUTOCPOSSTART),
-    SAME(SCI_AUTOCSTOPS),
-    SAME(SCI_AUTOCSETCANCELATSTART),
-    SAME(SCI_AUTOCSETCHOOSESINGLE),
-    SAME(SCI_AUTOCSETAUTOHIDE),
-    SAME(SCI_GETLINE),
-    SAME(SCI_SETMARGINLEFT),
-    SAME(SCI_LINEFROMPOSITION),
-    SAME(SCI_POSITIONFROMLINE),
-    SAME(SCI_EMPTYUNDOBUFFER),
-    SAME(SCI_SETTEXT),
-    SAME(SCI_GETTEXT),
-    SAME(SCI_CALLTIPSHOW),
-    SAME(SCI_CALLTIPCANCEL),
-    SAME(SCI_CALLTIPACTIVE),
-    SAME(SCI_CALLTIPSETBACK),
-    SAME(SCI_CALLTIPSETFORE),
-    SAME(SCI_AUTOCSETMAXHEIGHT),
-    SAME(SCI_SETMARGINWIDTHN),
-    SAME(SCI_AUTOCSETDROPRESTOFWORD),
-    SAME(SCI_SETSCROLLWIDTH),
-    SAME(SCI_TEXTWIDTH),
-    SAME(SCI_AUTOCSETTYPESEPARATOR),
-    SAME(SCI_LINELENGTH),
-    SAME(SCI_SETSCROLLWIDTHTRACKING),
-    SAME(SCI_AUTOCGETCURRENTTEXT),
-    SAME(SCI_SETLEXER),
-    SAME(STYLE_DEFAULT),
-    SAME(STYLE_LINENUMBER),
-    SAME(SC_EOL_LF),
-    SAME(SCLEX_CONTAINER),
-    SAME(SCMOD_SHIFT),
-    SAME(SCMOD_CTRL),
-};
+#define SAME(name, number) \
+    static_assert(unsigned{QsciScintillaBase::name} == number, #name " has another number");
+SCINTILLA_NUMBERS(SAME)
 #undef SAME
-static_assert(std::all_of(std::begin(kNumbers), std::end(kNumbers),
-                          [](const auto& pair) { return pair.first == pair.second; }));
 
 }  // namespace
 

@@ -24,9 +24,6 @@ struct TileClip : WorldTest {
         vTileClipW = w;
         vTileClipH = h;
     }
-    bool Load(const std::string& name, bool foreground = true) {
-        return LoadTileClip(temp / name, [foreground] { return foreground; });
-    }
     // "2x1 c65f7 a3": of each cell the fields that it has.
     static std::string Cells() {
         std::string text = std::to_string(vTileClipW) + "x" + std::to_string(vTileClipH);
@@ -93,7 +90,8 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
         EXPECT_EQ(SaveFormat(ClipKindOf(first)).extension, extension);
         ASSERT_TRUE(SaveTileClip(temp / ("kind." + extension)));
         ClearTileClip();
-        ASSERT_TRUE(Load("kind." + extension, first.fg != kNone));
+        ASSERT_TRUE(LoadTileClip(temp / ("kind." + extension),
+                                 [&first = first] { return first.fg != kNone; }));
         EXPECT_EQ(Cells(), "2x2 " + kept);
     }
 }

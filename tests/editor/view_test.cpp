@@ -16,10 +16,10 @@ namespace {
 
 enum Tool { kNothing, kMovesView, kBox, kFollows, kPoints, kKeyBox };
 
-// What a person may expect of the view, in the plainest words: cursor, pen, margin, brush and
-// tiles by every key and every move of the mouse. `nodes` are the board and an object on it.
 constexpr Point kSteps[] = {{-1, 0}, {0, -1}, {1, 0}, {0, 1}};
 
+// What a person may expect of the view, in the plainest words: cursor, pen, margin, brush and
+// tiles by every key and every move of the mouse. `nodes` are the board and an object on it.
 struct Plain final : Events {
     Dobject nodes[2];
     int current = 0;
@@ -406,7 +406,7 @@ TEST_F(View, MarksStandWhereTheyShould) {
             draw(picture.get(), x0, y0, x1, y1, ink);
         }
         xor_mode(FALSE);
-        window.ExpectPicture(picture.get());
+        window.ExpectPicture([&](int x, int y) { return getpixel(picture.get(), x, y); });
     };
     vPanelMode = kPanelProperties, vShowAttrib = true, vViewMode = kViewFocus;
     shows(cursor);

@@ -162,10 +162,6 @@ public:
         for (int p = 0; p < w * h; ++p)
             ASSERT_EQ(PixelAt(p % w, p / w), expected(p % w, p / w)) << p % w << ", " << p / w;
     }
-    /// The bitmap may be larger.
-    void ExpectPicture(BITMAP* expected) const {
-        ExpectPicture([expected](int x, int y) { return getpixel(expected, x, y); });
-    }
     int PixelAt(int x, int y) const { return pixels[static_cast<std::size_t>(y * w + x)]; }
 
     Script& script;

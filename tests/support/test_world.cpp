@@ -8,17 +8,15 @@
 namespace {
 
 std::vector<Reports::Message>* vMessages = nullptr;
-std::vector<std::string>* vTrace = nullptr;
 
 }  // namespace
 
 Reports::Reports() {
     vMessages = &messages;
-    vTrace = &trace;
     vMessageHook = [](const char* text, const char* caption) {
         vMessages->push_back({text, caption});
     };
-    CaptureTrace([](const char* line) { vTrace->push_back(line); });
+    CaptureTrace([](const char*) {});
 }
 
 Reports::~Reports() {
@@ -32,10 +30,7 @@ std::string Reports::Texts() const {
     return all;
 }
 
-void Reports::Clear() {
-    messages.clear();
-    trace.clear();
-}
+void Reports::Clear() { messages.clear(); }
 
 std::string Pixels(const BITMAP* bitmap) {
     std::string pixels;

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// Collects the messages and trace lines of its lifetime. One at a time.
+/// Collects the messages of its lifetime, in which trace lines are made and dropped. One at a time.
 class Reports {
 public:
     Reports();
@@ -25,14 +25,12 @@ public:
         std::string caption;
     };
     const std::vector<Message>& Messages() const { return messages; }
-    const std::vector<std::string>& Trace() const { return trace; }
     /// The texts of all messages, one a line.
     std::string Texts() const;
     void Clear();
 
 private:
     std::vector<Message> messages;
-    std::vector<std::string> trace;
 };
 
 /// While it lives, the hook is asked before each operation on files: its errno value refuses it.

@@ -15,6 +15,10 @@ void SendMouse(QWidget& widget, QEvent::Type type, QPoint at, Qt::MouseButton ch
     QApplication::sendEvent(&widget, &event);
 }
 
+void Release(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with) {
+    SendMouse(widget, QEvent::MouseButtonRelease, at, button, Qt::NoButton, with);
+}
+
 }  // namespace
 
 void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers with) {
@@ -44,24 +48,16 @@ void Compose(QWidget& widget, const QString& text) {
     QApplication::sendEvent(&widget, &event);
 }
 
-void MouseDown(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with) {
-    SendMouse(widget, QEvent::MouseButtonPress, at, button, button, with);
-}
-
 void MouseMove(QWidget& widget, QPoint at, Qt::MouseButtons held, Qt::KeyboardModifiers with) {
     SendMouse(widget, QEvent::MouseMove, at, Qt::NoButton, held, with);
-}
-
-void MouseUp(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with) {
-    SendMouse(widget, QEvent::MouseButtonRelease, at, button, Qt::NoButton, with);
 }
 
 void Drag(QWidget& widget, const std::vector<QPoint>& path, Qt::MouseButton button,
           Qt::KeyboardModifiers with) {
     const QPointer<QWidget> alive(&widget);
-    MouseDown(widget, path.front(), button, with);
+    SendMouse(widget, QEvent::MouseButtonPress, path.front(), button, button, with);
     for (std::size_t i = 1; i < path.size() && alive; ++i) MouseMove(widget, path[i], button, with);
-    if (alive) MouseUp(widget, path.back(), button, with);
+    if (alive) Release(widget, path.back(), button, with);
 }
 
 void Click(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with) {
@@ -72,7 +68,7 @@ void DoubleClick(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::Keyboar
     const QPointer<QWidget> alive(&widget);
     Click(widget, at, button, with);
     if (alive) SendMouse(widget, QEvent::MouseButtonDblClick, at, button, button, with);
-    if (alive) MouseUp(widget, at, button, with);
+    if (alive) Release(widget, at, button, with);
 }
 
 void TurnWheel(QWidget& widget, QPoint at, int delta, Qt::KeyboardModifiers with) {

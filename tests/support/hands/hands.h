@@ -17,9 +17,7 @@ void Type(QWidget& widget, const QString& text);
 void Compose(QWidget& widget, const QString& text);
 
 // The points are the widget's own.
-void MouseDown(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with = {});
 void MouseMove(QWidget& widget, QPoint at, Qt::MouseButtons held, Qt::KeyboardModifiers with = {});
-void MouseUp(QWidget& widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers with = {});
 /// Press at the first point, move over the others, release at the last.
 void Drag(QWidget& widget, const std::vector<QPoint>& path, Qt::MouseButton button,
           Qt::KeyboardModifiers with = {});
