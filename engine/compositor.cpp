@@ -138,6 +138,18 @@ void PaintCells(BITMAP* target, Dobject& node, Patch patch) {
     }
 }
 
+// What a run of cells, all open or all partial, has not been painted on.
+void ClearRest(BITMAP* target, int tx, int ty, int run, bool open) {
+    for (int y = ty * kTileSize; y < (ty + 1) * kTileSize; ++y) {
+        unsigned char* to = target->line[y] + tx * kTileSize;
+        const unsigned char* marks = vSubClipBuffer->line[y] + tx * kTileSize;
+        const int pixels = run * kTileSize;
+        if (open) std::memset(to, 0, static_cast<std::size_t>(pixels));
+        for (int x = 0; !open && x < pixels; x += kTileSize)
+            StoreEight(to + x, LoadEight(to + x) & LoadEight(marks + x) * 0xff);
+    }
+}
+
 // Goes by the size of the grid, not of the viewport.
 bool IsOutside(const Dobject& node, int limitW, int limitH) {
     return node.posx >= limitW || std::int64_t{node.posx} + node.width <= 0 ||
@@ -145,6 +157,16 @@ bool IsOutside(const Dobject& node, int limitW, int limitH) {
 }
 
 }  // namespace
+
+void ClearUncovered(BITMAP* target) {
+    for (int row = 0; row < vClipBuffer->h; ++row) {
+        const unsigned char* states = vClipBuffer->line[row];
+        for (int x = 0, run = 0; x < vClipBuffer->w; x += run) {
+            run = RunOf(states + x, vClipBuffer->w - x, states[x]);
+            if (states[x] != kFinal) ClearRest(target, x, row, run, states[x] == kOpen);
+        }
+    }
+}
 
 void Dobject::DrawChildren(BITMAP* target) {
     clear_bitmap(vClipBuffer.get());

@@ -5,8 +5,8 @@
 // way stays. Two masks remember what is final, so that nothing behind is painted over it and a
 // finished cell costs one byte's look.
 //
-// A target is an 8-bit memory bitmap whose sides are multiples of 8. The caller clears it: only
-// what some node covers is written.
+// A target is an 8-bit memory bitmap whose sides are multiples of 8. Only what some node covers is
+// written: the caller clears the target before, or what is left of it afterwards.
 #pragma once
 
 #include "engine/bitmap.h"
@@ -16,3 +16,8 @@
 extern Bitmap vClipBuffer;
 /// A byte for each target pixel, 1 when it is final. To be read in cells of value 2 only.
 extern Bitmap vSubClipBuffer;
+
+/// Makes 0 what no node has covered since vClipBuffer was last cleared, which who draws with it
+/// does at the start. The target is as large as the masks. Cheaper than a clear one underneath:
+/// most pictures are covered whole.
+void ClearUncovered(BITMAP* target);

@@ -40,8 +40,8 @@ bool ComposeRows(const Dobject& board, Take take) {
     vWorld->SetViewSize(board.vieww, stripTiles);
     const Bitmap strip = MakeBitmap(board.vieww * kTileSize, stripTiles * kTileSize);
     for (int top = 0; strip && top < board.viewh; top += kStripTiles) {
-        clear_bitmap(strip.get());
         vWorld->DrawWorld(strip.get(), 0, -top);
+        ClearUncovered(strip.get());
         const int rows = std::min(kStripTiles, board.viewh - top) * kTileSize;
         for (int y = 0; y < rows; ++y) take(strip->line[y]);
     }

@@ -6,6 +6,7 @@
 #include "editor/view/tile_clip.h"
 #include "editor/view/tool_menus.h"
 #include "editor/view/view_marks.h"
+#include "engine/compositor.h"
 #include "engine/dinterface.h"
 #include "engine/report.h"
 
@@ -77,13 +78,16 @@ void CQuiltView::MakeBackBuffer(Size client) {
 
 void CQuiltView::Compose() {
     BITMAP* to = vBackBuffer.get();
-    clear_bitmap(to);
+    // One grid by itself is copied without the masks.
+    const bool alone = vViewMode == (kViewHideObjs | kViewFocus);
+    clear_bitmap(alone ? to : vClipBuffer.get());
     if (vViewMode == 0) {
         vWorld->DrawWorld(to, vScroll.x, vScroll.y);
-        return;
+    } else {
+        const HandleGuard h(vWorld->GetCurrentObject());
+        vWorld->DrawObjectMode(to, vScroll.x, vScroll.y, h, vViewMode);
     }
-    const HandleGuard h(vWorld->GetCurrentObject());
-    vWorld->DrawObjectMode(to, vScroll.x, vScroll.y, h, vViewMode);
+    if (!alone) ClearUncovered(to);
 }
 
 void CQuiltView::DrawMarks() {

@@ -9,17 +9,15 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPaintEvent>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 using platform::Point;
 using platform::Size;
-
-std::array<std::uint32_t, 256> vScreenColors{};
 
 namespace {
 
@@ -27,44 +25,14 @@ constexpr int kNotch = 120;
 
 int CeilOf(double value) { return static_cast<int>(std::ceil(value - 1e-6)); }
 
-// The first and, counted from the end, the last of `count` bytes that differ; they do differ.
-int FirstDifference(const unsigned char* a, const unsigned char* b, int count) {
-    int at = 0;
-    for (; at + 8 <= count && std::memcmp(a + at, b + at, 8) == 0; at += 8) {
-    }
-    while (at < count && a[at] == b[at]) ++at;
-    return at;
-}
-int LastDifference(const unsigned char* a, const unsigned char* b, int count) {
-    for (; count >= 8 && std::memcmp(a + count - 8, b + count - 8, 8) == 0; count -= 8) {
-    }
-    while (count > 0 && a[count - 1] == b[count - 1]) --count;
-    return count - 1;
-}
-
-// How `from` pixels of a picture lie on `to` of the screen, by repeating or leaving out whole
-// ones.
-struct Stretch {
-    int from;
-    int to;
-
-    int Source(int at) const { return static_cast<int>(static_cast<std::int64_t>(at) * from / to); }
-    /// The first screen pixel that shows the picture's or one after it.
-    int Shown(int source) const {
-        return static_cast<int>((static_cast<std::int64_t>(source) * to + from - 1) / from);
-    }
-};
-
-// The screen pixels from `begin` to before `end` of one row.
-void ExpandRow(const unsigned char* row, const Stretch& across, std::uint32_t* out, int begin,
-               int end) {
-    const auto& colors = vScreenColors;
-    if (across.from == across.to)
-        for (int x = begin; x < end; ++x) out[x] = colors[row[x]];
-    else if (across.from == 2 * across.to)
-        for (int x = begin; x < end; ++x) out[x] = colors[row[2 * x]];
-    else
-        for (int x = begin; x < end; ++x) out[x] = colors[row[across.Source(x)]];
+// The pixels that the painter writes itself, if they are in memory and of 32 bits.
+QImage* PixelsOf(QPainter& painter) {
+    QPaintDevice* const device = painter.paintEngine()->paintDevice();
+    if (device->devType() != QInternal::Image) return nullptr;
+    auto* const image = static_cast<QImage*>(device);
+    const bool fits = image->format() == QImage::Format_RGB32 ||
+                      image->format() == QImage::Format_ARGB32_Premultiplied;
+    return fits ? image : nullptr;
 }
 
 }  // namespace
@@ -138,64 +106,10 @@ QRect PictureWidget::Compose() {
     return changedPixels;
 }
 
-bool PictureWidget::Prepare(const platform::Rows8& picture, Size stretched) {
-    const QSize device = DeviceSize();
-    const Size size{picture.w, picture.h};
-    const bool sameFrame = frame.size() == device;
-    if (sameFrame && size == lastSize && stretched == lastStretched && lastColors == vScreenColors)
-        return false;
-    if (!sameFrame) {
-        frame = QImage(device, QImage::Format_RGB32);
-        frame.fill(Qt::black);
-    }
-    lastSize = size;
-    lastStretched = stretched;
-    lastColors = vScreenColors;
-    return true;
-}
-
-void PictureWidget::ShowPicture(const platform::Rows8& picture, Size shown) {
+void PictureWidget::ShowPicture(const platform::Rows8& picture, Size size) {
     if (!drawing || picture.w < 1 || picture.h < 1) return;
-    const Stretch across{picture.w, shown.w * PixelSide()};
-    const Stretch down{picture.h, shown.h * PixelSide()};
-    const bool whole = Prepare(picture, {across.to, down.to});
-    const int visibleW = std::min(across.to, frame.width());
-    const int visibleH = std::min(down.to, frame.height());
-    if (visibleW < 1 || visibleH < 1) return;
-    // Only what shows is compared: of a picture shown at half its size every second row.
-    const int width = across.Source(visibleW - 1) + 1;
-    lastRows.resize(static_cast<std::size_t>(std::min(visibleH, picture.h)) *
-                    static_cast<std::size_t>(width));
-    unsigned char* known = lastRows.data();
-    const auto stride = static_cast<std::size_t>(frame.bytesPerLine());
-    unsigned char* bits = frame.bits();
-    QRect changed;
-    for (int y = 0; y < visibleH; known += width) {
-        const int source = down.Source(y);
-        const int end = std::min(down.Shown(source + 1), visibleH);
-        const unsigned char* row = picture.rows[source];
-        if (whole || std::memcmp(known, row, static_cast<std::size_t>(width)) != 0) {
-            int left = 0;
-            int right = visibleW;
-            if (!whole) {
-                left = across.Shown(FirstDifference(known, row, width));
-                right = std::min(across.Shown(LastDifference(known, row, width) + 1), visibleW);
-            }
-            std::memcpy(known, row, static_cast<std::size_t>(width));
-            if (left < right) {
-                const auto begin = static_cast<std::size_t>(left) * sizeof(std::uint32_t);
-                const auto bytes = static_cast<std::size_t>(right - left) * sizeof(std::uint32_t);
-                unsigned char* out = bits + static_cast<std::size_t>(y) * stride;
-                ExpandRow(row, across, reinterpret_cast<std::uint32_t*>(out), left, right);
-                for (int copy = y + 1; copy < end; ++copy)
-                    std::memcpy(bits + static_cast<std::size_t>(copy) * stride + begin, out + begin,
-                                bytes);
-                changed |= QRect(left, y, right - left, end - y);
-            }
-        }
-        y = end;
-    }
-    changedPixels |= changed;
+    const int side = PixelSide();
+    changedPixels |= shown.Take(picture, {size.w * side, size.h * side}, DeviceSize());
 }
 
 QRect PictureWidget::AreaOf(const QRect& pixels) const {
@@ -207,22 +121,22 @@ QRect PictureWidget::AreaOf(const QRect& pixels) const {
     return own.toAlignedRect().adjusted(-margin, -margin, margin, margin);
 }
 
-void PictureWidget::ShowFrame(QPainter& own) {
-    if (frame.isNull()) return;
-    const QSize device = frame.size();
-    const double ratio = devicePixelRatioF();
+void PictureWidget::PaintPicture(QPainter& own) const {
     // At a broken factor the widget may begin inside a device pixel; the picture begins with
     // the next whole one.
     const QTransform place = own.deviceTransform();
-    const double left = (std::ceil(place.dx() - 1e-6) - place.dx()) / ratio;
-    const double top = (std::ceil(place.dy() - 1e-6) - place.dy()) / ratio;
-    // What lies before it is a part of a pixel, which goes on with the picture's edge.
-    if (left > 0)
-        own.drawImage(QRectF(0, 0, left, height()), frame, QRectF(0, 0, 1, device.height()));
-    if (top > 0) own.drawImage(QRectF(0, 0, width(), top), frame, QRectF(0, 0, device.width(), 1));
-    frame.setDevicePixelRatio(ratio);
-    own.drawImage(QPointF(left, top), frame);
-    frame.setDevicePixelRatio(1);
+    const QPoint first(CeilOf(place.dx()), CeilOf(place.dy()));
+    if (QImage* const screen = PixelsOf(own)) {
+        for (const QRect& part : own.paintEngine()->systemClip() & screen->rect())
+            shown.Paint(part, first, *screen);
+        return;
+    }
+    // With a row and a column before its corner, for the part of a pixel there.
+    const double ratio = devicePixelRatioF();
+    QImage image(DeviceSize() + QSize(1, 1), QImage::Format_RGB32);
+    shown.Paint(image.rect(), {1, 1}, image);
+    image.setDevicePixelRatio(ratio);
+    own.drawImage(QPointF(first.x() - 1 - place.dx(), first.y() - 1 - place.dy()) / ratio, image);
 }
 
 void PictureWidget::paintEvent(QPaintEvent* event) {
@@ -236,10 +150,10 @@ void PictureWidget::paintEvent(QPaintEvent* event) {
     // window or take it for something else than the screen.
     const bool asIs = std::exchange(ready, false);
     const QRect changed = asIs ? QRect() : Compose();
-    ShowFrame(own);
+    PaintPicture(own);
     const QPaintDevice* screen = backingStore() ? backingStore()->paintDevice() : nullptr;
-    const bool shown = event->region() == QRegion(rect()) && redirected(nullptr) == screen;
-    if (!shown && !changed.isEmpty()) {
+    const bool whole = event->region() == QRegion(rect()) && redirected(nullptr) == screen;
+    if (!whole && !changed.isEmpty()) {
         ready = true;
         update(AreaOf(changed));
     }

@@ -1,23 +1,14 @@
 // A widget that shows one 8-bit picture: the window behind every pane and picture control.
 //
-// Between two pictures little changes as a rule: a picture is compared with the one before, and
-// only the rectangle that differs is turned into colours and shown.
-//
 // A window pixel is a square of whole device pixels: as many a side as the screen's scale
 // factor has whole ones. Pictures are thus sharp at every factor.
 #pragma once
 
+#include "platform/qt/shown_picture.h"
 #include "platform/window.h"
 
-#include <QImage>
 #include <QPainter>
 #include <QWidget>
-#include <array>
-#include <cstdint>
-#include <vector>
-
-/// The colours in which pictures are shown, as 0xRRGGBB.
-extern std::array<std::uint32_t, 256> vScreenColors;
 
 class PictureWidget : public QWidget, public platform::Window {
 public:
@@ -35,7 +26,7 @@ public:
     void ReleaseCapture() override { captured = false; }
     platform::Point ClientToScreen(platform::Point at) const override;
     void SetFocus() override { setFocus(Qt::OtherFocusReason); }
-    void ShowPicture(const platform::Rows8& picture, platform::Size shown) override;
+    void ShowPicture(const platform::Rows8& picture, platform::Size size) override;
     int TrackPopupMenu(const platform::Menu& menu, platform::Point screen) override;
     void SetName(const std::string& name) override;
     void SetDescription(const std::string& description) override;
@@ -62,23 +53,18 @@ private:
     void Press(QMouseEvent& event);
     void PaintFocus(QPainter& own) const;
 
-    /// Has the picture drawn into the frame; gives the device pixels that differ now.
+    /// Has the picture made; gives the device pixels that differ now.
     QRect Compose();
-    /// Makes the frame anew if the picture cannot be compared with the one before.
-    bool Prepare(const platform::Rows8& picture, platform::Size stretched);
-    void ShowFrame(QPainter& own);
+    void PaintPicture(QPainter& own) const;
     /// The part of the widget in which these device pixels lie.
     QRect AreaOf(const QRect& pixels) const;
 
     platform::WindowEvents* events;
-    QImage frame;                         ///< what is shown, in device pixels
-    std::vector<unsigned char> lastRows;  ///< the rows of the picture in it, those that show
-    platform::Size lastSize, lastStretched;
-    std::array<std::uint32_t, 256> lastColors{};
+    ShownPicture shown;
     QRect changedPixels;   ///< by the present OnDraw
     bool drawing = false;  ///< in OnDraw
     bool asked = false;    ///< for an OnDraw from the event loop
-    bool ready = false;    ///< the next paint shows the frame as it is
+    bool ready = false;    ///< the next paint shows the picture as it is
     bool captured = false;
     bool inForm = false;
     bool shiftDown = false;

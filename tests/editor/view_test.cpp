@@ -366,7 +366,7 @@ TEST_F(View, MarksStandWhereTheyShould) {
     object.posy = object.viewx = 1;
     object.vieww = 3;
     world->currentObject = object.id;
-    for (int i = 0; i < 4; ++i) object.PutTile(i, 0, 0, 0, 0, i);
+    for (int i = 0; i < 4; ++i) object.PutTile(i, 0, 1, 15, 1, i);
     window.Drag({0, 0}, {16, 16}, true);
     const auto drag = [this](bool ctrl, Point from, Point to) {
         window.Send(&Events::OnRButtonDown, ctrl, At(from));
@@ -379,7 +379,7 @@ TEST_F(View, MarksStandWhereTheyShould) {
         "L 0 24 647 24 15 L 24 0 24 487 15 L 0 48 647 48 15 L 56 0 56 487 15 "
         "L 0 25 647 25 32 L 25 0 25 487 32 L 0 47 647 47 32 L 55 0 55 487 32 T 72 48 4,3 ";
     world->videoMode = 3;
-    const std::string frames =
+    std::string frames =
         "F 12 12 99 83 15 F 11 11 100 84 15 F 46 22 73 41 15 F 45 21 74 42 15 F 15 15 1040 784 15 ";
     const auto shows = [&](const std::string& drawn) {
         SCOPED_TRACE(drawn);
@@ -421,7 +421,12 @@ TEST_F(View, MarksStandWhereTheyShould) {
     drag(false, {4, 3}, {1, 1});
     shows("F 24 24 55 47 32 A 25 25 54 46 15 " + lines);
     drag(true, {1, 1}, {4, 3});
-    vRuler = 0;
+    vRuler = 0, vViewMode = kViewFocus | kViewHideObjs;
+    shows(points);
+    world->Root().EraseAll();
+    vViewMode = kViewFocus;
+    frames =
+        "F 12 12 19 19 15 F 11 11 20 20 15 F 14 14 17 17 15 F 13 13 18 18 15 F 15 15 1040 784 15 ";
     shows(points);
 }
 

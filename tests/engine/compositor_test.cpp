@@ -100,7 +100,8 @@ struct Compositor : WorldTest {
         }
     }
 
-    // What the mode draws, 0 for the world, is pixel by pixel what the model says.
+    // What the mode draws, 0 for the world, is pixel by pixel what the model says; what it leaves
+    // is left, or cleared.
     template <typename PixelAt>
     void Expect(int mode, Dobject& node, int panX, int panY, PixelAt model) {
         clear_to_color(target.get(), kNothing);
@@ -108,9 +109,11 @@ struct Compositor : WorldTest {
             world->DrawWorld(target.get(), panX, panY);
         else
             world->DrawObjectMode(target.get(), panX, panY, HandleGuard(HandleOf(node)), mode);
+        int uncovered = kNothing;
+        if (mode < 3 && Roll(0, 1)) ClearUncovered(target.get()), uncovered = 0;
         for (int i = 0; i < target->w * target->h; ++i) {
             const int x = i % target->w, y = i / target->w, pixel = model(x, y);
-            ASSERT_EQ(getpixel(target.get(), x, y), pixel < 0 ? kNothing : pixel)
+            ASSERT_EQ(getpixel(target.get(), x, y), pixel < 0 ? uncovered : pixel)
                 << "mode " << mode << " at pixel " << x << ", " << y;
         }
     }

@@ -35,8 +35,8 @@ TEST(PartialRedraw, IsAFullOne) {
         if (what == 0) {
             canvas.up = 1 << roll(3);
             canvas.down = 1 + roll(3);
-            canvas.w = (100 + roll(30)) / canvas.up * canvas.down + canvas.down;
-            canvas.h = (64 + roll(30)) / canvas.up * canvas.down + canvas.down;
+            canvas.w = (70 + roll(60)) / canvas.up * canvas.down + canvas.down;
+            canvas.h = (44 + roll(50)) / canvas.up * canvas.down + canvas.down;
             canvas.pixels.assign(static_cast<std::size_t>(canvas.w * canvas.h), 7);
         }
         if (what == 1) vScreenColors[static_cast<std::size_t>(roll(256))] ^= 0xff;
@@ -50,10 +50,15 @@ TEST(PartialRedraw, IsAFullOne) {
         widget.Invalidate();
         for (int turn = 0; turn < 4; ++turn) QApplication::processEvents();
         const auto& screen = static_cast<const QImage&>(*widget.backingStore()->paintDevice());
+        const QImage own = screen.copy(widget.rect());
+        QImage other(own.size(), QImage::Format_ARGB32);
+        if (what == 5) widget.render(&other);
+        ASSERT_TRUE(what != 5 || other.convertToFormat(own.format()) == own);
         for (int i = 0; i < widget.width() * widget.height(); ++i) {
             const int x = i % widget.width(), y = i / widget.width();
-            const auto pixel = canvas.At(x * canvas.down / canvas.up, y * canvas.down / canvas.up);
-            ASSERT_EQ(screen.pixel(x, y), vScreenColors[pixel])
+            const int u = x * canvas.down / canvas.up, v = y * canvas.down / canvas.up;
+            const bool black = u >= canvas.w || v >= canvas.h;
+            ASSERT_EQ(screen.pixel(x, y), black ? 0xff000000 : vScreenColors[canvas.At(u, v)])
                 << step << ": " << what << " at " << x << ", " << y;
         }
     }
