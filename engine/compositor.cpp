@@ -27,27 +27,21 @@ int SolidRun(const Dtile* tiles, int count) {
     return run;
 }
 
-// A rectangle of target cells and the grid cell at its corner. Wide numbers, because positions
+// Target cells from left and top on to before right and bottom. Wide numbers, because positions
 // are any 32-bit numbers and are added up before they are cut.
-struct Patch {
-    std::int64_t dstX, dstY, srcX, srcY, w, h;
+struct Box {
+    std::int64_t left, top, right, bottom;
 
-    bool Empty() const { return w < 1 || h < 1; }
-
-    // Keeps the part whose target columns lie in left to right - 1.
-    void CutX(std::int64_t left, std::int64_t right) {
-        const std::int64_t cut = std::max<std::int64_t>(left - dstX, 0);
-        dstX += cut;
-        srcX += cut;
-        w = std::min(w - cut, right - dstX);
+    Box And(const Box& other) const {
+        return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),
+                std::min(bottom, other.bottom)};
     }
-    void CutY(std::int64_t top, std::int64_t bottom) {
-        const std::int64_t cut = std::max<std::int64_t>(top - dstY, 0);
-        dstY += cut;
-        srcY += cut;
-        h = std::min(h - cut, bottom - dstY);
-    }
+    bool Empty() const { return left >= right || top >= bottom; }
 };
+
+Box BoxAt(std::int64_t x, std::int64_t y, std::int64_t w, std::int64_t h) {
+    return {x, y, x + w, y + h};
+}
 
 // Copies the cells of one grid row into one target row by the state of each target cell.
 class RowPainter {
@@ -89,10 +83,10 @@ private:
     int FillRest(int tx, int sx) {
         for (int row = 0; row < kTileSize; ++row) {
             unsigned char* to = target->line[ty + row] + tx * kTileSize;
-            const std::uint64_t done =
-                LoadEight(vSubClipBuffer->line[ty + row] + tx * kTileSize) * 0xff;
-            const std::uint64_t pixels = LoadEight(surf->line[sy + row] + sx * kTileSize);
-            StoreEight(to, (LoadEight(to) & done) | (pixels & ~done));
+            const Eight under = BytesAt(to);
+            const Eight pixels = BytesAt(surf->line[sy + row] + sx * kTileSize);
+            const Eight left = BytesAt(vSubClipBuffer->line[ty + row] + tx * kTileSize) == 0;
+            PutBytes(to, (under & ~left) | (pixels & left));
         }
         states[tx] = kFinal;
         return 1;
@@ -100,19 +94,19 @@ private:
 
     void DrawHoles(int tx, int sx) {
         const bool open = states[tx] == kOpen;
-        std::uint64_t allDone = kEveryByte;
+        Eight left = {};
         for (int row = 0; row < kTileSize; ++row) {
             unsigned char* to = target->line[ty + row] + tx * kTileSize;
             unsigned char* marks = vSubClipBuffer->line[ty + row] + tx * kTileSize;
-            const std::uint64_t done = open ? 0 : LoadEight(marks);
-            const std::uint64_t pixels = LoadEight(surf->line[sy + row] + sx * kTileSize);
-            const std::uint64_t painted = SetBytes(pixels) & ~(done * 0xff);
-            StoreEight(to, (LoadEight(to) & ~painted) | (pixels & painted));
-            const std::uint64_t nowDone = done | (painted & kEveryByte);
-            StoreEight(marks, nowDone);
-            allDone &= nowDone;
+            const Eight done = open ? Eight{} : BytesAt(marks);
+            const Eight pixels = BytesAt(surf->line[sy + row] + sx * kTileSize);
+            const Eight painted = (pixels != 0) & (done == 0);
+            PutBytes(to, (BytesAt(to) & ~painted) | (pixels & painted));
+            const Eight nowDone = done | (painted & 1);
+            PutBytes(marks, nowDone);
+            left |= nowDone == 0;
         }
-        states[tx] = allDone == kEveryByte ? kFinal : kPartial;
+        states[tx] = LoadEight(&left) ? kPartial : kFinal;
     }
 
     BITMAP* target;
@@ -122,19 +116,29 @@ private:
     int sy;
 };
 
-void PaintCells(BITMAP* target, Dobject& node, Patch patch) {
+// Whether nothing behind can show there any more.
+bool IsCovered(const Box& box) {
+    const auto left = static_cast<int>(box.left);
+    const auto count = static_cast<int>(box.right) - left;
+    for (auto row = static_cast<int>(box.top); row < box.bottom; ++row)
+        if (RunOf(vClipBuffer->line[row] + left, count, kFinal) < count) return false;
+    return true;
+}
+
+// The part of a node that shows in the box; its grid begins at (gridX, gridY).
+void PaintCells(BITMAP* target, Dobject& node, std::int64_t gridX, std::int64_t gridY, Box box) {
     // A viewport that reaches past the grid shows empty cells there.
-    patch.CutX(patch.dstX - patch.srcX, patch.dstX - patch.srcX + node.width);
-    patch.CutY(patch.dstY - patch.srcY, patch.dstY - patch.srcY + node.height);
-    if (patch.Empty()) return;
+    box = box.And(BoxAt(gridX, gridY, node.width, node.height));
+    if (box.Empty()) return;
     BITMAP* surf = node.Surface();
     if (!surf) return;
-    const int tx = static_cast<int>(patch.dstX);
-    const int sx = static_cast<int>(patch.srcX);
-    for (int row = 0; row < patch.h; ++row) {
-        const int gridRow = static_cast<int>(patch.srcY) + row;
-        RowPainter painter(target, surf, static_cast<int>(patch.dstY) + row, gridRow);
-        painter.Paint(node.GetTile(sx, gridRow), tx, sx, static_cast<int>(patch.w));
+    const int tx = static_cast<int>(box.left);
+    const int sx = static_cast<int>(box.left - gridX);
+    const int count = static_cast<int>(box.right - box.left);
+    for (auto row = static_cast<int>(box.top); row < box.bottom; ++row) {
+        const int gridRow = static_cast<int>(row - gridY);
+        RowPainter painter(target, surf, row, gridRow);
+        painter.Paint(node.GetTile(sx, gridRow), tx, sx, count);
     }
 }
 
@@ -156,6 +160,29 @@ bool IsOutside(const Dobject& node, int limitW, int limitH) {
            node.posy >= limitH || std::int64_t{node.posy} + node.height <= 0;
 }
 
+void DrawNode(BITMAP* target, Dobject& node, int ox, int oy, const Box& window);
+
+// What shows through a box of the children of a grid that begins at (ox, oy).
+void DrawNodes(BITMAP* target, const Dobject::Children& nodes, int ox, int oy, int limitW,
+               int limitH, const Box& through) {
+    const Box window = through.And(BoxAt(ox, oy, limitW, limitH));
+    for (const auto& node : nodes)
+        if (!IsOutside(*node, limitW, limitH) && !node->hidden)
+            DrawNode(target, *node, ox, oy, window);
+}
+
+void DrawNode(BITMAP* target, Dobject& node, int ox, int oy, const Box& window) {
+    const std::int64_t x = std::int64_t{node.posx} + ox;
+    const std::int64_t y = std::int64_t{node.posy} + oy;
+    const Box box = window.And(BoxAt(x, y, node.vieww, node.viewh));
+    // What is cut away whole hides its children too: they show through this rectangle only.
+    if (box.Empty() || IsCovered(box)) return;
+    if (node.drawChildren && !node.children.empty())
+        DrawNodes(target, node.children, node.posx - node.viewx + ox, node.posy - node.viewy + oy,
+                  node.width, node.height, box);
+    PaintCells(target, node, x - node.viewx, y - node.viewy, box);
+}
+
 }  // namespace
 
 void ClearUncovered(BITMAP* target) {
@@ -170,33 +197,13 @@ void ClearUncovered(BITMAP* target) {
 
 void Dobject::DrawChildren(BITMAP* target) {
     clear_bitmap(vClipBuffer.get());
-    for (const auto& child : children) {
-        if (!IsOutside(*child, width - viewx, height - viewy) && !child->hidden)
-            child->Draw(target, viewx, viewy, width - viewx, height - viewy, 0, 0, width, height);
-    }
+    DrawNodes(target, children, viewx, viewy, width - viewx, height - viewy,
+              BoxAt(0, 0, width, height));
 }
 
 void Dobject::Draw(BITMAP* target, int ox, int oy, int limitW, int limitH, int clipX, int clipY,
                    int clipW, int clipH) {
-    if (IsOutside(*this, limitW, limitH)) return;
-    const std::int64_t originX = ox;
-    const std::int64_t originY = oy;
-    Patch patch{posx + originX, posy + originY, viewx, viewy, vieww, viewh};
-    patch.CutX(originX, originX + limitW);
-    patch.CutY(originY, originY + limitH);
-    patch.CutX(clipX, std::int64_t{clipX} + clipW);
-    patch.CutY(clipY, std::int64_t{clipY} + clipH);
-    // What is cut away whole hides its children too: they show through this rectangle only.
-    if (patch.Empty()) return;
-    if (drawChildren) {
-        const int gridX = posx - viewx + ox;
-        const int gridY = posy - viewy + oy;
-        for (const auto& child : children) {
-            if (!IsOutside(*child, width, height) && !child->hidden)
-                child->Draw(target, gridX, gridY, width, height, static_cast<int>(patch.dstX),
-                            static_cast<int>(patch.dstY), static_cast<int>(patch.w),
-                            static_cast<int>(patch.h));
-        }
-    }
-    PaintCells(target, *this, patch);
+    if (!IsOutside(*this, limitW, limitH))
+        DrawNode(target, *this, ox, oy,
+                 BoxAt(ox, oy, limitW, limitH).And(BoxAt(clipX, clipY, clipW, clipH)));
 }

@@ -37,3 +37,14 @@ inline std::uint64_t SetBytes(std::uint64_t bytes) {
 inline std::uint64_t LowBits(std::uint64_t bytes) {
     return (bytes & kEveryByte) * 0x0102040810204080u >> 56;
 }
+
+/// Eight bytes side by side; a comparison with another gives 0xff or 0 in each.
+using Eight = unsigned char __attribute__((vector_size(8)));
+
+inline Eight BytesAt(const void* from) {
+    Eight bytes;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+inline void PutBytes(void* to, Eight bytes) { std::memcpy(to, &bytes, sizeof bytes); }
