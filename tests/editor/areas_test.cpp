@@ -318,7 +318,7 @@ TEST_F(Areas, FadeFilesAreReadAsFarAsTheyGo) {
         const auto blends = LoadFadeBlends("Fade");
         ASSERT_EQ(blends.size(), count) << fault;
         EXPECT_NE(reports.Texts().find(fault), std::string::npos) << reports.Texts();
-        EXPECT_EQ(reports.Messages().empty(), fault.empty());
+        EXPECT_EQ(reports.messages.empty(), fault.empty());
         reports.Clear();
         EXPECT_EQ(count ? blends[0].cells[6] - blends[0].cells[7] : 4, kFadePositions - 1);
     }

@@ -251,12 +251,12 @@ TEST_F(GameFiles, AMissingPartKeepsWhatThereWas) {
     const std::string odd = Replaced(kBoard, "~pb\n#bind x", "oops\n#bind x");
     ASSERT_TRUE(LoadZip(GameEntries(kHead + odd)));
     EXPECT_EQ(reports.Texts(), "~pb Expected\n");
-    EXPECT_THAT(reports.Messages()[0].caption, HasSubstr("oops"));
+    EXPECT_THAT(reports.messages[0].caption, HasSubstr("oops"));
     EXPECT_EQ(First().children.front()->script, "#bind x");
     std::string many = kHead;
     for (int i = 0; i < 30; ++i) many += odd;
     EXPECT_FALSE(LoadZip(GameEntries(many)));
-    EXPECT_EQ(reports.Messages().size(), 1 + 20 + 1u);
+    EXPECT_EQ(reports.messages.size(), 1 + 20 + 1u);
     reports.Clear();
 }
 
@@ -333,7 +333,7 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     const auto refused = [&](const std::string& path, const std::string& reason) {
         EXPECT_FALSE(path.ends_with("zobj") ? world->Import(h, path) : world->Load(path)) << reason;
         EXPECT_THAT(reports.Texts(), testing::AllOf(HasSubstr(reason), HasSubstr(path)));
-        EXPECT_EQ(reports.Messages().size(), 1u) << reason;
+        EXPECT_EQ(reports.messages.size(), 1u) << reason;
         reports.Clear();
         ASSERT_EQ(Difference(before, Account(*world)), "") << reason;
     };
@@ -382,7 +382,7 @@ TEST_F(GameFiles, WhatCouldNotBeReadIsNotSaved) {
     const HandleGuard h(HandleOf(board));
     const auto refused = [&](const std::string& reason) {
         EXPECT_FALSE(world->Save(folder / "g.zqlt") || world->Export(h, folder / "g.zobj"));
-        EXPECT_EQ(reports.Messages().size(), 2u);
+        EXPECT_EQ(reports.messages.size(), 2u);
         EXPECT_THAT(reports.Texts(), HasSubstr(reason));
         reports.Clear();
         EXPECT_TRUE(folder.Names().empty());

@@ -59,7 +59,7 @@ TEST_F(Saving, EveryRefusedOperationLeavesAWholeFile) {
         EXPECT_EQ(board.vieww, 1);
         // A folder that has been flushed may refuse to be closed: nothing hangs on it.
         const bool told = failed && !(saved && what == "Close");
-        ASSERT_EQ(reports.Messages().size(), told ? 1u : 0u);
+        ASSERT_EQ(reports.messages.size(), told ? 1u : 0u);
         if (told) {
             EXPECT_THAT(reports.Texts(),
                         HasSubstr(path + (saved ? " was saved, but" : " could not be saved")));

@@ -6,8 +6,7 @@
 #include <vector>
 
 struct PlainEntry {
-    std::string name;
-    std::string bytes;
+    std::string name, bytes;
     int method = 8;  ///< 8 deflated, 0 stored
     /// Only looked at: the age in seconds when it was read, the attributes, and the bytes of extra
     /// fields and comment.

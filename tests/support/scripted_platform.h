@@ -259,8 +259,7 @@ public:
 
     const Form& layout;
     FormEvents& events;
-    int focus = 0;
-    int result = 0;
+    int focus = 0, result = 0;
 
 private:
     struct State {

@@ -30,8 +30,6 @@ std::string Reports::Texts() const {
     return all;
 }
 
-void Reports::Clear() { messages.clear(); }
-
 std::string Pixels(const BITMAP* bitmap) {
     std::string pixels;
     for (int y = 0; bitmap && y < bitmap->h; ++y)

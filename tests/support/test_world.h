@@ -21,15 +21,12 @@ public:
     ~Reports();
 
     struct Message {
-        std::string text;
-        std::string caption;
+        std::string text, caption;
     };
-    const std::vector<Message>& Messages() const { return messages; }
     /// The texts of all messages, one a line.
     std::string Texts() const;
-    void Clear();
+    void Clear() { messages.clear(); }
 
-private:
     std::vector<Message> messages;
 };
 

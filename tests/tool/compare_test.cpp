@@ -59,7 +59,7 @@ void Do(Game& game, const std::string& edits) {
         if (verb == "row") game.sheet->line[std::stoul(value)][9] ^= 1;
         if (std::isdigit(verb[0])) node.tiles[std::stoul(verb)].chr = value[0];
         if (verb == "name") node.name = value;
-        if (verb == "script") node.script = "one\n" + value + "\nthree";
+        if (verb == "script") node.script = "a\nb\nc\nd\n" + value + "\ne\nf\ng\nh";
         if (verb == "cut") node.Resize(std::stoi(value), node.height);
         if (verb == "to") Move(node, At(game.root, value));
         if (verb == "add") Add(node, value);
@@ -274,17 +274,14 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
 // Each edit: the line of the diff; against the edit of the other side: the conflict.
 TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
     Dobject& hall = AddNode(world->Root(), "Hall", 20, 10);
-    hall.script = "one\ntwo\nthree";
+    hall.script = "a\nb\nc\nd\ntwo\ne\nf\ng\nh";
     for (int i = 0; i < 200; ++i) hall.PutTile(i % 20, i / 20, i % 7, 1 + i % 5, 2, 0);
     AddNode(hall, "door", 4, 3).PutTile(0, 0, 9, 9, 9, 0);
     AddNode(hall, "lamp", 2, 2).PutTile(0, 0, 3, 3, 3, 0);
     AddNode(world->Root(), "Cave", 8, 8, 3).PutTile(2, 2, 1, 2, 3, 1);
     const std::string bytes = Bytes();
     const struct {
-        const char* line;
-        const char* edit;
-        const char* other;
-        const char* conflict;
+        const char *line, *edit, *other, *conflict;
     } rows[] = {
         {"video mode 1 -> 3", "Hall mode 3", "Hall mode 0",
          "settings: video mode: base 1, ours 3, theirs 0"},
@@ -305,8 +302,9 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
          "Hall: removed by ours, changed by theirs"},
         {"Hall/new: added, 3 by 2", "Hall add new", "Hall take 1",
          "Hall: changed by ours, removed by theirs"},
-        {"--- Hall (script)\n+++ Hall (script)\n@@ -1,3 +1,3 @@\n one\n-two\n+2\n three\n",
-         "Hall script 2", "Hall script zwei", "Hall: script, line 2"},
+        {"--- Hall (script)\n+++ Hall (script)\n@@ -2,7 +2,7 @@\n b\n c\n d\n-two\n+2\n e\n f\n "
+         "g\n",
+         "Hall script 2", "Hall script zwei", "Hall: script, line 5"},
     };
     PutFile(folder / "a.zqlt", bytes);
     for (const auto& row : rows) {
@@ -327,7 +325,7 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
     }
     EXPECT_EQ(Run("merge a.zqlt b.zqlt c.zqlt -o d.zqlt --marks").status, 1);
     EXPECT_THAT(Run("cat d.zqlt").out,
-                HasSubstr("one\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\nthree\n"));
+                HasSubstr("d\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\ne\n"));
     EXPECT_LT(ReadZip(FileBytes(folder / "d.zqlt"))[2].age, 60);
     EXPECT_EQ(Run("diff a.zqlt a.zqlt").out, "");
 }
@@ -441,4 +439,16 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
         for (int x = 176; x < 336; ++x)
             if (png.pixel(x, y) != png.pixel(x + 168, y)) framed += 1000 + x;
     EXPECT_EQ(framed, 36 * 1000 + 36 * (176 + 9 * 8) + 36 * 7 / 2);
+
+    // A folder takes a picture a board by a name that stays in it; a change need not be seen.
+    world->Save(folder / "before.zqlt");
+    hall.tiles[5].attrib = 3;
+    for (const char* name : {"a/b", "a\\b", "", ".c"}) AddNode(world->Root(), name, 1, 1);
+    AddNode(world->Root(), std::string(101, 'n'), 1100, 1000);
+    world->Save(folder / "after.zqlt");
+    TempFolder pictures;
+    EXPECT_THAT(Run("diff before.zqlt after.zqlt --picture " + (pictures / "")).err,
+                HasSubstr("is too large to draw"));
+    EXPECT_THAT(pictures.Names(),
+                testing::ElementsAre("Hall.png", "_.c.png", "_.png", "a_b-2.png", "a_b.png"));
 }

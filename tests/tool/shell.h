@@ -9,8 +9,7 @@
 struct ToolTest : WorldTest {
     struct Result {
         int status;
-        std::string out;
-        std::string err;
+        std::string out, err;
     };
     /// In `folder`, so that paths are relative and far from the program, which is in the path.
     Result Shell(const std::string& command) {
