@@ -182,10 +182,7 @@ void Dobject::Erase(const Dobject& child) {
     children.erase(found);
 }
 
-void Dobject::EraseAll() {
-    children.clear();
-    ForgetOrder();
-}
+void Dobject::EraseAll() { children.clear(); }
 
 void Dobject::Link(std::unique_ptr<Dobject> child) {
     Trace("%s->Link(%s)\n", name.c_str(), child->name.c_str());

@@ -251,7 +251,7 @@ TEST_F(GameFiles, AMissingPartKeepsWhatThereWas) {
     const std::string odd = Replaced(kBoard, "~pb\n#bind x", "oops\n#bind x");
     ASSERT_TRUE(LoadZip(GameEntries(kHead + odd)));
     EXPECT_EQ(reports.Texts(), "~pb Expected\n");
-    EXPECT_THAT(reports.messages[0].caption, HasSubstr("oops"));
+    EXPECT_THAT(reports.messages[0].second, HasSubstr("oops"));
     EXPECT_EQ(First().children.front()->script, "#bind x");
     std::string many = kHead;
     for (int i = 0; i < 30; ++i) many += odd;

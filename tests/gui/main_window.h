@@ -108,6 +108,5 @@ struct MainWindow : testing::Test {
     Person person;
     std::unique_ptr<CQuiltApp> app;
     QtFrame* window = nullptr;
-    QWidget* edit = nullptr;
-    QWidget* list = nullptr;
+    QWidget *edit = nullptr, *list = nullptr;
 };

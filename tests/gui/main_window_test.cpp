@@ -60,6 +60,7 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     int ticked = 0;
     for (const QAction* action : window->findChildren<QAction*>()) ticked += action->isChecked();
     EXPECT_GT(ticked, 1) << "a video mode, the bar";
+    EXPECT_TRUE(Control<QAbstractButton>(kRadioBrush).isChecked());
     EXPECT_TRUE(window->findChild<QStatusBar*>()->findChild<QLabel*>()->text().startsWith("Use"));
     person.AnswerFileDialog(temp / "game");
     Choose("&File", "Save &As...");

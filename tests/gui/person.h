@@ -15,8 +15,6 @@
 class Person {
 public:
     Person();
-    Person(const Person&) = delete;
-    Person& operator=(const Person&) = delete;
     ~Person();
 
     /// What to do when the next pop-up menu or dialog opens; in the order of these calls. One

@@ -7,14 +7,14 @@
 
 namespace {
 
-std::vector<Reports::Message>* vMessages = nullptr;
+std::vector<std::pair<std::string, std::string>>* vMessages = nullptr;
 
 }  // namespace
 
 Reports::Reports() {
     vMessages = &messages;
     vMessageHook = [](const char* text, const char* caption) {
-        vMessages->push_back({text, caption});
+        vMessages->emplace_back(text, caption);
     };
     CaptureTrace([](const char*) {});
 }
@@ -26,7 +26,7 @@ Reports::~Reports() {
 
 std::string Reports::Texts() const {
     std::string all;
-    for (const Message& message : messages) all += message.text + "\n";
+    for (const auto& [text, caption] : messages) all += text + "\n";
     return all;
 }
 

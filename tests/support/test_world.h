@@ -20,14 +20,11 @@ public:
     Reports& operator=(const Reports&) = delete;
     ~Reports();
 
-    struct Message {
-        std::string text, caption;
-    };
     /// The texts of all messages, one a line.
     std::string Texts() const;
     void Clear() { messages.clear(); }
 
-    std::vector<Message> messages;
+    std::vector<std::pair<std::string, std::string>> messages;  ///< texts with their captions
 };
 
 /// While it lives, the hook is asked before each operation on files: its errno value refuses it.

@@ -66,23 +66,26 @@ TEST_F(Tool, InfoTellsTheTreeWhateverTheNames) {
 TEST_F(Tool, RenderShowsABoardAsTheEditorDoes) {
     PlantGame();
     SaveGame("a.zqlt");
-    world->ShowBoard(world->Root().children.front()->id);
-    world->SetViewSize(12, 19);
-    const Bitmap target = MakeBitmap(12 * 8, 19 * 8);
-    clear_bitmap(target.get());
-    world->DrawWorld(target.get(), 0, 0);
     const RGB* palette = world->GetFont()->GetPalette();
-    ASSERT_EQ(Run("render a.zqlt one.png --scale 3").status, 0);
-    const QImage picture(QString::fromStdString(folder / "one.png"));
-    ASSERT_EQ(picture.size(), QSize(288, 456));
-    for (int y = 0; y < 456; ++y)
-        for (int x = 0; x < 288; ++x) {
-            const RGB& color = palette[target->line[y / 3][x / 3]];
+    for (const int scale : {1, 3}) {
+        const Dobject& board = *world->Root().children[scale == 1];
+        world->ShowBoard(board.id);
+        world->SetViewSize(board.vieww, board.viewh);
+        const Bitmap target = MakeBitmap(board.vieww * 8, board.viewh * 8);
+        clear_bitmap(target.get());
+        world->DrawWorld(target.get(), 0, 0);
+        const std::string call = "render a.zqlt one.png --board " + board.name + " --scale ";
+        ASSERT_EQ(Run(call + std::to_string(scale)).status, 0);
+        const QImage picture(QString::fromStdString(folder / "one.png"));
+        ASSERT_EQ(picture.size(), QSize(target->w, target->h) * scale);
+        for (int i = 0; i < picture.width() * picture.height(); ++i) {
+            const int x = i % picture.width(), y = i / picture.width();
+            const RGB& color = palette[target->line[y / scale][x / scale]];
             const QRgb seen = picture.pixel(x, y) >> 2 & 0x3f3f3f;
             ASSERT_EQ(seen, QRgb(color.r << 16 | color.g << 8 | color.b)) << x << ", " << y;
         }
-    EXPECT_EQ(Run("render a.zqlt two.png --board second").status, 0);
-    EXPECT_EQ(FileBytes(folder / "two.png")[24], 2) << "bits for four colours";
+        EXPECT_EQ(FileBytes(folder / "one.png")[24], scale == 1 ? 2 : 8) << "bits a pixel";
+    }
 }
 
 TEST_F(Tool, CatAndRepackWriteTheWorld) {
