@@ -278,6 +278,8 @@ TEST_F(Forms, PanelsWriteAtOnce) {
         return static_cast<ScriptedWindow*>(own.panel->Picture(kBrushPreview));
     };
     EXPECT_EQ(own.panel->Look(), "'Brush - Normal' =0 [x] [ ] [ ] [ ] ! '0' '0' ");
+    preview()->Paint();
+    EXPECT_NE(preview()->PixelAt(2, 0), 0) << "nothing of the brush";
     News(own.panel.get());
     script.answersAll = true;
     for (const auto& c : cases) {

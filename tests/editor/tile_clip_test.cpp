@@ -100,3 +100,27 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
         EXPECT_EQ(Cells(), "2x2 " + kept);
     }
 }
+
+TEST_F(TileClip, TheViewerShowsWhatIsDraggedIntoIt) {
+    Dobject& node = AddNode(world->Root(), "as the viewer", 60, 50);
+    for (int i = 0; i < 3000; ++i) node.PutTile(i % 60, i / 60, i % 256, 1 + i % 7, 1 + i % 9, 0);
+    script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
+        ScriptedWindow& shown = form.Shown(kClipPicture);
+        Point scroll;
+        for (int step = 0; step < 40; ++step) {
+            Put(60, step < 39 ? 50 : 0, node.tiles);
+            shown.Paint();
+            const Point by{Roll(-30, 30), Roll(-30, 30)};
+            if (step < 39) shown.Drag({step, 9}, {step + 8 * by.x, 9 + 8 * by.y});
+            scroll = {std::clamp(scroll.x + by.x, shown.size.w / 16 - 60, 0),
+                      std::clamp(scroll.y + by.y, shown.size.h / 16 - 50, 0)};
+            shown.Paint();
+            shown.ExpectPicture([&](int x, int y) {
+                const int there = getpixel(node.Surface(), x - 8 * scroll.x, y - 8 * scroll.y);
+                return step < 39 ? std::max(there, 0) : 0;
+            });
+        }
+        form.Click(kIdOk);
+    });
+    DoTileClip().Run();
+}

@@ -435,5 +435,6 @@ TEST_F(View, PickingAmongThreeAsks) {
     vPanelMode = kPanelProperties;
     script.ExpectMenu(object.id + kCmdPickBase);
     window.Click(At({0, 0}));
+    EXPECT_EQ(Outline(script.lastMenu), "board object inner | &Cancel");
     EXPECT_EQ(world->currentObject, object.id);
 }

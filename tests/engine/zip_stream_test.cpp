@@ -15,10 +15,10 @@ namespace {
 std::string Stored(const std::string& text, std::ios::openmode mode) {
     ZipWriter writer;
     ZipEntryOutStream out;
-    out.open(writer, "entry", mode);
+    for (const char* name : {"other", "entry"}) out.open(writer, name, mode);
     out << text;
     EXPECT_TRUE(out.good() && out.close() && writer.Close());
-    return ReadZip(writer.TakeBytes()).at(0).bytes;
+    return ReadZip(writer.TakeBytes()).at(1).bytes;
 }
 
 // What a text entry that holds `bytes` reads as, by blocks or a character at a time, each of which

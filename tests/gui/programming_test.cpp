@@ -109,6 +109,7 @@ TEST_F(Programming, KeysEditTheTextAndCancelAsks) {
         char face[100] = "";
         code->Send(Base::SCI_STYLEGETFONT, 8, reinterpret_cast<std::intptr_t>(face));
         EXPECT_EQ(face, vFontFaces.back());
+        EXPECT_GT(code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0), 20) << "the line numbers' room";
         code->setFocus();
         Press(*code, Qt::Key_End, Qt::ControlModifier);
         Do("\ntwo");

@@ -315,8 +315,6 @@ private:
     void World(const Entry& entry) {
         EntryText text(entry, kMaxText);
         GameTextReader reader(text, CountedIds());
-        TextRemarks remarks;
-        reader.SetRemarks(&remarks);
         Dobject& root = result.game.root;
         result.game.hasText = true;
         result.game.textEntry = entry.name;
