@@ -278,8 +278,9 @@ TEST_F(Forms, PanelsWriteAtOnce) {
         return static_cast<ScriptedWindow*>(own.panel->Picture(kBrushPreview));
     };
     EXPECT_EQ(own.panel->Look(), "'Brush - Normal' =0 [x] [ ] [ ] [ ] ! '0' '0' ");
-    preview()->Paint();
-    EXPECT_NE(preview()->PixelAt(2, 0), 0) << "nothing of the brush";
+    vBrush.fg = vBrush.bg = 9, preview()->Paint();
+    EXPECT_EQ(preview()->PixelAt(0, 0), 9);
+    vBrush.fg = -2, vBrush.bg = 1;
     News(own.panel.get());
     script.answersAll = true;
     for (const auto& c : cases) {

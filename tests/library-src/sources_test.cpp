@@ -5,23 +5,14 @@
 
 #include <gmock/gmock.h>
 
-namespace {
-
-std::string Rows(int count) {
-    std::string rows;
-    for (int i = 0; i < count; ++i) rows += "..####..\n";
-    return rows;
-}
-
-}  // namespace
-
 TEST(Sources, FaultsAreNamedWithTheirLine) {
-    const std::string last = "glyph 255 last\n", eight = Rows(8);
+    const std::string last = "glyph 255 last\n", row = "..####..\n";
+    const std::string seven = row + row + row + row + row + row + row, eight = seven + row;
     const std::pair<std::string, std::string> rows[] = {
-        {last + Rows(7), ":2296: glyph 255 has 7 rows, not 8"},
-        {last + Rows(7) + "..####r.\n", ":2304: pixel r has no value"},
+        {last + seven, ":2296: glyph 255 has 7 rows, not 8"},
+        {last + seven + "..####r.\n", ":2304: pixel r has no value"},
         {"glyph 254 twice\n" + eight, ":2296: glyph 254 has been drawn before"},
-        {"\n" + Rows(1), ":2297: a row of pixels outside a glyph"},
+        {"\n" + row, ":2297: a row of pixels outside a glyph"},
         {"", ": glyphs missing: 255"},
     };
     const TempFolder folder;
