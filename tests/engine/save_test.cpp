@@ -122,12 +122,17 @@ TEST_F(Saving, LinksAndPermissionsStay) {
     fs::create_symlink("deep/second.zqlt", path);
     fs::create_symlink(folder / "new.zqlt", folder / "to-new");
     fs::permissions(folder / "deep/real.zqlt", fs::perms{0640});
+    const std::string real = folder / "deep/real.zqlt";
+    const bool given = chown(real.c_str(), 1234, 1235) == 0;  // only the superuser can
     const mode_t old = umask(037);
     ASSERT_TRUE(world->Save(path) && world->Save(folder / "to-new"));
     umask(old);
     for (const char* link : {"game.zqlt", "deep/second.zqlt", "to-new"})
         EXPECT_TRUE(fs::is_symlink(folder / link)) << link;
-    for (const std::string& file : {folder / "deep/real.zqlt", folder / "new.zqlt"}) {
+    struct stat is = {};
+    ASSERT_EQ(stat(real.c_str(), &is), 0);
+    EXPECT_TRUE(!given || (is.st_uid == 1234 && is.st_gid == 1235));
+    for (const std::string& file : {real, folder / "new.zqlt"}) {
         EXPECT_TRUE(fs::symlink_status(file).type() == fs::file_type::regular);
         EXPECT_EQ(fs::status(file).permissions(), fs::perms{0640}) << file;
         EXPECT_NE(FileBytes(file), oldBytes);
