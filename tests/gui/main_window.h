@@ -79,12 +79,11 @@ struct MainWindow : testing::Test {
         for (const Qt::Key code : codes)
             Press(dialog.focusWidget() ? *dialog.focusWidget() : dialog, code);
     }
-    static void Key(QDialog& dialog, Qt::Key code) { Key(dialog, {code}); }
     /// Types a name into a dialog, and Enter.
     static auto Named(const QString& name) {
         return [name](QDialog& dialog) {
             Type(*dialog.focusWidget(), name);
-            Key(dialog, Qt::Key_Return);
+            Key(dialog, {Qt::Key_Return});
         };
     }
     static void Fill(QDialog& dialog, int id, const QString& text) {

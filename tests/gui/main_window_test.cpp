@@ -45,7 +45,7 @@ TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
     person.OnDialog([this](QDialog& dialog) {
         Fill(dialog, kLocationZ, QStringLiteral("2147483648"));
         person.AnswerBox("Please enter an integer.");
-        Key(dialog, Qt::Key_Return);
+        Key(dialog, {Qt::Key_Return});
         Type(*dialog.focusWidget(), QStringLiteral("3"));
         Click(In(dialog, platform::kIdOk), {5, 5});
     });

@@ -110,6 +110,7 @@ TEST_F(Programming, KeysEditTheTextAndCancelAsks) {
         code->Send(Base::SCI_STYLEGETFONT, 8, reinterpret_cast<std::intptr_t>(face));
         EXPECT_EQ(face, vFontFaces.back());
         EXPECT_GT(code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0), 20) << "the line numbers' room";
+        EXPECT_EQ(code->Send(Base::SCI_STYLEGETFORE, Base::STYLE_LINENUMBER, 0), 0x6E6E6E);
         code->setFocus();
         Press(*code, Qt::Key_End, Qt::ControlModifier);
         Do("\ntwo");

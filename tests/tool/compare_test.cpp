@@ -433,7 +433,7 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     // The picture: three columns, and a frame only in the last.
     ASSERT_EQ(Run("diff both.zqlt a.zqlt --picture p.png").status, 1);
     const QImage png(QString::fromStdString(folder / "p.png"));
-    EXPECT_EQ(png.width(), 3 * 160 + 4 * 8);
+    EXPECT_EQ((std::pair{png.width(), qGray(png.pixel(0, 0))}), (std::pair{3 * 160 + 4 * 8, 28}));
     int framed = 0;
     for (int y = 20; y < 100; ++y)
         for (int x = 176; x < 336; ++x)
