@@ -11,8 +11,6 @@ Bitmap vSubClipBuffer;
 
 namespace {
 
-enum CellState : unsigned char { kOpen = 0, kFinal = 1, kPartial = 2 };
-
 // How many of the `count` bytes from `from` on are equal to `value`.
 int RunOf(const unsigned char* from, int count, unsigned char value) {
     int run = 0;
@@ -150,7 +148,7 @@ void ClearRest(BITMAP* target, int tx, int ty, int run, bool open) {
         const int pixels = run * kTileSize;
         if (open) std::memset(to, 0, static_cast<std::size_t>(pixels));
         for (int x = 0; !open && x < pixels; x += kTileSize)
-            StoreEight(to + x, LoadEight(to + x) & LoadEight(marks + x) * 0xff);
+            PutBytes(to + x, BytesAt(to + x) & (BytesAt(marks + x) != 0));
     }
 }
 

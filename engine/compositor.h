@@ -11,13 +11,15 @@
 
 #include "engine/bitmap.h"
 
-/// A byte for each target cell: 0 nothing drawn yet, 1 all pixels final, 2 some are and
-/// vSubClipBuffer says which. Null until the first SetViewSize of Dinterface.
+/// What is known of a target cell: nothing drawn yet, all pixels final, or some are and
+/// vSubClipBuffer says which.
+enum CellState : unsigned char { kOpen = 0, kFinal = 1, kPartial = 2 };
+
+/// A CellState for each target cell. Null until the first SetViewSize of Dinterface.
 extern Bitmap vClipBuffer;
-/// A byte for each target pixel, 1 when it is final. To be read in cells of value 2 only.
+/// A byte for each target pixel, 1 when it is final. To be read in partial cells only.
 extern Bitmap vSubClipBuffer;
 
-/// Makes 0 what no node has covered since vClipBuffer was last cleared, which who draws with it
-/// does at the start. The target is as large as the masks. Cheaper than a clear one underneath:
-/// most pictures are covered whole.
+/// Makes 0 what the last DrawWorld or DrawObjectMode of Dinterface has left of a target as large as
+/// the masks. Cheaper than to clear the target before: most pictures are covered whole.
 void ClearUncovered(BITMAP* target);

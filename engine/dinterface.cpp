@@ -133,6 +133,7 @@ void Dinterface::DrawWorld(BITMAP* target, int x, int y) {
 }
 
 void Dinterface::DrawObjectMode(BITMAP* target, int x, int y, Handle h, int mode) {
+    clear_bitmap(vClipBuffer.get());
     Dobject* node = Node(h);
     if (!node) return;
     int originX = 0;
@@ -148,7 +149,6 @@ void Dinterface::DrawObjectMode(BITMAP* target, int x, int y, Handle h, int mode
             originY = -node->posy;
             node->AddOffset(originX, originY);
             Trace("%s-> tPX = %i, tPY = %i\n", node->name.c_str(), originX, originY);
-            clear_bitmap(vClipBuffer.get());
             node->Draw(target, originX + x, originY + y, vMain->width - x, vMain->height - y, 0, 0,
                        vMain->width, vMain->height);
             break;
@@ -160,9 +160,12 @@ void Dinterface::DrawObjectMode(BITMAP* target, int x, int y, Handle h, int mode
             if (std::abs(std::int64_t{originX}) > kMaxGridSide * 2 ||
                 std::abs(std::int64_t{originY}) > kMaxGridSide * 2)
                 break;
-            if (BITMAP* surf = node->Surface())
+            if (BITMAP* surf = node->Surface(); surf && !node->tiles.empty()) {
                 blit(surf, target, 0, 0, originX * kTileSize, originY * kTileSize, surf->w,
                      surf->h);
+                rectfill(vClipBuffer.get(), originX, originY, originX + node->width - 1,
+                         originY + node->height - 1, kFinal);
+            }
             break;
         default:
             break;

@@ -78,16 +78,13 @@ void CQuiltView::MakeBackBuffer(Size client) {
 
 void CQuiltView::Compose() {
     BITMAP* to = vBackBuffer.get();
-    // One grid by itself is copied without the masks.
-    const bool alone = vViewMode == (kViewHideObjs | kViewFocus);
-    clear_bitmap(alone ? to : vClipBuffer.get());
     if (vViewMode == 0) {
         vWorld->DrawWorld(to, vScroll.x, vScroll.y);
     } else {
         const HandleGuard h(vWorld->GetCurrentObject());
         vWorld->DrawObjectMode(to, vScroll.x, vScroll.y, h, vViewMode);
     }
-    if (!alone) ClearUncovered(to);
+    ClearUncovered(to);
 }
 
 void CQuiltView::DrawMarks() {

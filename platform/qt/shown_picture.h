@@ -16,20 +16,6 @@
 /// The colours in which pictures are shown, as 0xffRRGGBB.
 extern std::array<std::uint32_t, 256> vScreenColors;
 
-/// How `from` pixels of a picture lie on `to` of the screen, by repeating or leaving out whole
-/// ones.
-struct Stretch {
-    int from = 1;
-    int to = 1;
-
-    int Source(int at) const { return static_cast<int>(static_cast<std::int64_t>(at) * from / to); }
-    /// The first screen pixel that shows the picture's or one after it.
-    int Shown(int source) const {
-        return static_cast<int>((static_cast<std::int64_t>(source) * to + from - 1) / from);
-    }
-    bool operator==(const Stretch&) const = default;
-};
-
 /// All places and sizes are device pixels of the widget.
 class ShownPicture {
 public:
@@ -41,6 +27,22 @@ public:
     void Paint(const QRect& part, QPoint first, QImage& to) const;
 
 private:
+    /// How `from` pixels of a picture lie on `to` of the screen, by repeating or leaving out whole
+    /// ones.
+    struct Stretch {
+        int from = 1;
+        int to = 1;
+
+        int Source(int at) const {
+            return static_cast<int>(static_cast<std::int64_t>(at) * from / to);
+        }
+        /// The first screen pixel that shows the picture's or one after it.
+        int Shown(int source) const {
+            return static_cast<int>((static_cast<std::int64_t>(source) * to + from - 1) / from);
+        }
+        bool operator==(const Stretch&) const = default;
+    };
+
     /// Makes way for a picture that cannot be compared with the one before; false if it can.
     bool StartAnew(Stretch acrossNow, Stretch downNow, QSize widget);
     void PaintRow(const unsigned char* row, std::uint32_t* out, int begin, int end) const;

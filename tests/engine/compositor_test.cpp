@@ -110,7 +110,7 @@ struct Compositor : WorldTest {
         else
             world->DrawObjectMode(target.get(), panX, panY, HandleGuard(HandleOf(node)), mode);
         int uncovered = kNothing;
-        if (mode < 3 && Roll(0, 1)) ClearUncovered(target.get()), uncovered = 0;
+        if (Roll(0, 1)) ClearUncovered(target.get()), uncovered = 0;
         for (int i = 0; i < target->w * target->h; ++i) {
             const int x = i % target->w, y = i / target->w, pixel = model(x, y);
             ASSERT_EQ(getpixel(target.get(), x, y), pixel < 0 ? uncovered : pixel)
