@@ -61,13 +61,23 @@ QAccessibleInterface* TellOfPicture(const QString&, QObject* object) {
     return picture ? new QAccessibleWidget(picture, QAccessible::Canvas) : nullptr;
 }
 
+// The icon that was installed with the program, without which the desktop shows its own. Two sizes
+// do for a window, and their files are read by name: the search of an icon theme goes through all
+// that is installed, which took a fifth of the time to start.
+QIcon InstalledIcon() {
+    QIcon icon;
+    for (const char* size : {"32x32", "64x64"})
+        icon.addFile(QApplication::applicationDirPath() + "/../../share/icons/hicolor/" + size +
+                     "/apps/quilt-edit.png");
+    return icon;
+}
+
 }  // namespace
 
 QtPlatform::QtPlatform(int& argc, char** argv) : app(argc, argv) {
     QApplication::setApplicationName(QStringLiteral("quilt-edit"));
     QApplication::setDesktopFileName(QStringLiteral("quilt-edit"));
-    // Installed with the program; without it the desktop shows its own.
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quilt-edit")));
+    QApplication::setWindowIcon(InstalledIcon());
     // The numbers in texts and files are written with a point everywhere.
     QLocale::setDefault(QLocale::c());
     std::setlocale(LC_NUMERIC, "C");
