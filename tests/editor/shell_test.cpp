@@ -2,6 +2,7 @@
 // every entry of every menu does, and the list.
 
 #include "editor/commands.h"
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/do_save_notification.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
@@ -174,9 +175,23 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
               "&Size &Viewport | +&Hide | &Cancel");
     EXPECT_EQ(script.lastMenuAt, List().ClientToScreen({30, 310}));
 
-    // What is copied goes deep and is its own.
+    // What is copied goes deep and is its own, also by a file.
     Choose(kLamp, kCmdCopyObject);
     bulb->PutTile(0, 0, 1, 1, 1, 1);
+    for (const bool saves : {true, false}) {
+        script.ExpectDialog("Object ClipBoard", [&](ScriptedForm& form) {
+            for (const auto& answer : {std::optional<std::string>(), {temp / "lamp.zobj"}}) {
+                script.ExpectFile(saves ? "save" : "open", answer);
+                form.Choose(saves ? kObjectSave : kObjectLoad);
+            }
+            form.Shown(kObjectPicture).Paint();
+            EXPECT_EQ(form.Shown(kObjectPicture).description, "lamp");
+            EXPECT_EQ(form.Shown(kObjectPicture).PixelAt(0, 0), 7);
+            form.Click(kIdOk);
+        });
+        Frame().Choose(kCmdObjectClipboard);
+        if (saves) MakeObjectClip();
+    }
     Choose(kShelf, kCmdPasteOnObject);
     const Dobject& copy = *shelf->children.back();
     EXPECT_EQ(*copy.children.front()->GetTile(0, 0), (Dtile{9, 8, 7, 6}));

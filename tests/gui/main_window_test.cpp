@@ -59,7 +59,7 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     Start();
     int ticked = 0;
     for (const QAction* action : window->findChildren<QAction*>()) ticked += action->isChecked();
-    EXPECT_GT(ticked, 1) << "a video mode, the bar";
+    EXPECT_EQ(ticked, 3) << "a video mode, in a window, the bar";
     EXPECT_TRUE(Control<QAbstractButton>(kRadioBrush).isChecked());
     EXPECT_TRUE(window->findChild<QStatusBar*>()->findChild<QLabel*>()->text().startsWith("Use"));
     person.AnswerFileDialog(temp / "game");
