@@ -50,6 +50,7 @@ TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
         ScriptedWindow &editor = form.Shown(kFontCharEdit), &preview = form.Shown(kFontPreview),
                        &browser = form.Shown(kFontCharSelect);
         browser.Paint();
+        editor.Send(&Events::OnMouseMove, false, Point{60, 60});  // no button is held
         for (int step = 0; step < 8000; ++step) {
             editor.invalidated = preview.invalidated = browser.invalidated = 0;
             int wish = Roll(0, 39);

@@ -2,6 +2,7 @@
 // every entry of every menu does, and the list.
 
 #include "editor/commands.h"
+#include "editor/shell/do_about.h"
 #include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/do_save_notification.h"
 #include "editor/shell/panel_ids.h"
@@ -22,6 +23,8 @@
 using namespace platform;
 using Events = WindowEvents;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
 
 namespace {
 
@@ -121,6 +124,15 @@ TEST_F(Shell, EntriesOfTheBarDoSomething) {
         EXPECT_NE(ticked(command), was);
     }
     EXPECT_TRUE(Frame().closed && !Frame().statusBar);
+    script.ExpectDialog("About QUILT!", [this](ScriptedForm& form) {
+        EXPECT_THAT(form.GetText(kAboutKeys), HasSubstr("<hr>"));
+        form.Click(kAboutManual);
+        EXPECT_THAT(script.document, EndsWith("/manual/manual.html"));
+        form.Click(kAboutSample);
+    });
+    Frame().Choose(kCmdAbout);
+    script.Run();
+    EXPECT_THAT(Doc().PathName(), EndsWith("lamplight.zqlt"));
 }
 
 TEST_F(Shell, EntriesOfTheListDoSomething) {

@@ -55,6 +55,7 @@ TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
         {"a.txt", std::string("\xff\0b", 3), "3x1 c255 c0 c98"},
         {"a.txt", "  \n "},
         {"a.att", "2 2\n1 2 3"},
+        {"a.att", "1 1\n65536"},
         {"a.qcf", zip("2 1\n", "65 -2 1 2\n-1 7 40000 65535"), "2x1 c65f-2b1a2 f7b-25536"},
         {"a.qcf", damaged},
     };
@@ -114,7 +115,7 @@ TEST_F(TileClip, TheViewerShowsWhatIsDraggedIntoIt) {
             if (step < 39) shown.Drag({step, 9}, {step + 8 * by.x, 9 + 8 * by.y});
             scroll = {std::clamp(scroll.x + by.x, shown.size.w / 16 - 60, 0),
                       std::clamp(scroll.y + by.y, shown.size.h / 16 - 50, 0)};
-            shown.Paint();
+            if (shown.invalidated || step == 39) shown.Paint();
             shown.ExpectPicture([&](int x, int y) {
                 const int there = getpixel(node.Surface(), x - 8 * scroll.x, y - 8 * scroll.y);
                 return step < 39 ? std::max(there, 0) : 0;

@@ -61,7 +61,20 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     for (const QAction* action : window->findChildren<QAction*>()) ticked += action->isChecked();
     EXPECT_EQ(ticked, 3) << "a video mode, in a window, the bar";
     EXPECT_TRUE(Control<QAbstractButton>(kRadioBrush).isChecked());
-    EXPECT_TRUE(window->findChild<QStatusBar*>()->findChild<QLabel*>()->text().startsWith("Use"));
+    const auto texts = window->findChild<QStatusBar*>()->findChildren<QLabel*>();
+    EXPECT_TRUE(texts[0]->text().startsWith("Use"));
+    // A lock's state is that before the key; its own key turns it.
+    const std::tuple<int, unsigned, QString> keys[] = {{Qt::Key_A, 2, "CAP"},
+                                                       {Qt::Key_CapsLock, 18, "NUM"},
+                                                       {Qt::Key_NumLock, 0, "NUM"},
+                                                       {Qt::Key_ScrollLock, 0, "SCRL"}};
+    for (const auto& [code, state, lit] : keys) {
+        QKeyEvent event(QEvent::KeyPress, code, {}, 0, 0, state);
+        QApplication::sendEvent(window->windowHandle(), &event);
+        QString shown;
+        for (auto* text : texts.mid(1)) shown += text->isEnabled() ? text->text() : QString();
+        EXPECT_EQ(shown, lit);
+    }
     person.AnswerFileDialog(temp / "game");
     Choose("&File", "Save &As...");
     const std::string path = temp / "game.zqlt", saved = FileBytes(path);

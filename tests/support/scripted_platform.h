@@ -398,10 +398,11 @@ public:
         started.push_back({program, argument, folder});
         return true;
     }
-    bool ShowDocument(const std::string&) override { return true; }
+    bool ShowDocument(const std::string& path) override { return !(document = path).empty(); }
 
     ScriptedFrame* frame = nullptr;
     std::vector<std::array<std::string, 3>> started;  ///< program, argument, folder
+    std::string document;  ///< shown last
 
 private:
     std::deque<int> posted;

@@ -278,6 +278,7 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
     for (int i = 0; i < 200; ++i) hall.PutTile(i % 20, i / 20, i % 7, 1 + i % 5, 2, 0);
     AddNode(hall, "door", 4, 3).PutTile(0, 0, 9, 9, 9, 0);
     AddNode(hall, "lamp", 2, 2).PutTile(0, 0, 3, 3, 3, 0);
+    AddNode(hall, "rug", 2, 2).PutTile(0, 0, 5, 5, 5, 0);
     AddNode(world->Root(), "Cave", 8, 8, 3).PutTile(2, 2, 1, 2, 3, 1);
     const std::string bytes = Bytes();
     const struct {
@@ -298,8 +299,10 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
          "Cave/door: moved to Cave by ours, to Hall/lamp by theirs"},
         {"Hall/lamp/door: moved from Hall/door", "door to lamp", "lamp to door",
          "Hall/lamp: moved below itself by both sides together; its place is ours"},
-        {"Hall: removed, 20 by 10, with 2 objects", "Hall take 1", "door x 3",
+        {"Hall: removed, 20 by 10, with 3 objects", "Hall take 1", "door x 3",
          "Hall: removed by ours, changed by theirs"},
+        {"Hall: its children in another order", "door to Hall", "lamp to Hall",
+         "Hall: the order of its children"},
         {"Hall/new: added, 3 by 2", "Hall add new", "Hall take 1",
          "Hall: changed by ours, removed by theirs"},
         {"--- Hall (script)\n+++ Hall (script)\n@@ -2,7 +2,7 @@\n b\n c\n d\n-two\n+2\n e\n f\n "
@@ -328,6 +331,10 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
                 HasSubstr("d\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\ne\n"));
     EXPECT_LT(ReadZip(FileBytes(folder / "d.zqlt"))[2].age, 60);
     EXPECT_EQ(Run("diff a.zqlt a.zqlt").out, "");
+    const char* const all = "Hall x 4 Hall script 2 Hall 0 A Hall name Vault";
+    PutFile(folder / "b.zqlt", Read(bytes, [&](Game& game) { Do(game, all); }).Bytes());
+    EXPECT_EQ(Run("diff --stat a.zqlt b.zqlt").out,
+              "Vault | renamed from Hall, x 0 -> 4, 1 tile, script +1 -1\n");
 }
 
 // Packed and plain, cut at many places: each node that stands whole before the cut is there.
@@ -402,30 +409,32 @@ TEST_F(Compare, DamagedHeadersLoseNothing) {
 // Two authors and a real repository.
 TEST_F(Compare, GitComparesAndJoinsGames) {
     Dobject& hall = AddNode(world->Root(), "Hall", 20, 10);
-    world->Save(folder / "a.zqlt");
-    const auto paint = [&](const char* file, int x, int chr) {
+    const auto paint = [&](const std::string& file, int x, int chr) {
         hall.PutTile(x, 3, chr, 7, 1, 0);
-        world->Save(folder / file);
+        world->Save(folder / (file + ".zqlt"));
+        world->Export(HandleGuard(world->AddHandle(&hall)), folder / (file + ".zobj"));
     };
+    paint("a", 3, 1);
     Shell("git init -q -b main; git config user.name n; git config user.email e@localhost");
     EXPECT_THAT(Run("git-setup --print").out, HasSubstr("merge.quilt.driver"));
     EXPECT_THAT(Run("git-setup").out, HasSubstr(".gitattributes: *.zqlt diff=quilt"));
     EXPECT_EQ(FileBytes(folder / ".gitattributes"),
               "*.zqlt diff=quilt merge=quilt\n*.zobj diff=quilt merge=quilt\n");
     Shell("git add -A; git commit -qm one; git checkout -qb side");
-    paint("a.zqlt", 2, 65);
+    paint("a", 2, 65);
     EXPECT_THAT(Shell("git diff").out, HasSubstr("Hall: 1 tile in 2, 3, 1 by 1\n"));
     EXPECT_THAT(Shell("git commit -qam two; git show; git checkout -q main").out,
                 HasSubstr("\n+65 7 1 0\n"));
     hall.tiles[62] = {};
     hall.viewx = 1;  // the picture is of all there is
-    paint("a.zqlt", 9, 66);
+    paint("a", 9, 66);
     Shell("git commit -qam three");
     EXPECT_EQ(Shell("git merge -q side -m both").status, 0);
-    paint("both.zqlt", 2, 65);
-    EXPECT_EQ(Run("diff a.zqlt both.zqlt").status, 0);
+    paint("both", 2, 65);
+    for (const char* end : {".zqlt", ".zobj"})
+        EXPECT_EQ(Run(std::string("diff a") + end + " both" + end).status, 0);
     Shell("git checkout -q side");
-    paint("a.zqlt", 9, 67);
+    paint("a", 9, 67);
     Shell("git commit -qam four");
     EXPECT_THAT(Shell("git merge main 2>&1").out,
                 HasSubstr("conflict: Hall: 1 tile in 9, 3, 1 by 1"));
