@@ -20,6 +20,10 @@ int main(int argc, char** argv) {
     // The tests of single parts make worlds without the application.
     StartAllegro();
     StartTrace(nullptr);
+    // What Qt warns of is a fault, but for what it cannot do off screen.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+        EXPECT_TRUE(text.contains(QLatin1String("plugin does not support"))) << text.toStdString();
+    });
     QtPlatform qt(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -75,6 +75,8 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
         for (auto* text : texts.mid(1)) shown += text->isEnabled() ? text->text() : QString();
         EXPECT_EQ(shown, lit);
     }
+    person.AnswerBox("short");
+    vPlatform->MessageBox("short", std::string(40, 'W'), platform::Buttons::Ok, {});
     person.AnswerFileDialog(temp / "game");
     Choose("&File", "Save &As...");
     const std::string path = temp / "game.zqlt", saved = FileBytes(path);

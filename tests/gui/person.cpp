@@ -60,6 +60,7 @@ void Person::AnswerBox(const std::string& text, bool ok) {
     OnDialog([text, ok](QDialog& dialog) {
         const auto& box = dynamic_cast<QMessageBox&>(dialog);
         EXPECT_NE(box.text().toStdString().find(text), std::string::npos);
+        EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()) + 99);
         box.button(ok ? QMessageBox::Ok : QMessageBox::Cancel)->click();
     });
 }
