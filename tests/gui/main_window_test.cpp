@@ -9,6 +9,8 @@
 #include "editor/tools/do_font_edit.h"
 #include "editor/view/brush.h"
 
+#include <QSlider>
+
 TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
     Start();
     EXPECT_FALSE(edit->accessibleName().isEmpty() || list->accessibleName().isEmpty());
@@ -59,6 +61,8 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     Start();
     int ticked = 0;
     for (const QAction* action : window->findChildren<QAction*>()) ticked += action->isChecked();
+    const QAction* bar = Person::EntryOf(*window->menuBar()->actions()[2]->menu(), "&Status Bar");
+    EXPECT_EQ(bar->statusTip(), QLatin1String("Show or hide the status bar"));
     EXPECT_EQ(ticked, 3) << "a video mode, in a window, the bar";
     EXPECT_TRUE(Control<QAbstractButton>(kRadioBrush).isChecked());
     const auto texts = window->findChild<QStatusBar*>()->findChildren<QLabel*>();
@@ -136,6 +140,10 @@ TEST_F(MainWindow, TheFontEditorTakesItsKeysWhereverTheFocusStands) {
             EXPECT_NE(vWorld->GetFont()->GetGlyphPixel(33, x++, 0), before) << "focus on " << id;
             EXPECT_TRUE(dialog.isVisible()) << "Enter does not press OK";
         }
+        auto& slider = In<QSlider>(dialog, kFontSlider);
+        slider.setValue(50);
+        Click(slider, {slider.width() / 2, slider.height() / 4});
+        EXPECT_LT(slider.value(), 50) << "its top is the sheet's";
         PressOk(dialog);
     });
     Choose("&View", "&Font Edit");
