@@ -1,5 +1,6 @@
 // A whole session without a mouse: from the empty board to a saved game.
 
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/shell/panel_ids.h"
 #include "editor/view/brush.h"
 #include "tests/gui/main_window.h"
@@ -80,6 +81,7 @@ TEST_F(MainWindow, FilesAreDroppedOnIt) {
     };
     person.OnDialog([](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle().toStdString(), "Object ClipBoard");
+        EXPECT_TRUE(In(dialog, kObjectPicture).focusPolicy() & Qt::TabFocus);
         dialog.close();
     });
     drop(temp / "title.ZOBJ");
