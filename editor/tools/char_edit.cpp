@@ -32,7 +32,6 @@ void CharEdit::OnDraw(platform::Window& own) {
     BITMAP* to = Buffer({kSide, kSide}, "CharEdit");
     const Bitmap glyph = MakeBitmap(kTileSize, kTileSize);
     if (!to || !glyph) return;
-    clear_bitmap(to);
     vWorld->GetFont()->DrawGlyph(glyph.get(), vBrush.chr, kSpriteMark, kSpriteMark, 0, 0);
     stretch_blit(glyph.get(), to, 0, 0, kTileSize, kTileSize, 0, 0, kSide, kSide);
     TickEmptyPixels(to);

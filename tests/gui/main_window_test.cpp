@@ -55,6 +55,10 @@ TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return Board().posz == 3; }));
     window->activateWindow();
     EXPECT_TRUE(QTest::qWaitFor(isBack));
+    int panels = 0;
+    for (auto* any : QApplication::allWidgets())
+        panels += any->objectName() == QLatin1String("panel");
+    EXPECT_EQ(panels, 1) << "the replaced ones are gone";
 }
 
 TEST_F(MainWindow, FilesAreChosenInDialogs) {
