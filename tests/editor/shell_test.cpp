@@ -18,6 +18,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <random>
 #include <regex>
 
 using namespace platform;
@@ -249,6 +250,34 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
         script.Run();
         EXPECT_EQ(Frame().panel->Picture(kBrushPreview) != nullptr, toPaint);
     }
+
+    // Keys choose a row, which comes into sight, no further than it must, and open a menu below it.
+    for (int i = 0; i < 200; ++i) Add(vWorld->Root(), "more", 1);
+    const int last = vWorld->TreeRowCount() - 1, page = (List().size.h - 3) / 10 - 1;
+    std::mt19937 dice(1);
+    List().Key(kKeyHome);
+    for (int step = 0, row = 0, y = 13; step < 300; ++step) {
+        const std::pair<int, int> moves[] = {
+            {kKeyUp, row - 1},          {kKeyDown, row + 1}, {kKeyPageUp, row - page},
+            {kKeyPageDown, row + page}, {kKeyHome, 0},       {kKeyEnd, last}};
+        const auto& [code, to] = moves[dice() % 6];
+        const int before = dice() % 5 ? std::exchange(row, std::clamp(to, 0, last)) : row;
+        if (dice() % 4 == 0) List().Send(&Events::OnMouseWheel, 120), y -= 50;
+        if (before != row) List().Key(code);
+        y = row ? std::clamp(y + 10 * (row - before), 3, 3 + 10 * page) : 13;
+        script.ExpectMenu(0);
+        List().Key(kKeyApps);
+        ASSERT_EQ(vWorld->SelectedTreeRow(), row);
+        ASSERT_EQ(script.lastMenuAt.y - 1000, y + 7);
+    }
+    script.answersAll = true;
+    for (const auto& [code, asked] :
+         {std::pair<int, const char*>(kKeyEnter, "dialog Prog"), {kKeyDelete, "message Delete"}}) {
+        List().Key(code);
+        EXPECT_TRUE(Outcome().starts_with(asked));
+    }
+    List().Key(kKeyEnter | kWithCtrl);
+    EXPECT_EQ(vPanelMode, kPanelProperties);
 }
 
 TEST_F(Shell, StartsOnANewGameOrTheOneOfTheCommandLine) {
