@@ -321,6 +321,7 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
         const Result merge = Run("merge a.zqlt b.zqlt c.zqlt -o d.zqlt");
         EXPECT_EQ(merge.status, 1);
         EXPECT_EQ(merge.out, "conflict: " + std::string(row.conflict) + "\n");
+        EXPECT_EQ(Run("merge a.zqlt c.zqlt b.zqlt -o e.zqlt").out.substr(0, 10), "conflict: ");
         // Favoring theirs is the same from the other side.
         EXPECT_EQ(Run("merge a.zqlt c.zqlt b.zqlt -o e.zqlt --theirs").status, 1);
         for (const char* joined : {"d.zqlt", "e.zqlt"})
