@@ -8,16 +8,12 @@
 #include "editor/view/tool_menus.h"
 #include "engine/random.h"
 #include "tests/editor/plain_brush.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <list>
 
-using platform::Menu;
-using platform::MenuItem;
-using platform::Point;
+using namespace platform;
 
 namespace {
 

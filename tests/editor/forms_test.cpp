@@ -21,7 +21,6 @@
 #include "editor/view/tile_clip.h"
 #include "engine/random.h"
 #include "tests/support/scripted_platform.h"
-#include "tests/support/test_world.h"
 
 #include <zlib.h>
 

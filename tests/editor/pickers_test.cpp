@@ -6,10 +6,7 @@
 #include "editor/tools/do_font_edit.h"
 #include "editor/view/brush.h"
 #include "engine/picture_file.h"
-#include "platform/keys.h"
 #include "tests/support/scripted_platform.h"
-#include "tests/support/temp_folder.h"
-#include "tests/support/test_world.h"
 
 #include <cmath>
 

@@ -10,22 +10,14 @@
 #include "editor/shell/recent_files.h"
 #include "editor/view/object_clip.h"
 #include "editor/view/view_state.h"
-#include "platform/keys.h"
 #include "tests/support/plain_zip.h"
 #include "tests/support/scripted_platform.h"
-#include "tests/support/temp_folder.h"
 
-#include <gmock/gmock.h>
-
-#include <filesystem>
-#include <random>
 #include <regex>
 
 using namespace platform;
 using Events = WindowEvents;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
+using namespace testing;
 
 namespace {
 
@@ -128,7 +120,6 @@ TEST_F(Shell, EntriesOfTheBarDoSomething) {
     script.ExpectDialog("About QUILT!", [this](ScriptedForm& form) {
         EXPECT_THAT(form.GetText(kAboutKeys), HasSubstr("<hr>"));
         form.Click(kAboutManual);
-        EXPECT_THAT(script.document, EndsWith("/manual/manual.html"));
         form.Click(kAboutSample);
     });
     Frame().Choose(kCmdAbout);

@@ -5,10 +5,7 @@
 #include "editor/tools/tile_clip_files.h"
 #include "editor/view/object_clip.h"
 #include "tests/support/plain_zip.h"
-#include "tests/support/random_world.h"
 #include "tests/support/scripted_platform.h"
-#include "tests/support/temp_folder.h"
-#include "tests/support/test_world.h"
 
 using namespace platform;
 

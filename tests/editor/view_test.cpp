@@ -2,10 +2,8 @@
 
 #include "editor/commands.h"
 #include "editor/view/quilt_view.h"
-#include "platform/keys.h"
 #include "tests/editor/plain_brush.h"
 #include "tests/support/scripted_platform.h"
-#include "tests/support/test_world.h"
 
 #include <sstream>
 

@@ -5,11 +5,8 @@
 #include "engine/report.h"
 
 #include "tests/support/plain_zip.h"
-#include "tests/support/random_world.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
-#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -352,29 +349,18 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
 
 // The checksums see to it that a damaged archive never passes for another world.
 TEST_F(GameFiles, WhatIsCutIsRefusedAndWhatIsAlteredReadsAsItWasOrNot) {
-    for (int method : {0, 8}) {
-        std::vector<PlainEntry> entries = GameEntries(kHead + kBoard);
-        for (PlainEntry& entry : entries) entry.method = method;
-        const std::string zip = MakeZip(entries), whole = ReadAccount(zip), none = "world\n";
-        int taken = 0;
-        for (std::size_t at = 0; at < zip.size(); ++at) {
-            ASSERT_EQ(ReadAccount(std::string_view(zip).substr(0, at)), "") << at;
-            for (int change : {0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0xff}) {
-                std::string changed = zip;
-                changed[at] = static_cast<char>(changed[at] ^ change);
-                const std::string read = ReadAccount(changed);
-                taken += read == whole;
-                // An entry whose name has changed may be missing.
-                ASSERT_TRUE(read == whole || read.empty() || read == none) << at << " ^ " << change;
-            }
+    const std::string zip = MakeZip(GameEntries(kHead + kBoard)), whole = ReadAccount(zip);
+    for (std::size_t at = 0; at < zip.size(); ++at) {
+        ASSERT_EQ(ReadAccount(std::string_view(zip).substr(0, at)), "") << at;
+        for (int bit = 0; bit < 8; ++bit) {
+            std::string changed = zip;
+            changed[at] = static_cast<char>(changed[at] ^ 1 << bit);
+            const std::string read = ReadAccount(changed);
+            // An entry whose name has changed may be missing.
+            ASSERT_TRUE(read == whole || read.empty() || read == "world\n") << at << ", " << bit;
         }
-        EXPECT_GT(taken, 100) << "dates and attributes do not matter";
-        // A file ends otherwise than memory does.
-        for (std::size_t left = 1; left < 100; ++left)
-            ASSERT_FALSE(
-                world->Load(PutFile(folder / "cut.zqlt", zip.substr(0, zip.size() - left))));
-        reports.Clear();  // "~pb Expected" may come before the damage is seen
     }
+    reports.Clear();  // "~pb Expected" may come before the damage is seen
 }
 
 TEST_F(GameFiles, WhatCouldNotBeReadIsNotSaved) {

@@ -1,11 +1,8 @@
 // The games that are kept: what was altered, replaced or lost in a crash.
 
 #include "engine/kept_games.h"
-#include "tests/support/random_world.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
-#include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

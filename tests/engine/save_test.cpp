@@ -1,11 +1,8 @@
 // Saving cannot lose a game: every operation on files refused in turn, the program killed, and
 // what stays beside, around and behind the file.
 
-#include "tests/support/random_world.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,8 +11,7 @@
 #include <csignal>
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
+using namespace testing;
 
 struct Saving : WorldTest {
     Saving() {

@@ -1,6 +1,5 @@
 // The world through its handles: what a random walk cannot reach.
 
-#include "tests/support/random_world.h"
 #include "tests/support/test_world.h"
 
 #include <climits>

@@ -1,12 +1,14 @@
 // The program with its main window off screen, and hands for it.
 #pragma once
 
+#include "editor/shell/panel_ids.h"
 #include "editor/shell/quilt_app.h"
+#include "editor/view/brush.h"
 #include "platform/qt/qt_frame.h"
 #include "tests/gui/person.h"
 #include "tests/support/temp_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>

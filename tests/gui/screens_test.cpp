@@ -6,7 +6,6 @@
 #include "docs/screens/album.h"
 #include "editor/shell/do_about.h"
 #include "editor/tools/do_brush_settings.h"
-#include "editor/view/brush.h"
 #include "platform/qt/code_widget.h"
 #include "platform/qt/picture_widget.h"
 #include "platform/qt/qt_form.h"

@@ -198,12 +198,6 @@ void MakeFiles(const TempFolder& folder, unsigned seed) {
 
 Robot* vRobot = nullptr;
 
-// What Qt complains of is a fault of the program, but for what an off-screen window cannot do.
-void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    const bool isOffscreen = text.startsWith(QLatin1String("This plugin does not support"));
-    vRobot->Expect(type == QtDebugMsg || type == QtInfoMsg || isOffscreen, text);
-}
-
 }  // namespace
 
 // quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE]
@@ -242,7 +236,10 @@ int main(int argc, char** argv) {
         QApplication::setDoubleClickInterval(0);
         Robot robot(run, seed, number("--steps"), number("--seconds"));
         vRobot = &robot;
-        qInstallMessageHandler(OnQtMessage);
+        // What Qt complains of is a fault, but for what an off-screen window cannot do.
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            vRobot->Expect(text.startsWith(QLatin1String("This plugin does not support")), text);
+        });
         robot.Live(qt);
         qInstallMessageHandler(nullptr);
         alarm(0);

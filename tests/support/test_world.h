@@ -1,16 +1,14 @@
 // A world of its own for a test, and a look at what it reports.
 #pragma once
 
-#include "engine/dinterface.h"
 #include "engine/file_layer.h"
+#include "tests/support/random_world.h"
+#include "tests/support/temp_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <functional>
 #include <memory>
-#include <random>
-#include <string>
-#include <vector>
 
 /// Collects the messages of its lifetime, in which trace lines are made and dropped. One at a time.
 class Reports {

@@ -3,18 +3,14 @@
 
 #include "engine/game_archive.h"
 #include "tests/support/plain_zip.h"
-#include "tests/support/random_world.h"
 #include "tests/tool/shell.h"
 #include "tool/compare/diff.h"
 #include "tool/compare/merge.h"
 #include "tool/compare/salvage.h"
 
-#include <gmock/gmock.h>
 #include <QImage>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <functional>
 #include <sstream>
 
 using namespace std::string_view_literals;
@@ -332,8 +328,10 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
                 HasSubstr("d\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\ne\n"));
     EXPECT_LT(ReadZip(FileBytes(folder / "d.zqlt"))[2].age, 60);
     EXPECT_EQ(Run("diff a.zqlt a.zqlt").out, "");
-    const char* const all = "Hall x 4 Hall script 2 Hall 0 A Hall name Vault";
-    PutFile(folder / "b.zqlt", Read(bytes, [&](Game& game) { Do(game, all); }).Bytes());
+    const auto all = [](Game& game) {
+        Do(game, "Hall x 4 Hall script 2 Hall 0 A Hall name Vault");
+    };
+    PutFile(folder / "b.zqlt", Read(bytes, all).Bytes());
     EXPECT_EQ(Run("diff --stat a.zqlt b.zqlt").out,
               "Vault | renamed from Hall, x 0 -> 4, 1 tile, script +1 -1\n");
 }

@@ -1,7 +1,6 @@
 // quilt-tool, called by a shell as people call it.
 #pragma once
 
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_world.h"
 
 #include <sys/wait.h>

@@ -4,17 +4,14 @@
 #include "engine/game_archive.h"
 
 #include "tests/support/plain_zip.h"
-#include "tests/support/random_world.h"
 #include "tests/tool/shell.h"
 
-#include <gmock/gmock.h>
 #include <QImage>
 #include <nlohmann/json.hpp>
 
 #include <regex>
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using namespace testing;
 
 namespace {
 
