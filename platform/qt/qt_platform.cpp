@@ -62,8 +62,8 @@ QAccessibleInterface* TellOfPicture(const QString&, QObject* object) {
 }
 
 // The icon that was installed with the program, without which the desktop shows its own. Two sizes
-// do for a window, and their files are read by name: the search of an icon theme goes through all
-// that is installed, which took a fifth of the time to start.
+// do for a window, and their files are read by name: to search the icon theme, all that is
+// installed in it, would take a fifth of the start.
 QIcon InstalledIcon() {
     QIcon icon;
     for (const char* size : {"32x32", "64x64"})
