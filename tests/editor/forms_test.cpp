@@ -27,8 +27,6 @@
 
 #include <zlib.h>
 
-#include <sstream>
-
 using namespace platform;
 
 namespace {

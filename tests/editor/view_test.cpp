@@ -5,8 +5,6 @@
 #include "tests/editor/plain_brush.h"
 #include "tests/support/scripted_platform.h"
 
-#include <sstream>
-
 using namespace platform;
 using Events = WindowEvents;
 

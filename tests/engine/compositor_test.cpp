@@ -3,8 +3,6 @@
 #include "engine/compositor.h"
 #include "tests/support/test_world.h"
 
-#include <climits>
-
 namespace {
 
 constexpr int kTargetW = 12;

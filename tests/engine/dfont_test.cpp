@@ -3,8 +3,6 @@
 #include "engine/picture_file.h"
 #include "tests/support/test_world.h"
 
-#include <climits>
-
 using namespace std::literals;
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include "tests/support/test_world.h"
 
-#include <climits>
-
 using World = WorldTest;
 
 TEST_F(World, FullTablesAreReported) {

@@ -137,12 +137,10 @@ void Walk::Step() {
     const Handle h = Open(node), under = Open(other);
     const int small = Roll(-2, 6), w = node.is[kWidth], height = node.is[kHeight];
     const bool room = Tree(root).size() < 14;
-    struct Mode {
-        int w, h, parking;
-    };
-    constexpr Mode kModes[] = {{40, 30, 240}, {80, 60, 480}, {100, 75, 592}, {128, 96, 768}};
+    constexpr int kModes[][3] = {{40, 30, 240}, {80, 60, 480}, {100, 75, 592}, {128, 96, 768}};
     world->videoMode = Roll(-1, 4);
-    const Mode& mode = kModes[world->videoMode < 0 || world->videoMode > 3 ? 1 : world->videoMode];
+    const int known = world->videoMode < 0 || world->videoMode > 3 ? 1 : world->videoMode;
+    const auto& [modeW, modeH, parking] = kModes[known];
     switch (Roll(0, 18)) {
         case 0:
             if (room) {
@@ -154,16 +152,16 @@ void Walk::Step() {
             break;
         case 1: {
             EXPECT_EQ(world->NewBoard(), lastId + 1);
-            Plain& made = Make(root, "NewBoard", mode.w, mode.h, 0, true);
-            for (int i = 0; i < mode.w * mode.h; ++i) {
-                const int x = i % mode.w, y = i / mode.w;
-                const bool edge = x == 0 || y == 0 || x == mode.w - 1 || y == mode.h - 1;
+            Plain& made = Make(root, "NewBoard", modeW, modeH, 0, true);
+            for (int i = 0; i < modeW * modeH; ++i) {
+                const int x = i % modeW, y = i / modeW;
+                const bool edge = x == 0 || y == 0 || x == modeW - 1 || y == modeH - 1;
                 made.tiles[static_cast<std::size_t>(i)] =
                     edge ? Dtile{176, 16, 32, 1} : Dtile{0, 255, 255, 0};
             }
             object = board = made.id;
             const VideoMode& real = GetVideoMode(world->videoMode);
-            EXPECT_EQ(std::pair(real.screenW, real.screenH), std::pair(mode.w * 8, mode.h * 8));
+            EXPECT_EQ(std::pair(real.screenW, real.screenH), std::pair(modeW * 8, modeH * 8));
             const Handle fresh = Open(made);
             EXPECT_EQ(world->Node(fresh)->tiles, made.tiles);
             world->SetProperty(fresh, kWidth, 5);
@@ -270,7 +268,7 @@ void Walk::Step() {
             board = shown->id;
             for (Plain& each : root.children) {
                 if (each.id == board) each.is[kPosX] = 0;
-                each.is[kPosY] = each.id == board ? 0 : mode.parking;
+                each.is[kPosY] = each.id == board ? 0 : parking;
             }
             break;
         }

@@ -4,7 +4,6 @@
 #include "tests/support/test_world.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace {
 

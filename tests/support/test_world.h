@@ -7,8 +7,10 @@
 
 #include <gmock/gmock.h>
 
+#include <climits>
 #include <functional>
 #include <memory>
+#include <sstream>
 
 /// Collects the messages of its lifetime, in which trace lines are made and dropped. One at a time.
 class Reports {

@@ -11,8 +11,6 @@
 #include <QImage>
 #include <nlohmann/json.hpp>
 
-#include <sstream>
-
 using namespace std::string_view_literals;
 using nlohmann::json;
 using testing::HasSubstr;
