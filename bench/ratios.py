@@ -59,7 +59,7 @@ PROGRAMS = {
         ("one tile selected by a flood / clearing the mask",
          "SelectOneByFlood", "ClearMaskAlone", 1.1),
     ] + [
-        (f"{name}: a cell of 1,000 by 1,000 / of 500 by 500", f"{name}/1000", f"{name}/500", 1.25)
+        (f"{name}: a cell of 1,000 by 1,000 / of 500 by 500", f"{name}/1000", f"{name}/500", 1.5)
         for name in ("FloodPlain", "Fill", "Paste", "Blend", "Normal", "ScatteredNormal",
                      "Distance", "Slime")
     ],
