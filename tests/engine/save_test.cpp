@@ -75,6 +75,7 @@ TEST_F(Saving, EveryRefusedOperationLeavesAWholeFile) {
     EXPECT_TRUE(world->Save(path) && reports.messages.empty());
     EXPECT_TRUE(world->Load(path));
     EXPECT_EQ(FileLayer().Sync(-1), EBADF) << "the disk is asked";
+    EXPECT_LT(FileLayer().FreeMemory(), std::int64_t{1} << 50) << "the system is asked";
 }
 
 TEST_F(Saving, WhatReadsBackOtherwiseIsNotTrusted) {

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const TempFolder settings;

@@ -66,11 +66,13 @@ TEST_F(Picture, HearsKeysAndCharacters) {
     Compose(widget, QStringLiteral("\u00fc\u4e2d\u2588"));
     EXPECT_EQ(Heard(chars), "64 97 69 13 8 9 130 1 129 219 ");
 
-    // Shift let go in another window is let go.
-    QTest::keyPress(&widget, Qt::Key_Shift);
-    Heard(keys);
+    // Shift let go in another window is let go, once.
     widget.clearFocus();
-    EXPECT_EQ(Heard(keys), "-16 ");
+    widget.setFocus();
+    EXPECT_EQ(Heard(keys).find("-16"), std::string::npos);
+    QTest::keyPress(&widget, Qt::Key_Shift);
+    widget.clearFocus();
+    EXPECT_EQ(Heard(keys), "16 -16 ");
 }
 
 TEST_F(Picture, HearsTheMouseOutsideWhileItHasCapturedIt) {

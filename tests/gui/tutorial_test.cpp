@@ -8,7 +8,6 @@
 #include "tests/gui/main_window.h"
 
 #include <QSlider>
-#include <cstdlib>
 #include <regex>
 
 namespace {

@@ -8,7 +8,6 @@ std::size_t Boxes::Leader(std::size_t group) {
 }
 
 void Boxes::Join(std::size_t one, std::size_t other) {
-    one = Leader(one);
     other = Leader(other);
     leaders[other] = one;
     Area& area = areas[one];
@@ -33,7 +32,7 @@ void Boxes::Add(int x, int y) {
     }
     Run& run = row.back();
     run.end = x + 1;
-    Area& area = areas[Leader(run.group)];
+    Area& area = areas[run.group];  // it leads its group until the next run
     area = {std::min(area.x, x), area.y, std::max(area.right, x), std::max(area.bottom, y)};
     while (next < above.size() && above[next].end < x) ++next;
     for (std::size_t i = next; i < above.size() && above[i].x <= x + 1; ++i)
