@@ -117,7 +117,7 @@ TEST_F(Shell, EntriesOfTheBarDoSomething) {
         EXPECT_NE(ticked(command), was);
     }
     EXPECT_TRUE(Frame().closed && !Frame().statusBar);
-    script.ExpectDialog("About QUILT!", [this](ScriptedForm& form) {
+    script.ExpectDialog("About QUILT!", [](ScriptedForm& form) {
         EXPECT_THAT(form.GetText(kAboutKeys), HasSubstr("<hr>"));
         form.Click(kAboutManual);
         form.Click(kAboutSample);
