@@ -76,6 +76,7 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
         for (auto* text : texts.mid(1)) shown += text->isEnabled() ? text->text() : QString();
         EXPECT_EQ(shown, lit);
     }
+    EXPECT_EQ((vPlatform->WriteProfileInt("a", "b", 7), vPlatform->GetProfileInt("a", "b", 0)), 7);
     person.AnswerBox("short");
     vPlatform->MessageBox("short", std::string(40, 'W'), platform::Buttons::Ok, {});
     person.AnswerFileDialog(temp / "game");
