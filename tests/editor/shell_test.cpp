@@ -258,8 +258,10 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
         y = row ? std::clamp(y + 10 * (row - before), 3, 3 + 10 * page) : 13;
         script.ExpectMenu(0);
         List().Key(kKeyApps);
-        ASSERT_EQ(vWorld->SelectedTreeRow(), row);
-        ASSERT_EQ(script.lastMenuAt.y - 1000, y + 7);
+        ASSERT_EQ(std::pair(vWorld->SelectedTreeRow(), script.lastMenuAt.y - 1000),
+                  std::pair(row, y + 7));
+        List().Paint();
+        ASSERT_EQ(List().PixelAt(60, y + 7), 0) << "the band of what is selected";
     }
     script.answersAll = true;
     for (const auto& [code, asked] :
