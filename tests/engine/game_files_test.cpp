@@ -360,6 +360,9 @@ TEST_F(GameFiles, WhatIsCutIsRefusedAndWhatIsAlteredReadsAsItWasOrNot) {
             ASSERT_TRUE(read == whole || read.empty() || read == "world\n") << at << ", " << bit;
         }
     }
+    // A file ends otherwise than memory does.
+    for (std::size_t left = 1; left < 100; ++left)
+        ASSERT_FALSE(world->Load(PutFile(folder / "cut.zqlt", zip.substr(0, zip.size() - left))));
     reports.Clear();  // "~pb Expected" may come before the damage is seen
 }
 

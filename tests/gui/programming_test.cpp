@@ -98,6 +98,7 @@ TEST_F(Programming, ScriptsComeOutAsTheyAreTyped) {
     Reopen("Library/samples/lamplight.zqlt");
     for (const auto& board : vWorld->Root().children)
         for (const auto& child : board->children) scripts.push_back(child->script);
+    EXPECT_GT(scripts.size(), 10u);
     for (const std::string& script : scripts) EXPECT_EQ(Run("", [&] { Do(script); }), script);
 }
 

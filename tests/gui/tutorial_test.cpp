@@ -139,6 +139,7 @@ TEST_F(Tutorial, KeepsItsPromises) {
               "inn 13 14 30 18");
     EXPECT_EQ(inn.script, script);
     EXPECT_EQ(*inn.GetTile(1, 12), (Dtile{219, 124, 75, 0})) << "the wall";
+    EXPECT_EQ(*inn.GetTile(6, 13), (Dtile{219, 120, 75, 0}));
     for (const int y : {11, 12, 13}) EXPECT_EQ(inn.GetTile(6, y)->fg, 120) << "the door";
     for (const int i : {0, 3, 6}) EXPECT_EQ(inn.GetTile(6 + i, i)->fg, 120) << "the roof";
     for (const int i : {0, 1, 2}) EXPECT_EQ(inn.GetTile(5 + i, 9)->chr, "INN"[i]);

@@ -242,6 +242,7 @@ int main(int argc, char** argv) {
         });
         robot.Live(qt);
         qInstallMessageHandler(nullptr);
+        alarm(0);
     }
     std::printf("%ld steps without a finding\n", run.step);
 }

@@ -326,10 +326,8 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
                 HasSubstr("d\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\ne\n"));
     EXPECT_LT(ReadZip(FileBytes(folder / "d.zqlt"))[2].age, 60);
     EXPECT_EQ(Run("diff a.zqlt a.zqlt").out, "");
-    const auto all = [](Game& game) {
-        Do(game, "Hall x 4 Hall script 2 Hall 0 A Hall name Vault");
-    };
-    PutFile(folder / "b.zqlt", Read(bytes, all).Bytes());
+    const char* const all = "Hall x 4 Hall script 2 Hall 0 A Hall name Vault";
+    PutFile(folder / "b.zqlt", Read(bytes, [&](Game& game) { Do(game, all); }).Bytes());
     EXPECT_EQ(Run("diff --stat a.zqlt b.zqlt").out,
               "Vault | renamed from Hall, x 0 -> 4, 1 tile, script +1 -1\n");
 }
