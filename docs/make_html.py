@@ -2,8 +2,10 @@
 """make_html.py FOLDER DOCUMENT...: the documents as pages for a browser, with their pictures.
 
 cmark-gfm turns each into HTML; headings get the names by which links call them, and links to the
-other documents lead to their pages. Links to what is no page become plain text.
+other documents lead to their pages. Links to what is no page become plain text. A link, in any
+document of their folders, that leads to no file or no heading of one ends it with an error.
 """
+import glob
 import os
 import re
 import shutil
@@ -43,6 +45,20 @@ def heading_id(text):
     return re.sub(r"[^a-z0-9 -]", "", text.lower()).replace(" ", "-")
 
 
+def headings(document):
+    with open(document, encoding="utf-8") as text:
+        return {heading_id(line.lstrip("#").strip()) for line in text if line.startswith("#")}
+
+
+def dead_links(document):
+    with open(document, encoding="utf-8") as text:
+        links = re.findall(r"\]\((?!http)([^)#]*)#?([^)]*)\)", text.read())
+    for target, heading in links:
+        path = os.path.join(os.path.dirname(document), target) if target else document
+        if not os.path.exists(path) or (heading and heading not in headings(path)):
+            yield f"{document}: {target}#{heading} leads nowhere"
+
+
 def convert(document, pages):
     body = subprocess.run(["cmark-gfm", "-e", "table", document], check=True, text=True,
                           capture_output=True).stdout
@@ -67,6 +83,11 @@ def main(folder, documents):
     for name, document in pages.items():
         with open(document, encoding="utf-8") as text:
             titles[name] = text.readline().strip("# \n")
+    folders = {os.path.dirname(document) for document in documents}
+    dead = [fault for place in folders for document in glob.glob(os.path.join(place, "*.md"))
+            for fault in dead_links(document)]
+    if dead:
+        sys.exit("\n".join(dead))
     nav = " \n".join(f'<a href="{name}">{title}</a>' for name, title in titles.items())
     os.makedirs(folder, exist_ok=True)
     for name, document in pages.items():

@@ -1,11 +1,14 @@
 // quilt-screens: takes the pictures of the manual. It runs the real program off screen with the
-// sample game open, and saves what stands there. To be started in the program's folder.
+// sample game open, and saves what stands there. To be started in the program's folder. With
+// --changed it compares two folders of pictures.
 
 #include "docs/screens/album.h"
 
 #include "platform/qt/qt_platform.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QImage>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -51,12 +54,29 @@ void UseDarkColors() {
     QApplication::setPalette(dark);
 }
 
+// Prints the names of the pictures in a folder whose pixels are others in the second one. Only the
+// Qt that they were made with draws the same.
+int PrintChanged(const QString& kept, const QString& made) {
+    if (QLatin1String(qVersion()) != QLatin1String("6.4.2")) return 0;
+    for (const QString& name : QDir(kept).entryList({QStringLiteral("*.png")})) {
+        const auto pixels = [&](const QString& folder) {
+            return QImage(folder + QLatin1Char('/') + name).convertToFormat(QImage::Format_RGB32);
+        };
+        if (pixels(kept) != pixels(made)) std::printf("%s\n", qUtf8Printable(name));
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 4 && std::string_view(argv[1]) == "--changed")
+        return PrintChanged(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
     Options options;
     if (!Parse(argc, argv, options)) {
-        std::fprintf(stderr, "usage: %s FOLDER [--dark] [--size WIDTHxHEIGHT]\n", argv[0]);
+        std::fprintf(stderr,
+                     "usage: %s FOLDER [--dark] [--size WIDTHxHEIGHT] | --changed FOLDER FOLDER\n",
+                     argv[0]);
         return 2;
     }
     setenv("QT_QPA_PLATFORM", "offscreen", 1);

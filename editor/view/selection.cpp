@@ -63,20 +63,26 @@ private:
 
     bool IsLike(std::size_t i) const { return AllFields(tiles[i]) == like; }
 
-    // How many of at most `count` tiles from i on are like the seed, looked at by eights.
-    int CountLike(std::size_t i, int count) const {
+    // How many of at most `count` tiles from i on are like the seed, or are not, by eights.
+    template <bool kWanted>
+    int Count(std::size_t i, int count) const {
         constexpr int kBlock = 8;
         int n = 0;
         const auto step = [&](int end) {
-            while (n < end && IsLike(i + static_cast<std::size_t>(n))) ++n;
+            while (n < end && IsLike(i + static_cast<std::size_t>(n)) == kWanted) ++n;
             return n == end;
         };
         if (!step(std::min(kBlock, count))) return n;
         for (; n + kBlock <= count; n += kBlock) {
-            std::uint64_t differ = 0;
-            for (int k = n; k < n + kBlock; ++k)
-                differ |= AllFields(tiles[i + static_cast<std::size_t>(k)]) ^ like;
-            if (differ != 0) break;
+            // One bit of all differences; and the sign, which any number but 0 has or its negative.
+            std::uint64_t some = 0, all = ~std::uint64_t{0};
+            for (int k = n; k < n + kBlock; ++k) {
+                const std::uint64_t differ =
+                    AllFields(tiles[i + static_cast<std::size_t>(k)]) ^ like;
+                some |= differ;
+                all &= differ | (0 - differ);
+            }
+            if (kWanted ? some != 0 : all >> 63 == 0) break;
         }
         step(count);
         return n;
@@ -85,7 +91,7 @@ private:
     void Take(Run run) {
         const std::size_t row = IndexOf(0, run.y);
         while (run.first > 0 && IsLike(row + static_cast<std::size_t>(run.first - 1))) --run.first;
-        run.last += CountLike(row + static_cast<std::size_t>(run.last + 1), width - 1 - run.last);
+        run.last += Count<true>(row + static_cast<std::size_t>(run.last + 1), width - 1 - run.last);
         std::fill(&area.At(run.first, run.y), &area.At(run.last, run.y) + 1, kSelected);
         if (vTraceOn)
             for (int x = run.first; x <= run.last; ++x) Trace("%i,%i\n", x, run.y);
@@ -100,9 +106,10 @@ private:
     void AddRuns(const Run& beside, int y) {
         const std::size_t row = IndexOf(0, y);
         for (int x = beside.first; x <= beside.last; ++x) {
+            x += Count<false>(row + static_cast<std::size_t>(x), beside.last + 1 - x);
+            if (x > beside.last) return;
             const std::size_t i = row + static_cast<std::size_t>(x);
-            if (!IsLike(i)) continue;
-            const int count = CountLike(i, beside.last + 1 - x);
+            const int count = Count<true>(i, beside.last + 1 - x);
             if (mask[i] == kNotSelected) waiting.push_back({x, x + count - 1, y});
             x += count;
         }

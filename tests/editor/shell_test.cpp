@@ -214,6 +214,8 @@ TEST_F(Shell, EntriesOfTheListDoSomething) {
 TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     Plant();
     const Dobject& cellar = *vWorld->Root().children.back();
+    List().Send(&Events::OnLButtonDown, false, At(kLamp));
+    EXPECT_TRUE(List().captured) << "the mouse may leave the list";
     List().Drag(At(kLamp), At(kCellar));
     EXPECT_TRUE(vWorld->currentBoard == cellar.id && !List().captured) << "a drag through the rows";
     List().Send(&Events::OnMouseMove, false, At(kAttic));
@@ -234,6 +236,7 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     attic->vieww = 2;
     for (const bool toPaint : {false, true}) {
         List().Send(&Events::OnLButtonDblClk, true, At(kAttic));
+        EXPECT_TRUE(std::exchange(Frame().Edit().invalidated, 0));
         EXPECT_EQ(vPanelMode, toPaint ? kPanelPaint : kPanelProperties);
         EXPECT_EQ(attic->vieww, toPaint ? 6 : 2);
         script.Run();

@@ -346,6 +346,9 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         window.size = {600 + Roll(0, 49), 600};
         window.Paint();
         plain.OnDraw(window);
+        const Point cell = plain.Local();
+        ASSERT_NE(window.description.find(std::to_string(cell.x) + " x " + std::to_string(cell.y)),
+                  std::string::npos);
         // Each pixel of the bitmap takes as much of the window as any other, and none is left.
         ASSERT_EQ(window.shown.w * plain.zoom, window.w);
         ASSERT_EQ(window.w, world->Root().width * 8);

@@ -7,7 +7,8 @@
 #include "engine/report.h"
 #include "tests/support/plain_zip.h"
 #include "tests/support/random_world.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/sum.h"
+#include "tests/support/test_world.h"
 #include "tool/compare/salvage.h"
 
 #include <cstdio>
@@ -22,6 +23,8 @@ void Require(bool holds, const char* what) {
     std::fprintf(stderr, "does not hold: %s\n", what);
     std::abort();
 }
+
+void Tell(std::string_view text) { vTold += SumOf(text); }
 
 constexpr int kTargetW = 20;
 constexpr int kTargetH = 15;
@@ -40,6 +43,8 @@ bool Read(std::string_view bytes, Game& game) {
     const bool read = ReadGame(
         *ZipReader::InMemory(bytes), "world.zqlt", [] { return vWorld->TakeId(); }, game, fault,
         &remarks);
+    Tell(fault.text);
+    for (const auto& remark : remarks.remarks) Tell(std::to_string(remark.line) + remark.text);
     Require(read || !fault.text.empty(), "an archive that is refused has a reason");
     return read;
 }
@@ -59,7 +64,9 @@ void Repeat(Game& game, bool whole) {
     Game again;
     GameFault fault;
     Require(Read(composed, again), "what was saved can be read");
-    Require(Account(again.root) == Account(game.root, Kept::InFile), "it reads as it was");
+    const std::string account = Account(game.root, Kept::InFile);
+    Tell(account);
+    Require(Account(again.root) == account, "it reads as it was");
     if (SurfaceBytes(game.root) > kLargestDrawn) return;
     Require(vWorld->TakeGame(again, fault), "a small world finds its place");
     const Bitmap target = MakeBitmap(kTargetW * kTileSize, kTargetH * kTileSize);
@@ -68,6 +75,7 @@ void Repeat(Game& game, bool whole) {
     vWorld->DrawTreeList(0, 0, target.get());
     vWorld->SelectTreeRow(0);
     vWorld->DrawWorld(target.get(), 3, -2);
+    Tell(Pixels(target.get()));
 }
 
 void FuzzArchive(std::string_view bytes) {
@@ -79,6 +87,7 @@ void FuzzArchive(std::string_view bytes) {
 void FuzzRepair(std::string_view bytes) {
     Salvage salvage;
     SalvageGame(bytes, salvage);
+    for (const std::string& what : salvage.missing) Tell(what);
     if (!salvage.empty) Repeat(salvage.game, false);
 }
 
@@ -100,6 +109,7 @@ void FuzzClip(std::string_view bytes, const std::string& extension) {
         return Require(vTileClip == old && vTileClipW == 1, "what is refused changes nothing");
     if (vTileClip.size() > kLargestDrawn / 64) return;
     const std::vector<Dtile> read = vTileClip;
+    Tell({reinterpret_cast<const char*>(read.data()), read.size() * sizeof read[0]});
     const ClipKind kind = ClipKindOf(read.front());
     const std::string saved = FileOf({}, SaveFormat(kind).extension);
     Require(SaveTileClip(saved), "what was read can be saved");
@@ -112,17 +122,19 @@ void FuzzClip(std::string_view bytes, const std::string& extension) {
 // An object file "fuzz.zobj": imported, exported and imported again.
 void FuzzZobj(std::string_view bytes) {
     const std::string path = FileOf(bytes, "zobj");
-    Dobject node;
+    Dobject holder;
+    Dobject& node = *holder.Spawn(vWorld->TakeId(), 0);
     node.Create("old", 1, 1);
     const HandleGuard handle(vWorld->AddHandle(&node));
     if (!vWorld->Import(handle, path))
         return Require(node.name == "old" && node.width == 1 && node.children.empty(),
                        "a file that is refused leaves the node as it was");
     if (SurfaceBytes(node) > kLargestWritten) return;
-    const std::string read = Account(node, Kept::InFile);
+    const std::string read = Account(holder, Kept::InFile);
+    Tell(read);
     Require(vWorld->Export(handle, path), "what was read can be saved");
     Require(vWorld->Import(handle, path), "what was saved can be read");
-    Require(Account(node) == read && !node.parent, "it reads as it was");
+    Require(Account(holder) == read && node.parent == &holder, "it reads as it was");
 }
 
 }  // namespace

@@ -8,6 +8,9 @@
 /// Starts Allegro and makes a world, once; to be called in the folder that holds Library/.
 void StartTargets();
 
+/// A sum of all that the targets have read, drawn and said so far, in any order.
+inline unsigned long vTold = 0;
+
 struct Target {
     const char* name;  ///< also that of its folder in corpus/, where it has a seed at least
     void (*run)(std::string_view bytes);
