@@ -24,7 +24,6 @@
 #include "editor/view/tile_clip.h"
 #include "engine/random.h"
 #include "tests/support/scripted_platform.h"
-#include "tests/support/sum.h"
 
 using namespace platform;
 

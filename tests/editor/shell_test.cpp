@@ -235,8 +235,9 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     List().Send(&Events::OnLButtonDblClk, false, At(kAttic));
     attic->vieww = 2;
     for (const bool toPaint : {false, true}) {
+        Frame().Edit().invalidated = 0;
         List().Send(&Events::OnLButtonDblClk, true, At(kAttic));
-        EXPECT_TRUE(std::exchange(Frame().Edit().invalidated, 0));
+        EXPECT_TRUE(Frame().Edit().invalidated);
         EXPECT_EQ(vPanelMode, toPaint ? kPanelPaint : kPanelProperties);
         EXPECT_EQ(attic->vieww, toPaint ? 6 : 2);
         script.Run();

@@ -7,7 +7,6 @@
 #include "engine/report.h"
 #include "tests/support/plain_zip.h"
 #include "tests/support/random_world.h"
-#include "tests/support/sum.h"
 #include "tests/support/test_world.h"
 #include "tool/compare/salvage.h"
 

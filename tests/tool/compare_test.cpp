@@ -3,7 +3,6 @@
 
 #include "engine/game_archive.h"
 #include "tests/support/plain_zip.h"
-#include "tests/support/sum.h"
 #include "tests/tool/shell.h"
 #include "tool/compare/diff.h"
 #include "tool/compare/merge.h"

@@ -1,7 +1,7 @@
 // What comes with the program, as it was built.
 
 #include "tests/support/plain_zip.h"
-#include "tests/support/sum.h"
+#include "tests/support/random_world.h"
 #include "tests/support/temp_folder.h"
 
 #include <gmock/gmock.h>
