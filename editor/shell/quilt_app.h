@@ -31,6 +31,7 @@ public:
 
     CMainFrame& Frame() { return *frame; }
     CQuiltDoc& Document() { return *document; }
+    KeptGames& Kept() { return kept; }
 
 private:
     void OnCommand(int command);

@@ -13,6 +13,8 @@
 #include "tests/support/plain_zip.h"
 #include "tests/support/scripted_platform.h"
 
+#include <unistd.h>
+
 #include <regex>
 
 using namespace platform;
@@ -341,6 +343,11 @@ TEST_F(Shell, WhatCannotBeOpenedOrSavedLeavesTheGameAsItWas) {
     script.ExpectFile("save", good);
     Frame().Choose(kCmdFileSaveAs);
     Board().name = "kept";
+    // Now and then, when the view has been painted.
+    app->Kept().last -= KeptGames::kEvery;
+    Frame().Edit().Paint();
+    for (int i = 0; i < 5000 && ListKept(keep).empty(); ++i) usleep(1000);
+    EXPECT_EQ(ListKept(keep).size(), 1u);
     for (const auto& [path, message] :
          {std::pair(temp.Path(), "could not be opened"),
           {PutFile(temp / "text.zqlt", "no archive"), "could not be loaded"},
