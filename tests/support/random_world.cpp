@@ -53,8 +53,9 @@ struct Roller {
             board ? parent.Spawn_Back(vWorld->TakeId(), z) : parent.Spawn(vWorld->TakeId(), z);
         constexpr const char* kNames[] = {"door", "~oe",      "~ob",       "12",
                                           "-7",   "\xe4\x01", "world_tree"};
-        node->Create(kNames[Roll(0, 6)], Roll(0, 8) ? Roll(1, 30) : 0,
-                     Roll(0, 8) ? Roll(1, 20) : 0);
+        // One after the other: the arguments of a call are rolled in any order.
+        const int name = Roll(0, 6), w = Roll(0, 8) ? Roll(1, 30) : 0;
+        node->Create(kNames[name], w, Roll(0, 8) ? Roll(1, 20) : 0);
         for (std::int32_t* field : {&node->posx, &node->posy, &node->viewx, &node->viewy})
             *field = Anything();
         if (Roll(0, 1)) node->vieww = Anything();
