@@ -189,7 +189,7 @@ TEST_F(Forms, AllOfThem) {
         {"Location", [] { DoLocation().Run(); }, "'3' '-4' '0' ",
          "1001=-8 1002=40000 1003=10 1001!:an+integer. 1002!2147483648:integer. 1003!1x:integer.",
          "x-8 y40000 z10 "},
-        {"Size", size, "'6' '5' [x] ", "1001=8 1002=4 1001!0:between+1+and+32767. 1002!32768:32767",
+        {"Size", size, "'6' '5' [x] ", "1001=8 1002=4 1001!0:between+1+and+32767. 1002!0:1+and",
          "w8 h4 vieww8 viewh4 blank24 "},
         {"Size", size, "'6' '5' [x] ", "1003 1001=8 1002=4", "w8 h4 viewh4 blank24 "},
         // Neither side of a grid passes through one that is too large.

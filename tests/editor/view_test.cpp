@@ -73,7 +73,7 @@ struct Plain final : Events {
     void Recolor() {
         for (const Dtile& tile : Node().tiles)
             if (tile != Node().tiles[0]) return;
-        told += 'e';
+        told += "e" + std::to_string(Signed(Node().tiles[0].chr));
         if (!answer) return;
         const Brush own = std::exchange(brush, *answer);
         for (Dtile& tile : Node().tiles) Put(&tile, brush.chr);
@@ -225,7 +225,7 @@ struct View : WorldTest, HostLog {
         world->currentBoard = world->currentObject = board->id;
     }
     bool EditBrush() override {
-        told += 'e';
+        told += "e" + std::to_string(vBrush.chr);
         if (answer) vBrush = *answer;
         return answer.has_value();
     }
