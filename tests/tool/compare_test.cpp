@@ -307,7 +307,7 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
          "Cave/door: moved to Cave by ours, to Hall/lamp by theirs"},
         {"Hall/lamp/door: moved from Hall/door", "door to lamp", "lamp to door",
          "Hall/lamp: moved below itself by both sides together; its place is ours"},
-        {"Hall: removed, 20 by 10, with 3 objects", "Hall take 1", "door x 3",
+        {"Hall: removed, 20 by 10, with 3 objects", "Hall take 1", "door x 3 Cave to lamp",
          "Hall: removed by ours, changed by theirs"},
         {"Hall: its children in another order", "door to Hall", "lamp to Hall",
          "Hall: the order of its children"},
