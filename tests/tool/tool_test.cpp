@@ -163,6 +163,7 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
                  {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
                  {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
                  {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+                 {"repair missing b.zqlt", 1, "quilt-tool: missing: there is no such file\n"},
                  {"other a.zqlt", 2, "quilt-tool: "},
                  {"diff --quiet a.zqlt a.zqlt", 0, ""},
                  {"", 2, "quilt-tool: "}};
