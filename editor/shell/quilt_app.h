@@ -31,6 +31,7 @@ public:
 
     CMainFrame& Frame() { return *frame; }
     CQuiltDoc& Document() { return *document; }
+    /// What this run keeps.
     KeptGames& Kept() { return kept; }
 
 private:
