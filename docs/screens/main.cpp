@@ -56,22 +56,21 @@ void UseDarkColors() {
 
 // Prints the names of the pictures in a folder whose pixels are others in the second one. Only the
 // Qt that they were made with draws the same.
-int PrintChanged(const QString& kept, const QString& made) {
-    if (QLatin1String(qVersion()) != QLatin1String("6.4.2")) return 0;
+void PrintChanged(const QString& kept, const QString& made) {
+    if (QLatin1String(qVersion()) != QLatin1String("6.4.2")) return;
     for (const QString& name : QDir(kept).entryList({QStringLiteral("*.png")})) {
         const auto pixels = [&](const QString& folder) {
             return QImage(folder + QLatin1Char('/') + name).convertToFormat(QImage::Format_RGB32);
         };
         if (pixels(kept) != pixels(made)) std::printf("%s\n", qUtf8Printable(name));
     }
-    return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc == 4 && std::string_view(argv[1]) == "--changed")
-        return PrintChanged(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
+        return PrintChanged(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3])), 0;
     Options options;
     if (!Parse(argc, argv, options)) {
         std::fprintf(stderr,

@@ -74,7 +74,8 @@ private:
         };
         if (!step(std::min(kBlock, count))) return n;
         for (; n + kBlock <= count; n += kBlock) {
-            // One bit of all differences; and the sign, which any number but 0 has or its negative.
+            // What differs at all, and whether each does: of any number but 0 either it or its
+            // negative has the highest bit.
             std::uint64_t some = 0, all = ~std::uint64_t{0};
             for (int k = n; k < n + kBlock; ++k) {
                 const std::uint64_t differ =

@@ -145,9 +145,8 @@ struct Forms : WorldTest {
         }
         Sum(form.caption, all);
     }
-    void Sum(const std::string& name, const auto& all) {
-        const auto* const bytes = reinterpret_cast<const char*>(all.data());
-        layouts[name] = SumOf({bytes, all.size()}, layouts[name]);
+    void Sum(const std::string& of, const auto& all) {
+        layouts[of] = SumOf({reinterpret_cast<const char*>(all.data()), all.size()}, layouts[of]);
     }
     void ExpectRow(const Row& row, int end) {
         Reset();
@@ -189,9 +188,9 @@ TEST_F(Forms, AllOfThem) {
         {"Location", [] { DoLocation().Run(); }, "'3' '-4' '0' ",
          "1001=-8 1002=40000 1003=10 1001!:an+integer. 1002!2147483648:integer. 1003!1x:integer.",
          "x-8 y40000 z10 "},
-        {"Size", size, "'6' '5' [x] ", "1001=8 1002=4 1001!0:between+1+and+32767. 1002!0:1+and",
+        {"Size", size, "'6' '5' [x] ", "1001=8 1002=4 1001!0:between+1+and+32767. 1002!32768:32767",
          "w8 h4 vieww8 viewh4 blank24 "},
-        {"Size", size, "'6' '5' [x] ", "1003 1001=8 1002=4", "w8 h4 viewh4 blank24 "},
+        {"Size", size, "'6' '5' [x] ", "1003 1002!0:1+and 1001=8 1002=4", "w8 h4 viewh4 blank24 "},
         // Neither side of a grid passes through one that is too large.
         {"Size", size, "'6' '5' [x] ", "1001=2 1002=32000", "w2 h32000 vieww2 viewh32000 blank10 "},
         {"Viewport", [] { DoViewport().Run(); }, "'5' '5' ",

@@ -24,8 +24,8 @@ std::string Account(Dinterface& world, Kept kept = Kept::All);
 /// Where the second account first differs from the first; empty when nowhere.
 std::string Difference(const std::string& wanted, const std::string& found);
 
-/// Stands in a test for an account, or anything else, that is too long to be written there. Of
-/// these bytes behind those that gave the sum `before`.
+/// A checksum, for what is too long to be written into a test: of these bytes behind those that
+/// gave the sum `before`.
 inline unsigned long SumOf(std::string_view bytes, unsigned long before = 0) {
     return crc32_z(before, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size());
 }

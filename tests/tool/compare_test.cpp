@@ -384,6 +384,7 @@ TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
     EXPECT_EQ(Run("repair cut.zqlt ./cut.zqlt").status, 2);
     EXPECT_THAT(Run("repair cut.zqlt b.zqlt 2>&1; quilt-tool repair b.zqlt c.zqlt; echo $?").out,
                 testing::ContainsRegex("missing: .*\n0\n"));
+    EXPECT_EQ(Run("check b.zqlt").status, 0);
 }
 
 // All headers or all records of the directory are damaged alike; the other ones tell enough.

@@ -48,6 +48,7 @@ TEST_F(Tool, InfoTellsTheTreeWhateverTheNames) {
     EXPECT_THAT(told, HasSubstr("\nvideo mode: 2, full screen\nfirst: at 0, 0"));
     EXPECT_THAT(told, HasSubstr("\n  \\x1b[31m\"\\x5c\\xff\\xc2\\x9bz\xc3\xa4: at 4, 5, z -4, "
                                 "6 by 2 tiles, view 1, 0, 3 by 2, 3 script lines\n"));
+    EXPECT_EQ(SumOf(Run("info --json a.zqlt").out), 1999010641u);
 }
 
 TEST_F(Tool, RenderShowsABoardAsTheEditorDoes) {
@@ -104,7 +105,7 @@ TEST_F(Tool, CheckFindsWhatIsSuspect) {
     std::string views, past;
     int number = 0;
     for (const char* view : {"0 0 2 4", "-1 0 1 1", "0 -1 1 1", "1 0 2 1", "0 2 1 2", "0 0 -1 1",
-                             "0 0 1 -1", "2147483647 0 2 1", "0 0 2 0", "1 2 1 1"}) {
+                             "0 0 1 -1", "2147483647 0 2 1", "0 0 2 3", "0 0 2 0", "1 2 1 1"}) {
         const std::string name = "v" + std::to_string(number++);
         views += "~ob " + name + " 0\n0 0 2 3\n" + view + "\n-6 1 2 3 0\n~pb\n~pe\n~oe\n";
         if (number < 9)
