@@ -41,13 +41,14 @@ public:
     /// Runs a form modally and gives the value of EndDialog.
     virtual int RunDialog(const Form& form, FormEvents& events) = 0;
 
-    /// The settings of this user. A value that is absent or of the other type reads as `absent`.
-    virtual int GetProfileInt(const std::string& section, const std::string& key, int absent) = 0;
+    /// The settings of this user. A value that is absent, or no number where one is asked for,
+    /// reads as `absent`.
     virtual std::string GetProfileString(const std::string& section, const std::string& key,
                                          const std::string& absent) = 0;
-    virtual void WriteProfileInt(const std::string& section, const std::string& key, int value) = 0;
     virtual void WriteProfileString(const std::string& section, const std::string& key,
                                     const std::string& value) = 0;
+    int GetProfileInt(const std::string& section, const std::string& key, int absent);
+    void WriteProfileInt(const std::string& section, const std::string& key, int value);
 
     /// The colors of every picture shown from now on, as 0xRRGGBB.
     virtual void SetPalette(const std::array<std::uint32_t, 256>& colors) = 0;

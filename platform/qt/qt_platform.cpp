@@ -118,21 +118,9 @@ int QtPlatform::RunDialog(const platform::Form& form, platform::FormEvents& even
     return RunFormDialog(form, events);
 }
 
-int QtPlatform::GetProfileInt(const std::string& section, const std::string& key, int absent) {
-    const std::string text = GetProfileString(section, key, "");
-    int value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    return error == std::errc{} && stop == end && !text.empty() ? value : absent;
-}
-
 std::string QtPlatform::GetProfileString(const std::string& section, const std::string& key,
                                          const std::string& absent) {
     return ReadSetting(section, key).value_or(absent);
-}
-
-void QtPlatform::WriteProfileInt(const std::string& section, const std::string& key, int value) {
-    WriteProfileString(section, key, std::to_string(value));
 }
 
 void QtPlatform::WriteProfileString(const std::string& section, const std::string& key,

@@ -25,10 +25,8 @@ public:
     std::optional<std::string> OpenFileDialog(const platform::FileDialog& dialog) override;
     std::optional<std::string> SaveFileDialog(const platform::FileDialog& dialog) override;
     int RunDialog(const platform::Form& form, platform::FormEvents& events) override;
-    int GetProfileInt(const std::string& section, const std::string& key, int absent) override;
     std::string GetProfileString(const std::string& section, const std::string& key,
                                  const std::string& absent) override;
-    void WriteProfileInt(const std::string& section, const std::string& key, int value) override;
     void WriteProfileString(const std::string& section, const std::string& key,
                             const std::string& value) override;
     void SetPalette(const std::array<std::uint32_t, 256>& colors) override;

@@ -11,11 +11,10 @@
 
 TEST(Docs, EveryCommandStandsInTheTable) {
     const std::string text = FileBytes(SOURCE_FOLDER "/docs/scripts.md");
-    for (const ScriptCommand& command : ScriptCommands()) {
-        const bool bare = !command.NeedsWord();
-        std::string row = "\n| `" + std::string(command.word) + "` | " + (bare ? "nothing" : "`");
-        if (!bare)
-            row += std::regex_replace(std::string(command.tip), std::regex("\n "), " ") + "`";
+    for (const ScriptCommand& each : ScriptCommands()) {
+        const bool bare = !each.NeedsWord();
+        std::string row = "\n| `" + std::string(each.word) + "` | " + (bare ? "nothing" : "`");
+        if (!bare) row += std::regex_replace(std::string(each.tip), std::regex("\n "), " ") + "`";
         EXPECT_NE(text.find(row + " |\n"), text.npos) << row;
     }
 }

@@ -93,10 +93,8 @@ struct Areas : WorldTest, HostLog {
         if (path.starts_with("Prim") && !has("Blend")) {
             // The shapes have a table of their own.
             const Point back{board->posx, -board->viewy};
-            const auto shape = has("Line")   ? SelectLine
-                               : has("Rect") ? SelectRectOutline
-                                             : SelectEllipse;
-            shape(vArea, handle, c + back, a + back);
+            auto use = has("Line") ? SelectLine : has("Rect") ? SelectRectOutline : SelectEllipse;
+            use(vArea, handle, c + back, a + back);
             std::copy_n(vMask.begin(), mask.size(), mask.begin());
             box = {vArea.x, vArea.y, vArea.w, vArea.h};
         } else if (flood) {
@@ -229,9 +227,8 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
             clip.clear(), clipW = clipH = 0;
             ClearTileClip();
         }
-        const Brush start{Roll(0, 1) ? Roll(0, 255) : 250, Roll(-2, 255), Roll(-1, 255),
-                          Roll(-1, 3)};
-        vBrush = start;
+        const Brush old{Roll(0, 1) ? Roll(0, 255) : 250, Roll(-2, 255), Roll(-1, 255), Roll(-1, 3)};
+        vBrush = old;
         tiles = board->tiles;
         undo.clear();
         told = "";
@@ -241,7 +238,7 @@ TEST_F(Areas, EntriesDoWhatTheirPathsSay) {
         vRandom.Seed(run);
         Act(path, cursor, anchor);
         const int drawn = vRandom.Next();
-        const Brush left = std::exchange(vBrush, start);
+        const Brush left = std::exchange(vBrush, old);
         const std::string wanted = std::exchange(told, "");
         vRandom.Seed(run);
         const bool known = RunAreaCommand(command, cursor + back, anchor + back, *this);

@@ -34,8 +34,8 @@ struct Row {
     std::function<void()> open;
     std::string look;
     /// By a person: "1003" clicks, "1001=a+b" types with a blank, "1001~8" slides, "1001@8,9"
-    /// clicks into a picture, "1001#39" is a key there, and "1001!a:b" types what OK refuses by a
-    /// message.
+    /// clicks into a picture, "1001#39" is a key there, "1001%1025" chooses of a button's menu, and
+    /// "1001!a:b" types what OK refuses by a message.
     std::string changes;
     std::string after;  ///< the state by OK
     char cancel = ' ';  ///< by Cancel: 'a' as OK, '?' as it was, but asked, 'o' there is none
@@ -69,8 +69,7 @@ struct Forms : WorldTest {
             if (std::exchange(facts[name], now) != now) text += name + now + " ";
         };
         if (form)
-            for (const Control& c : form->layout.controls)
-                tell(std::to_string(c.id), form->Held(c.id));
+            for (auto& c : form->layout.controls) tell(std::to_string(c.id), form->Held(c.id));
         tell("name", board->name);
         const auto& cells = board->tiles;
         const auto blank = static_cast<int>(std::count(cells.begin(), cells.end(), Dtile{}));
@@ -102,6 +101,8 @@ struct Forms : WorldTest {
                 (id ? form.Shown(id) : script.frame->Edit()).Key(std::stoi(to));
             else if (kind == '~')
                 form.Slide(id, std::stoi(to));
+            else if (kind == '%')
+                script.ExpectMenu(std::stoi(to)), form.Click(id);
             else if (kind == '@')
                 form.Shown(id).Click({std::stoi(to), std::stoi(to.substr(to.find(',') + 1))});
             else if (kind == '!')
@@ -139,14 +140,14 @@ struct Forms : WorldTest {
         std::string all = form.font + std::to_string(form.points);
         const auto add = [&all](auto... n) { ((all += ' ' + std::to_string(n)), ...); };
         for (const Control& c : form.controls) {
-            add(form.w, form.h, c.id, static_cast<int>(c.kind), c.x, c.y, c.w, c.h, c.low, c.high,
-                c.enabled);
+            add(form.w, form.h, c.id, int(c.kind), c.x, c.y, c.w, c.h, c.low, c.high, c.enabled);
             (all += c.text) += c.tip;
         }
         Sum(form.caption, all);
     }
     void Sum(const std::string& of, const auto& all) {
-        layouts[of] = SumOf({reinterpret_cast<const char*>(all.data()), all.size()}, layouts[of]);
+        layouts[of] = SumOf({reinterpret_cast<const char*>(all.data()), all.size() * sizeof all[0]},
+                            layouts[of]);
     }
     void ExpectRow(const Row& row, int end) {
         Reset();
@@ -157,11 +158,14 @@ struct Forms : WorldTest {
             ExpectShown(form, true);
             Change(form, row.changes);
             ExpectShown(form);
-            Sum(row.caption, form.Look() + Outline(form.events.FormMenu()));
+            Sum(row.caption,
+                form.Look() + Outline(form.events.FormMenu()) + Outline(script.lastMenu));
+            for (const Control& c : form.layout.controls) Sum(row.caption, form.GetText(c.id));
             if (row.cancel == '?' && end == kIdCancel) script.ExpectMessage("Discard Changes ?");
             if (!form.result) form.Click(end);
         });
         Do(row.open);
+        Sum(row.caption, board->tiles);
         EXPECT_EQ(News(), end == kIdOk || row.cancel == 'a' ? row.after : "");
     }
 
@@ -199,11 +203,11 @@ TEST_F(Forms, AllOfThem) {
         {"Speckle", area(AreaDialog::Speckle), "'50' ",
          "1002!100:between+0+and+99. 1002!-1:and+99. 1002=99", painted},
         {"Filter", area(AreaDialog::Filter), filters, "1001 1003", "chr-1 bg-1 "},
-        {"Fade", area(AreaDialog::Fade), "'Left to right' =0 'Random: 0' =0 ", "1010~3 1003~1",
-         painted},
+        {"Fade", area(AreaDialog::Fade), "'Left to right' =0 'Random: 0' =0 ",
+         "1008%1025 1010~3 1003~1", painted},
         {"Distance Fade", area(AreaDialog::Distance),
-         "'X multiplier: 0.35' =35 'Y multiplier: 0.45' =45 'Random: 4' =4 ", "1005~400 1007~205",
-         painted},
+         "'X multiplier: 0.35' =35 'Y multiplier: 0.45' =45 'Random: 4' =4 ",
+         "1008%1025 1005~400 1007~205", painted},
         {"Slime fade", area(AreaDialog::Slime), "'Random: 5' =5 ", "1010~15", painted},
         {"Brush Settings", brush, look, "1001@32,0 1002@33,0 1003@44,0 1009 1004@5,5",
          "chr2 fg3 bg4 attrib3 "},
@@ -238,10 +242,10 @@ TEST_F(Forms, AllOfThem) {
     std::string sums;
     for (const auto& [caption, sum] : layouts) sums += caption + std::to_string(sum % 10000) + " ";
     EXPECT_EQ(sums,
-              "2457 About QUILT!3417 Bar2498 Brush Settings3958 Color Select2537 Distance Fade1291 "
-              "Fade3011 Filter7863 Font Edit3035 Location9075 Name9381 Object ClipBoard770 "
-              "Programming3394 Save Notification5637 Size3812 Slime fade6214 Speckle9583 Tile "
-              "ClipBoard7171 Viewport4344 ")
+              "2457 About QUILT!639 Bar2498 Brush Settings1378 Color Select2367 Distance "
+              "Fade5581 Fade4625 Filter2584 Font Edit304 Location4220 Name1374 Object "
+              "ClipBoard433 Programming1090 Save Notification9253 Size4886 Slime fade2294 "
+              "Speckle2501 Tile ClipBoard1856 Viewport6576 ")
         << "look at the forms that changed, then write their sums here";
 }
 

@@ -67,8 +67,7 @@ struct Shell : testing::Test {
         if (node.posx) text += "@" + std::to_string(node.posx);
         if (node.evieww) text += "+";
         if (node.id == vWorld->currentObject) text += "*";
-        for (const auto& child : node.children)
-            inside += (inside.empty() ? "" : " ") + Shape(*child);
+        for (const auto& each : node.children) inside += (inside.empty() ? "" : " ") + Shape(*each);
         return inside.empty() ? text : text + "(" + inside + ")";
     }
     // What was asked, and the tree.
@@ -346,7 +345,9 @@ TEST_F(Shell, WhatCannotBeOpenedOrSavedLeavesTheGameAsItWas) {
     // Now and then, when the view has been painted.
     app->Kept().last -= KeptGames::kEvery;
     Frame().Edit().Paint();
-    for (int i = 0; i < 5000 && ListKept(keep).empty(); ++i) usleep(1000);
+    const std::string sessions = keep + "/.session-", own = sessions + std::to_string(getpid());
+    for (int i = 0; i < 5000 && FileBytes(own).empty(); ++i) usleep(1000);
+    const std::string record = FileBytes(own);
     EXPECT_EQ(ListKept(keep).size(), 1u);
     for (const auto& [path, message] :
          {std::pair(temp.Path(), "could not be opened"),
@@ -360,6 +361,17 @@ TEST_F(Shell, WhatCannotBeOpenedOrSavedLeavesTheGameAsItWas) {
         EXPECT_EQ(Doc().PathName() + Board().name, good + "kept") << path;
     }
     EXPECT_THAT(RecentFiles(), ElementsAre(good));
+    // What a run that did not come to its end has kept is offered; what is left is kept.
+    for (const bool opens : {false, true}) {
+        app.reset();
+        PutFile(sessions + "2147483647", record);
+        script.ExpectMessage("did not come to its end", opens);
+        EXPECT_TRUE(Start(""));
+        EXPECT_EQ(Board().name == "kept", opens);
+    }
+    Board().name = "left";
+    app->Leave();
+    EXPECT_EQ(ListKept(keep).size(), 4u);
 }
 
 TEST_F(Shell, RunSavesTheGameAndStartsThePlayerOnIt) {

@@ -1,10 +1,7 @@
 // The clipboards in files, by the dialogs that show them, and those files in other programs.
 
-#include "editor/shell/do_object_clip_board.h"
 #include "editor/tools/do_tile_clip.h"
 #include "editor/tools/tile_clip_files.h"
-#include "editor/view/object_clip.h"
-#include "tests/support/plain_zip.h"
 #include "tests/support/scripted_platform.h"
 
 using namespace platform;
@@ -39,38 +36,6 @@ struct TileClip : WorldTest {
 
 }  // namespace
 
-TEST_F(TileClip, FilesAreReadOrLeaveTheClipboardAsItWas) {
-    const auto zip = [](const std::string& size, const std::string& cells) {
-        return MakeZip({{"size.hdr", size}, {"clip.dat", cells, 0}});
-    };
-    std::string damaged = zip("1 1", "1 1 1 1");
-    damaged.replace(damaged.find("1 1 1 1"), 7, "1 1 1 2");
-    const struct {
-        std::string name, bytes, cells{};  ///< none when it is refused
-    } cases[] = {
-        {"a.txt", "ab\r\ncd\r\n", "2x3 c97 c98 c99 c100 c100 c100"},
-        {"a.txt", std::string("\xff\0b", 3), "3x1 c255 c0 c98"},
-        {"a.txt", "  \n "},
-        {"a.att", "2 2\n1 2 3"},
-        {"a.att", "1 1\n65536"},
-        {"a.qcf", zip("2 1\n", "65 -2 1 2\n-1 7 40000 65535"), "2x1 c65f-2b1a2 f7b-25536"},
-        {"a.qcf", damaged},
-    };
-    for (const auto& c : cases) {
-        Put(1, 1, {{1, 2, 3, 4}});
-        PutFile(temp / c.name, c.bytes);
-        script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
-            script.ExpectFile("open", temp / c.name);
-            form.Choose(kClipLoad);
-            EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
-            form.Click(kIdOk);
-        });
-        DoTileClip().Run();
-        EXPECT_EQ(Cells(), c.cells.empty() ? "1x1 c1f2b3a4" : c.cells);
-        reports.Clear();
-    }
-}
-
 // The first cell alone tells the kind of file, and so which fields come back.
 TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
     const struct {
@@ -87,14 +52,25 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
         Put(2, 2, {first, {300, 300, 300, 300}, kNothing, {40000, 40000, 40000, 40000}});
         EXPECT_EQ(SaveFormat(ClipKindOf(first)).extension, extension);
         const std::string file = temp / ("kind." + extension);
-        ASSERT_TRUE(SaveTileClip(file));
-        std::string bytes = FileBytes(file);
-        EXPECT_TRUE(extension != "att" || bytes == "2 2\n0 300 \n-1 -25536 \n");
-        // A PCX picture may begin elsewhere than at 0, 0.
-        for (const std::size_t at : {4u, 6u, 8u, 10u}) bytes[at] += extension == "chr" ? 3 : 0;
-        PutFile(file, bytes);
-        ClearTileClip();
-        ASSERT_TRUE(LoadTileClip(file, [&first = first] { return first.fg != kNone; }));
+        script.ExpectDialog("Tile ClipBoard", [&, &first = first](ScriptedForm& form) {
+            script.ExpectFile("save", file);
+            form.Choose(kClipSave);
+            std::string bytes = FileBytes(file);
+            EXPECT_TRUE(extension != "att" || bytes == "2 2\n0 300 \n-1 -25536 \n");
+            // A PCX picture may begin elsewhere than at 0, 0.
+            for (const std::size_t at : {4u, 6u, 8u, 10u}) bytes[at] += extension == "chr" ? 3 : 0;
+            PutFile(file, bytes);
+            ClearTileClip();
+            script.ExpectFile("open", file);
+            if (extension == "bmp")
+                script.ExpectDialog("Load BMP As", [&first](ScriptedForm& asked) {
+                    asked.Click(first.fg == kNone ? 1003 : 1002);
+                });
+            form.Choose(kClipLoad);
+            EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
+            form.Click(kIdOk);
+        });
+        DoTileClip().Run();
         EXPECT_EQ(Cells(), "2x2 " + kept);
     }
 }

@@ -302,8 +302,8 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
             vPanelMode = Roll(0, 3) ? kPanelPaint : kPanelProperties;
             plain.paints = vPanelMode == kPanelPaint;
             vBrushMode = static_cast<BrushMode>(plain.mode = Roll(0, kBrushModes - 1));
-            vBrush = plain.brush = {values[Roll(0, 7)], Roll(0, 1) * 255, Roll(0, 2) * 127,
-                                    Roll(0, 2) - 1};
+            vBrush =
+                plain.brush = {values[Roll(0, 7)], Roll(0, 1) * 255, Roll(0, 2) * 127, Roll(-1, 1)};
         }
         answer.reset();
         if (Roll(0, 1)) answer = Brush{Roll(0, 8), -2, -1, Roll(0, 3)};
@@ -311,8 +311,7 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
         plain.menuAt = plain.placed = std::nullopt;
         told = plain.told = "";
         const Point near{Roll(0, plain.Node().width + 3) - 2, Roll(0, plain.Node().height + 3) - 2};
-        const Point at =
-            At(plain.Origin(plain.current) + near) + Point{Roll(0, 8) - 4, Roll(0, 8) - 4};
+        const Point at = At(plain.Origin(plain.current) + near) + Point{Roll(-4, 4), Roll(-4, 4)};
         const auto before = shown();
         window.invalidated = 0;
         const int kind = Roll(0, 23), held = Roll(0, 3) ? 0 : kWithCtrl | Roll(0, 1) * kWithShift,
@@ -372,8 +371,7 @@ TEST_F(View, MarksStandWhereTheyShould) {
         window.Send(&Events::OnMouseMove, ctrl, At(to));
     };
     const std::string cursor = "F 16 16 23 23 32 A 17 17 22 22 15 ";
-    const std::string points =
-        "F 24 24 31 31 32 A 25 25 30 30 15 F 48 40 55 47 32 A 49 41 54 46 15 ";
+    const std::string ends = "F 24 24 31 31 32 A 25 25 30 30 15 F 48 40 55 47 32 A 49 41 54 46 15 ";
     const std::string lines =
         "L 0 24 647 24 15 L 24 0 24 487 15 L 0 48 647 48 15 L 56 0 56 487 15 "
         "L 0 25 647 25 32 L 25 0 25 487 32 L 0 47 647 47 32 L 55 0 55 487 32 T 72 48 4,3 ";
@@ -385,9 +383,9 @@ TEST_F(View, MarksStandWhereTheyShould) {
         window.Paint();
         const Bitmap picture = MakeBitmap(648, 488);
         clear_bitmap(picture.get());
+        const HandleGuard h(world->GetCurrentObject());
         if (vViewMode)
-            world->DrawObjectMode(picture.get(), 2, 2, HandleGuard(world->GetCurrentObject()),
-                                  vViewMode);
+            world->DrawObjectMode(picture.get(), 2, 2, h, vViewMode);
         else
             world->DrawWorld(picture.get(), 2, 2);
         xor_mode(TRUE);
@@ -421,12 +419,12 @@ TEST_F(View, MarksStandWhereTheyShould) {
     shows("F 24 24 55 47 32 A 25 25 54 46 15 " + lines);
     drag(true, {1, 1}, {4, 3});
     vRuler = 0, vViewMode = kViewFocus | kViewHideObjs;
-    shows(points);
+    shows(ends);
     world->Root().EraseAll();
     vViewMode = kViewFocus;
     frames =
         "F 12 12 19 19 15 F 11 11 20 20 15 F 14 14 17 17 15 F 13 13 18 18 15 F 15 15 1040 784 15 ";
-    shows(points);
+    shows(ends);
 }
 
 TEST_F(View, PickingAmongThreeAsks) {

@@ -25,6 +25,7 @@ std::string Little(std::size_t value, int size) {
 }  // namespace
 
 TEST_F(Font, IsWhatAPlainReadingSays) {
+    EXPECT_TRUE(sheet.NewSheet(1, 8 * kMaxGlyphs) && !sheet.NewSheet(1024, 2048));
     for (int round = 0; round < 2000 && !HasFailure(); ++round) {
         BITMAP* pixels = sheet.NewSheet(Roll(1, 40), round % 30 + 1);
         ASSERT_EQ(pixels->h, round % 30 + 1);
@@ -65,8 +66,7 @@ TEST_F(Font, IsWhatAPlainReadingSays) {
         // A text is a row of glyphs, of which a byte above 127 is none.
         const bool text = chr > 0 && chr < 256 && Roll(0, 1);
         if (text)
-            sheet.DrawText(target.get(), std::string(2, static_cast<char>(chr)).c_str(), fg, bg, cx,
-                           cy);
+            sheet.DrawText(target.get(), std::string(2, char(chr)).c_str(), fg, bg, cx, cy);
         else
             sheet.DrawGlyph(target.get(), chr, fg, bg, cx, cy);
         for (int i = 0; i < target->w * target->h; ++i) {

@@ -38,9 +38,8 @@ std::string Alone(const Dobject& node) {
 std::string ReadAccount(std::string_view bytes) {
     Game game;
     GameFault fault;
-    std::int32_t id = 1;
-    const bool read = ReadGame(
-        *ZipReader::InMemory(bytes), "x", [&] { return id++; }, game, fault);
+    const IdSource ids = [id = 0]() mutable { return ++id; };
+    const bool read = ReadGame(*ZipReader::InMemory(bytes), "x", ids, game, fault);
     EXPECT_NE(read, !fault.text.empty());
     return read ? "world\n" + Account(game.root) : "";
 }
@@ -278,8 +277,7 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     damaged[damaged.find("behind")] ^= 1;
     const std::string fill(TextScanner::kMaxFill + 100'000, ' '), n(4'000'000, 'n');
     const std::string start = "~ob n 0 0 0 0 0 0 0 0 0\n~pb\n";
-    const std::string largest =
-        "~ob n 0\n0 0 8191 4096\n0 0 1 1\n-33550336 1 2 3 0\n~pb\n~pe\n~oe\n";
+    const std::string large = "~ob n 0\n0 0 8191 4096\n0 0 1 1\n-33550336 1 2 3 0\n~pb\n~pe\n~oe\n";
     std::string nodes = kHead, nested = kHead;
     while (nodes.size() < 20'000'000) nodes += start + "~pe\n~oe\n";
     while (nested.size() < 4'000'000) nested += start + "~pe\n";
@@ -289,18 +287,15 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
         const char* reason;
         std::size_t mebibytes = 64;
     } faults[] = {
-        {"g.zqlt", text("-1 2 3 2", "-1 2 33000 1"),
-         "the size of 'door', 33000 by 1, is no grid's"},
+        {"g.zqlt", text("-1 2 3 2", "-1 2 33000 1"), "of 'door', 33000 by 1, is no grid's"},
         {"g.zqlt", text("-1 2 3 2", "-1 2 32767 1024"), "'door' ends after 6 of 33553408"},
-        {"g.zqlt", with(2, kHead + largest + largest), "the world has more than", 280},
+        {"g.zqlt", with(2, kHead + large + large), "the world has more than", 280},
         {"g.zqlt", with(2, nodes), "too many objects", 280},
         {"g.zqlt", with(2, nested), "nested more than 1000 deep"},
         {"g.zqlt", with(2, kHead + "~ob " + n), "65535"},
-        {"g.zqlt", text("#bind x", n),
-         "line 14: a line of the script of 'door' has more than 9998"},
+        {"g.zqlt", text("#bind x", n), "14: a line of the script of 'door' has more than 9998"},
         {"g.zqlt", with(2, kHead + kBoard + fill + kBoard), "millions of its characters"},
-        {"g.zqlt", text("3 2\n", std::string(fill.size(), '0') + "3 2\n"),
-         "characters say nothing"},
+        {"g.zqlt", text("3 2\n", std::string(fill.size(), '0') + "3 2\n"), "say nothing"},
         {"g.zqlt", with(2, kHead + kBoard + "x" + fill), "game.qlt: it goes on long"},
         {"g.zqlt", with(0, "16 8 2" + std::string(65536, ' ')), "font.hdr: its 65542 bytes are"},
         {"f.zobj", object(kDoor + fill), "f.obj: it goes on long behind its end"},
@@ -310,8 +305,7 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
         {"g.zqlt", text("65 15 0 1", "65536 15 0 1"), "beyond 16 bits"},
         {"g.zqlt", text("65 15 0 1", "65 -32769 0 1"), "beyond 16 bits"},
         {"g.zqlt", text("65 15 0 1", "65 15 65536 1"), "beyond 16 bits"},
-        {"g.zqlt", text("-1 2 3 2", "-1 2 x 2"),
-         "game.qlt, line 10: the width of 'door' is no number"},
+        {"g.zqlt", text("-1 2 3 2", "-1 2 x 2"), "line 10: the width of 'door' is no number"},
         {"g.zqlt", text("-1 2 3 2", "-1 2 99999999999 2"), "the width of 'door' is beyond 32 bits"},
         {"g.zqlt", text("~pe\n~oe\n~oe\n", ""), "the script of 'door' has no end"},
         {"g.zqlt", text("~oe\n~oe\n", "~oe\n"), "the text ends before the '~oe' of 'board'"},

@@ -98,8 +98,7 @@ struct Walk : WorldTest {
             Renew(child);
         }
         // Each gets its id in its turn, and then its place.
-        node.children.sort(
-            [](const Plain& a, const Plain& b) { return a.is[kPosZ] > b.is[kPosZ]; });
+        node.children.sort([](auto& a, auto& b) { return a.is[kPosZ] > b.is[kPosZ]; });
     }
     // Count and id of a handle's holder: the lowest slot that is free or the node's own is taken.
     Handle Take(const Plain* node) {
@@ -209,10 +208,9 @@ void Walk::Step() {
         case 8:
         case 9:
             for (int i = 0; i < 8; ++i) {
-                constexpr int kColors[] = {0, 1, 15, 255, 256, 300, -1, -2};
+                constexpr int kInk[] = {0, 1, 15, 255, 256, 300, -1, -2};
                 const int x = Roll(-1, 6), y = Roll(-1, 5);
-                const int put[] = {Roll(-1, 300), kColors[Roll(0, 7)], kColors[Roll(0, 6)],
-                                   Roll(-1, 3)};
+                const int put[] = {Roll(-1, 300), kInk[Roll(0, 7)], kInk[Roll(0, 6)], Roll(-1, 3)};
                 world->SetTile(h, x, y, put[0], put[1], put[2], put[3]);
                 if (x < 0 || y < 0 || x >= w || y >= height) continue;
                 Dtile& tile = node.tiles[static_cast<std::size_t>(y * w + x)];
@@ -325,9 +323,8 @@ void Walk::Query() {
         if (self) words.insert(words.begin(), "self");
         for (const std::string& word : words) selector += word + ".";
         if (Roll(0, 1) && selector.size() > 1) selector.pop_back();
-        const bool atNode =
-            !words.empty() && (self || words[0] == "parent" || words[0] == "inside");
-        found = {atNode ? &from : from.parent};
+        const bool here = !words.empty() && (self || words[0] == "parent" || words[0] == "inside");
+        found = {here ? &from : from.parent};
         for (std::size_t i = self; i < words.size(); ++i) {
             const std::vector<Plain*> last = std::exchange(found, {});
             for (Plain* node : last) {
@@ -375,9 +372,8 @@ void Walk::PaintList() {
         if (selected)
             text += (node->IsBoard() ? " z = " : " : z = ") + std::to_string(node->is[kPosZ]);
         if (node->IsBoard()) text = "-- " + text + " " + std::string(60, '-');
-        const int band = selected ? 0 : node->IsBoard() ? 1 : -1;
-        textout_ex(expected.get(), font, text.c_str(), left + 10 * depth, top, band < 0 ? 255 : 15,
-                   band);
+        const int band = selected ? 0 : node->IsBoard() ? 1 : -1, ink = band < 0 ? 255 : 15;
+        textout_ex(expected.get(), font, text.c_str(), left + 10 * depth, top, ink, band);
         if (selected && top > -10 && top < 80) seen = node->id;
         top += 10;
     }
@@ -398,15 +394,13 @@ void Walk::Compare() {
         ASSERT_EQ(world->GetName(h), node->name);
         ASSERT_EQ(world->GetScript(h), node->script);
         for (int i = -1; i < 10; ++i)
-            ASSERT_EQ(world->GetProperty(h, i),
-                      i < 0 || i > 8 ? 0 : node->is[static_cast<std::size_t>(i)])
-                << "property " << i;
+            ASSERT_EQ(world->GetProperty(h, i), i < 0 || i > 8 ? 0 : node->is[unsigned(i)]) << i;
         ASSERT_EQ(world->IsExpanded(h), node->realW != 0);
         ASSERT_EQ(world->IsHidden(h), node->hidden);
         Dobject& real = *world->Node(h);
         ASSERT_EQ(real.tiles, node->tiles);
-        ASSERT_TRUE(std::equal(real.children.begin(), real.children.end(), node->children.begin(),
-                               node->children.end(),
+        ASSERT_TRUE(
+            std::ranges::equal(real.children, node->children,
                                [](const auto& a, const Plain& b) { return a->id == b.id; }));
         const Handle up = world->GetParent(h), inside = world->GetHandleById(h, other.id);
         ASSERT_EQ(up, Take(node->parent));

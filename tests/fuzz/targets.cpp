@@ -39,9 +39,9 @@ std::string FileOf(std::string_view bytes, const std::string& extension) {
 bool Read(std::string_view bytes, Game& game) {
     GameFault fault;
     TextRemarks remarks;
-    const bool read = ReadGame(
-        *ZipReader::InMemory(bytes), "world.zqlt", [] { return vWorld->TakeId(); }, game, fault,
-        &remarks);
+    const IdSource ids = [] { return vWorld->TakeId(); };
+    const bool read =
+        ReadGame(*ZipReader::InMemory(bytes), "world.zqlt", ids, game, fault, &remarks);
     Tell(fault.text);
     for (const auto& remark : remarks.remarks) Tell(std::to_string(remark.line) + remark.text);
     Require(read || !fault.text.empty(), "an archive that is refused has a reason");
@@ -142,6 +142,12 @@ void StartTargets() {
     if (vWorld) return;
     StartAllegro();
     StartTrace(nullptr);
+    // Without the path, which is another one each time.
+    vMessageHook = [](const char* text, const char*) {
+        const std::string_view said = text;
+        const auto name = said.find("fuzz.");
+        Tell(said.substr(name == said.npos ? 0 : name));
+    };
     static Dinterface world;
     world.SetViewSize(kTargetW, kTargetH);
 }

@@ -1,11 +1,14 @@
-// A program that the editor starts: a process of its own.
+// Processes: a program that the editor starts, and the editor's own end by a signal.
 
 #include "platform/platform.h"
+#include "platform/qt/termination.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 #include <QtTest>
+
+#include <csignal>
 
 TEST(Player, IsAProcessOfItsOwn) {
     const TempFolder temp;
@@ -25,4 +28,14 @@ TEST(Player, IsAProcessOfItsOwn) {
     std::getline(told, line) >> state >> parent >> group >> session;
     EXPECT_EQ(line, "1|" + game + "|" + folder);
     EXPECT_NE(session, getsid(0)) << "it ends with the editor's terminal";
+}
+
+TEST(Termination, LeavesFirstAndDiesOfTheSignal) {
+    const auto die = [](int number) {
+        OnTermination([] {}, [] { std::fputs("left", stderr); });
+        std::raise(number);
+        QTest::qWait(8000);
+    };
+    for (const int number : {SIGTERM, SIGHUP, SIGINT})
+        EXPECT_EXIT(die(number), testing::KilledBySignal(number), "^left$");
 }

@@ -64,6 +64,7 @@ TEST_F(Programming, ListsAndTipsOpenWhileItIsTyped) {
         {"#xyz", "#attach "},  // nothing matches, and it stays
         {"#xyz\x1b", ""},      // Escape closes the list and no more
         {"' a comment #", ""},
+        {"#put.", "#attach "},  // the token ends where a blank stands
         {"x\n#Walk ", "tip"},
         {"#walk    ", "tip"},  // as far as the third blank behind it
         {"#walk     ", ""},
@@ -109,8 +110,13 @@ TEST_F(Programming, KeysEditTheTextAndCancelAsks) {
         char face[100] = "";
         code->Send(Base::SCI_STYLEGETFONT, 8, reinterpret_cast<std::intptr_t>(face));
         EXPECT_EQ(face, vFontFaces.back());
-        EXPECT_GT(code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0), 20) << "the line numbers' room";
+        const auto margin = code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0);
+        EXPECT_GT(margin, 20) << "the line numbers' room";
         EXPECT_EQ(code->Send(Base::SCI_STYLEGETFORE, Base::STYLE_LINENUMBER, 0), 0x6E6E6E);
+        for (const int turn : {180, 180, -120})
+            TurnWheel(*code->viewport(), {9, 9}, turn, Qt::ControlModifier);
+        EXPECT_EQ(code->Send(Base::SCI_GETZOOM, 0, 0), 2);
+        EXPECT_GT(code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0), margin);
         code->setFocus();
         Press(*code, Qt::Key_End, Qt::ControlModifier);
         Do("\ntwo");

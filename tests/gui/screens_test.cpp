@@ -45,10 +45,9 @@ void CheckForm(const QWidget& form) {
         EXPECT_EQ(widget->toolTip().isEmpty(), label || dynamic_cast<CodeWidget*>(widget));
         const QString text = label ? label->text() : button ? button->text() : QString();
         const QFontMetrics metrics = widget->fontMetrics();
-        const int flags =
-            Qt::TextShowMnemonic | (label && label->wordWrap() ? Qt::TextWordWrap : 0);
+        const int wrap = Qt::TextShowMnemonic | (label && label->wordWrap() ? Qt::TextWordWrap : 0);
         const QRect room(0, 0, widget->width(), widget->height());
-        EXPECT_TRUE(room.contains(metrics.boundingRect(room, flags, text)));
+        EXPECT_TRUE(room.contains(metrics.boundingRect(room, wrap, text)));
         const bool toggle = qobject_cast<QCheckBox*>(widget) || qobject_cast<QRadioButton*>(widget);
         const bool field = qobject_cast<QLineEdit*>(widget);
         if (!widget->isEnabled() || !(label || toggle || field)) continue;

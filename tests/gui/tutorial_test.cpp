@@ -62,9 +62,8 @@ TEST_F(Tutorial, KeepsItsPromises) {
     Says("1 84 75 0.");
     ChooseBrush({1, 84, 75, 0});
 
-    Says(
-        "choose \"Flood\", \"Fade\", \"Normal\". In the dialog the button \"Set\" offers "
-        "\"Grass\".");
+    Says("choose \"Flood\", \"Fade\", \"Normal\".");
+    Says("In the dialog the button \"Set\" offers \"Grass\".");
     Says("Draw the slider \"Random\" to 15; OK");
     DragFor(At(10, 10), At(10, 10), {"F&lood", "Fa&de", "&Normal"}, {}, [this](QDialog& dialog) {
         person.ChooseInMenu({"Grass"});
@@ -85,8 +84,7 @@ TEST_F(Tutorial, KeepsItsPromises) {
                                Qt::Key_Space, Qt::Key_Up, Qt::Key_Space, Qt::Key_Up, Qt::Key_Space})
         Press(*edit, code);
 
-    Says(
-        "Hold Ctrl and drag with the right button from 30,24 to 36,18; choose \"Line\", \"Fill\".");
+    Says("Ctrl and drag with the right button from 30,24 to 36,18; choose \"Line\", \"Fill\".");
     DragFor(At(30, 24), At(36, 18), {"&Line", "&Fill"}, Qt::ControlModifier);
     Says("from 36,18 to 42,24: a roof.");
     DragFor(At(36, 18), At(42, 24), {"&Line", "&Fill"}, Qt::ControlModifier);

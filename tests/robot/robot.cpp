@@ -126,8 +126,7 @@ private:
             run.Say("digest", qHash(QByteArray::fromStdString(Account(*vWorld))));
             vWorld->Root().RedrawTiles();
             ids.clear();
-            Expect(LookAt(vWorld->Root()) == before,
-                   QStringLiteral("a surface does not show its tiles"));
+            Expect(LookAt(vWorld->Root()) == before, QStringLiteral("a surface shows other tiles"));
         }
     }
 
@@ -154,13 +153,12 @@ private:
         // Opening a game shows its first board.
         if (!vWorld->Root().children.empty())
             vWorld->ShowBoard(vWorld->Root().children.front()->id);
-        const std::string wanted = Account(*vWorld, Kept::InFile);
+        const std::string own = Account(*vWorld, Kept::InFile);
         const std::string path = run.folder / "checked.zqlt";
         vWorld->Save(path);
         app->Document().OnNewDocument();
         app->Document().OnOpenDocument(path);
-        Expect(Account(*vWorld) == wanted,
-               QString::fromStdString(Difference(wanted, Account(*vWorld))));
+        Expect(Account(*vWorld) == own, QString::fromStdString(Difference(own, Account(*vWorld))));
     }
 
     Run& run;

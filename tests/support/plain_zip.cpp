@@ -11,9 +11,11 @@ std::string MakeZip(const std::vector<PlainEntry>& entries) {
     zip_source_keep(memory);
     for (const PlainEntry& entry : entries) {
         zip_source_t* bytes = zip_source_buffer(zip, entry.bytes.data(), entry.bytes.size(), 0);
-        const auto index = zip_file_add(zip, entry.name.c_str(), bytes, ZIP_FL_ENC_GUESS);
-        EXPECT_GE(index, 0);
-        zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), entry.method, 0);
+        const auto at = static_cast<zip_uint64_t>(zip_file_add(zip, entry.name.c_str(), bytes, 0));
+        EXPECT_EQ(zip_set_file_compression(zip, at, entry.method, 0), 0);
+        zip_file_set_comment(zip, at, "by hand", 7, 0);
+        zip_file_extra_field_set(zip, at, 0x7855, 0, reinterpret_cast<const zip_uint8_t*>("them"),
+                                 4, ZIP_FL_LOCAL);
     }
     EXPECT_EQ(zip_close(zip), 0);
     zip_stat_t stat;

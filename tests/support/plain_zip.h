@@ -14,7 +14,8 @@ struct PlainEntry {
     unsigned attributes = 0, extra = 0;
 };
 
-/// At least one entry.
+/// At least one entry. Each has a comment and a field of its own kind, as other programs write
+/// them.
 std::string MakeZip(const std::vector<PlainEntry>& entries);
 
 /// The entries in the order of the archive's directory, their checksums seen to. Empty, with a

@@ -31,8 +31,7 @@ struct Roller {
             "#bind a", "",       "  two  blanks ",    "~",           "~p", "\t",
             "\r",      "a\rb\r", "~ob not a block 1", "\xff\x01\x80"};
         std::string script;
-        for (int lines = Roll(0, 5); lines > 0; --lines)
-            script += std::string(kLines[Roll(0, 9)]) + "\n";
+        for (int n = Roll(0, 5); n > 0; --n) script += std::string(kLines[Roll(0, 9)]) + "\n";
         // The last line feed of a script is not kept.
         while (script.ends_with('\n')) script.pop_back();
         return script;

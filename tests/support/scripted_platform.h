@@ -362,15 +362,9 @@ public:
         EXPECT_NE(window.result, 0) << form.caption << " was left open";
         return window.result;
     }
-    int GetProfileInt(const std::string& section, const std::string& entry, int absent) override {
-        return std::stoi(GetProfileString(section, entry, std::to_string(absent)));
-    }
     std::string GetProfileString(const std::string& section, const std::string& entry,
                                  const std::string& absent) override {
         return settings.try_emplace(section + entry, absent).first->second;
-    }
-    void WriteProfileInt(const std::string& section, const std::string& entry, int value) override {
-        WriteProfileString(section, entry, std::to_string(value));
     }
     void WriteProfileString(const std::string& section, const std::string& entry,
                             const std::string& value) override {

@@ -53,9 +53,8 @@ WorldTest::~WorldTest() {
 }
 
 Dobject& WorldTest::AddNode(Dobject& parent, const std::string& name, int w, int h, int z) {
-    const bool board = &parent == &world->Root();
-    Dobject* node =
-        board ? parent.Spawn_Back(world->TakeId(), z) : parent.Spawn(world->TakeId(), z);
+    const bool top = &parent == &world->Root();
+    Dobject* node = top ? parent.Spawn_Back(world->TakeId(), z) : parent.Spawn(world->TakeId(), z);
     node->Create(name, w, h);
     return *node;
 }

@@ -40,6 +40,13 @@ void Move(Dobject& node, Dobject& parent) {
     node.parent = &parent;
 }
 
+void ResizeSheet(Game& game, int width, int height, int fill) {
+    Bitmap sheet = MakeBitmap(width, height);
+    clear_to_color(sheet.get(), fill);
+    blit(game.sheet.get(), sheet.get(), 0, 0, 0, 0, width, height);
+    game.sheet = std::move(sheet);
+}
+
 // Words in threes: a node's name, what is done to it or to the game, and with what. A number is
 // that of a cell that gets another glyph.
 void Do(Game& game, const std::string& edits) {
@@ -49,11 +56,13 @@ void Do(Game& game, const std::string& edits) {
         for (const NodeNumber& number : kNodeNumbers)
             if (verb == number.name) node.*number.field = std::stoi(value);
         if (verb == "mode") game.videoMode = std::stoi(value);
+        if (verb == "high") ResizeSheet(game, game.sheet->w, std::stoi(value), 0);
         if (verb == "row") game.sheet->line[std::stoul(value)][9] ^= 1;
         if (std::isdigit(verb[0])) node.tiles[std::stoul(verb)].chr = value[0];
         if (verb == "name") node.name = value;
         if (verb == "script") node.script = "a\nb\nc\nd\n" + value + "\ne\nf\ng\nh";
         if (verb == "cut") node.Resize(std::stoi(value), node.height);
+        if (verb == "deep") node.Resize(node.width, std::stoi(value));
         if (verb == "to") Move(node, At(game.root, value));
         if (verb == "add") Add(node, value);
         if (verb == "take") game.root.Erase(node);
@@ -83,13 +92,6 @@ std::string BytesOf(const json& text) {
     for (std::size_t at = 0; at < hex.size(); at += 2)
         bytes += static_cast<char>(std::stoi(hex.substr(at, 2), nullptr, 16));
     return bytes;
-}
-
-void ResizeSheet(Game& game, int width, int height, int fill) {
-    Bitmap sheet = MakeBitmap(width, height);
-    clear_to_color(sheet.get(), fill);
-    blit(game.sheet.get(), sheet.get(), 0, 0, 0, 0, width, height);
-    game.sheet = std::move(sheet);
 }
 
 // Makes the later game of the earlier one by what the tool says of the two, and by that alone.
@@ -157,10 +159,8 @@ void Replay(const json& said, Game& game) {
 struct Read : Game {
     explicit Read(const std::string& bytes, const std::function<void(Game&)>& edit = {}) {
         GameFault fault;
-        std::int32_t id = 0;
-        EXPECT_TRUE(ReadGame(
-            *ZipReader::InMemory(bytes), "x", [&id] { return ++id; }, *this, fault))
-            << fault.text;
+        const IdSource ids = [id = 0]() mutable { return ++id; };
+        EXPECT_TRUE(ReadGame(*ZipReader::InMemory(bytes), "x", ids, *this, fault)) << fault.text;
         if (edit) edit(*this);
         for (Dobject* node : AllOf(root)) SortByZ(*node);
     }
@@ -262,11 +262,16 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
             Replay(json::parse(Run("diff a.zqlt b.zqlt --json --values").out), replayed);
             ASSERT_EQ(Difference(Read(games[i]).Told(), replayed.Told()), "") << i;
             PutFile(folder / "base.zqlt", games[0]);
+            PutFile(folder / "cut.zqlt", games[0].substr(0, games[0].size() / 2));
             for (const std::string call :
                  {"diff base.zqlt b.zqlt", "diff base.zqlt b.zqlt --stat",
                   "diff base.zqlt b.zqlt --json", "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --marks",
                   "cat c.zqlt", "info c.zqlt", "info b.zqlt --json",
-                  "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --theirs", "check c.zqlt"}) {
+                  "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --theirs", "check c.zqlt",
+                  "diff base.zqlt b.zqlt --board n1", "diff base.zqlt b.zqlt --board gone",
+                  "diff base.zqlt", "diff --git x base.zqlt 1 0 b.zqlt 2 0", "diff gone b.zqlt",
+                  "repair b.zqlt c.zqlt", "repair cut.zqlt c.zqlt", "check c.zqlt",
+                  "merge base.zqlt gone b.zqlt -o c.zqlt", "repair c.zqlt gone/c.zqlt"}) {
                 const Result result = Run(call);
                 sums[call.substr(0, call.find(' '))] +=
                     SumOf(result.out + result.err + std::to_string(result.status));
@@ -275,7 +280,7 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
     }
     std::string told;
     for (const auto& [verb, sum] : sums) told += verb + std::to_string(sum % 10000) + " ";
-    EXPECT_EQ(told, "cat1694 check1435 diff92 info5396 merge740 ")
+    EXPECT_EQ(told, "cat1694 check6451 diff6723 info5396 merge6444 repair4614 ")
         << "look at what these commands say now, then write their sums here";
 }
 
@@ -295,6 +300,11 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
         {"video mode 1 -> 3", "Hall mode 3", "Hall mode 0",
          "settings: video mode: base 1, ours 3, theirs 0"},
         {"glyphs: 1 changed: 65", "Hall row 33", "Hall row 34", "sheet: glyph 65"},
+        {"sheet: height 128 -> 120", "Hall high 120", "Hall row 127", "sheet: glyph 241"},
+        {"sheet: height 128 -> 136", "Hall high 136", "Hall high 144",
+         "sheet: height: base 128, ours 136, theirs 144"},
+        {"Hall/lamp: width 2 -> 32767", "lamp cut 32767", "lamp deep 1025",
+         "Hall/lamp: the sizes of both sides together are no grid's"},
         {"Hall: 4 tiles in 0, 0, 2 by 3; 9, 1, 1 by 1", "Hall 0 A Hall 21 A Hall 29 A Hall 40 A",
          "Hall 21 B", "Hall: 1 tile in 1, 1, 1 by 1"},
         {"Hall: x 0 -> 4, z 0 -> -2", "Hall x 4 Hall z -2", "Hall x 5",
@@ -332,14 +342,20 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
         EXPECT_EQ(Run("merge a.zqlt c.zqlt b.zqlt -o e.zqlt").out.substr(0, 10), "conflict: ");
         // Favoring theirs is the same from the other side.
         EXPECT_EQ(Run("merge a.zqlt c.zqlt b.zqlt -o e.zqlt --theirs").status, 1);
-        for (const char* joined : {"d.zqlt", "e.zqlt"})
-            EXPECT_EQ(Read(FileBytes(folder / joined)).Told(), edited.Told()) << joined;
+        for (const char* to : {"d.zqlt", "e.zqlt"})
+            EXPECT_EQ(Difference(Read(FileBytes(folder / to)).Told(), edited.Told()), "") << to;
     }
     EXPECT_EQ(Run("merge a.zqlt b.zqlt c.zqlt -o d.zqlt --marks").status, 1);
     EXPECT_THAT(Run("cat d.zqlt").out,
                 HasSubstr("d\n<<<<<<< ours\n2\n=======\nzwei\n>>>>>>> theirs\ne\n"));
     EXPECT_LT(ReadZip(FileBytes(folder / "d.zqlt"))[2].age, 60);
     EXPECT_EQ(Run("diff a.zqlt a.zqlt").out, "");
+    for (const auto& [file, edit] :
+         {std::pair("b.zqlt", "Hall add x"), {"c.zqlt", "Hall add x x 0 A"}})
+        PutFile(folder / file, Read(bytes, [e = edit](Game& game) { Do(game, e); }).Bytes());
+    EXPECT_EQ(Run("merge a.zqlt b.zqlt c.zqlt -o d.zqlt").out,
+              "conflict: Hall/x: both sides added it unlike; both are kept\n");
+    EXPECT_EQ(Read(FileBytes(folder / "d.zqlt")).root.children[0]->children.size(), 5u);
     const char* const all = "Hall x 4 Hall script 2 Hall 0 A Hall name Vault";
     PutFile(folder / "b.zqlt", Read(bytes, [&](Game& game) { Do(game, all); }).Bytes());
     EXPECT_EQ(Run("diff --stat a.zqlt b.zqlt").out,
@@ -390,7 +406,7 @@ TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
 // All headers or all records of the directory are damaged alike; the other ones tell enough.
 TEST_F(Compare, DamagedHeadersLoseNothing) {
     std::mt19937 random(7);
-    const std::string bytes = PlantNamed(random);
+    const std::string bytes = PlantNamed(random), others = MakeZip(ReadZip(bytes));
     constexpr std::string_view kHeader = "PK\3\4"sv;
     constexpr std::string_view kRecord = "PK\1\2"sv;
     constexpr std::string_view kSizesFollow = "\x8\0\x8\0tidy\0\0\0\0\0\0\0\0\0\0\0\0"sv;
@@ -405,7 +421,8 @@ TEST_F(Compare, DamagedHeadersLoseNothing) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(&row - rows);
-        std::string damaged = bytes;
+        // Only a header without fields is that of no entry when it tells of some.
+        std::string damaged = row.at == 28 ? bytes : others;
         for (std::size_t at = 0; (at = damaged.find(row.signature, at)) != bytes.npos; ++at)
             damaged.replace(at + row.at, row.patch.size(), row.patch);
         Salvage salvage;
@@ -452,8 +469,7 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     world->Save(folder / "before.zqlt");
     hall.tiles[5].attrib = 3;
     const std::string most(100, 'n');
-    for (const auto& name : {"a/b"s, "a\\b"s, ""s, ".c"s, most + "o"})
-        AddNode(world->Root(), name, 1, 1);
+    for (const auto& n : {"a/b"s, "a\\b"s, ""s, ".c"s, most + "o"}) AddNode(world->Root(), n, 1, 1);
     AddNode(world->Root(), "huge", 1100, 1000);
     world->Save(folder / "after.zqlt");
     TempFolder pictures;

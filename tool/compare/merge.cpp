@@ -52,8 +52,6 @@ public:
 
     // All of a node but what is below it, into ours.
     void Node(const Dobject& b, Dobject& o, Dobject& t, const std::string& path) {
-        const std::int32_t oldW = o.width;
-        const std::int32_t oldH = o.height;
         std::string name;
         if (!Join(b.name, o.name, t.name, theirs, name))
             Tell(path, "name: base " + b.name + ", ours " + o.name + ", theirs " + t.name);
@@ -66,8 +64,8 @@ public:
                 Tell(path, Values(number.name, b.*number.field, o.*number.field, t.*number.field));
         if (!IsGridSize(size.width, size.height)) {
             Tell(path, "the sizes of both sides together are no grid's");
-            size.width = oldW;
-            size.height = oldH;
+            size.width = (theirs ? t : o).width;
+            size.height = (theirs ? t : o).height;
         }
         Tiles(b, o, t, size.width, size.height, path);
         for (const NodeNumber& number : kNodeNumbers) o.*number.field = size.*number.field;
