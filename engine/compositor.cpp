@@ -25,6 +25,21 @@ int SolidRun(const Dtile* tiles, int count) {
     return run;
 }
 
+int HoleyRun(const Dtile* tiles, int count) {
+    int run = 0;
+    while (run < count && !IsSolid(tiles[run]) && !IsEmpty(tiles[run])) ++run;
+    return run;
+}
+
+// Calls `use` with the place of every sixteen bytes, and of the last eight of an odd number of
+// them.
+template <typename Use>
+void InSixteens(int count, Use use) {
+    int at = 0;
+    for (; at + 16 <= count; at += 16) use(at, Sixteen{});
+    if (at < count) use(at, Eight{});
+}
+
 // Target cells from left and top on to before right and bottom. Wide numbers, because positions
 // are any 32-bit numbers and are added up before they are cut.
 struct Box {
@@ -58,10 +73,9 @@ public:
                 i += RunOf(&state, count - i, kFinal);
             } else if (IsSolid(tiles[i])) {
                 i += state == kOpen ? CopySolid(tiles + i, tx + i, sx + i, count - i)
-                                    : FillRest(tx + i, sx + i);
+                                    : FillRest(tiles + i, tx + i, sx + i, count - i);
             } else {
-                if (!IsEmpty(tiles[i])) DrawHoles(tx + i, sx + i);
-                ++i;
+                i += IsEmpty(tiles[i]) ? 1 : DrawHoles(tiles + i, tx + i, sx + i, count - i);
             }
         }
     }
@@ -78,33 +92,44 @@ private:
     }
 
     // The pixel mask is left alone: it means nothing in a final cell.
-    int FillRest(int tx, int sx) {
+    int FillRest(const Dtile* tiles, int tx, int sx, int count) {
+        const int run = SolidRun(tiles, RunOf(states + tx, count, kPartial));
         for (int row = 0; row < kTileSize; ++row) {
             unsigned char* to = target->line[ty + row] + tx * kTileSize;
-            const Eight under = BytesAt(to);
-            const Eight pixels = BytesAt(surf->line[sy + row] + sx * kTileSize);
-            const Eight left = BytesAt(vSubClipBuffer->line[ty + row] + tx * kTileSize) == 0;
-            PutBytes(to, (under & ~left) | (pixels & left));
+            const unsigned char* from = surf->line[sy + row] + sx * kTileSize;
+            const unsigned char* marks = vSubClipBuffer->line[ty + row] + tx * kTileSize;
+            InSixteens(run * kTileSize, [&]<typename Bytes>(int at, Bytes) {
+                const Bytes left = BytesAt<Bytes>(marks + at) == 0;
+                PutBytes(to + at,
+                         (BytesAt<Bytes>(to + at) & ~left) | (BytesAt<Bytes>(from + at) & left));
+            });
         }
-        states[tx] = kFinal;
-        return 1;
+        std::memset(states + tx, kFinal, static_cast<std::size_t>(run));
+        return run;
     }
 
-    void DrawHoles(int tx, int sx) {
-        const bool open = states[tx] == kOpen;
-        Eight left = {};
+    int DrawHoles(const Dtile* tiles, int tx, int sx, int count) {
+        constexpr int kMost = 16;
+        const unsigned char state = states[tx];
+        const int run = HoleyRun(tiles, RunOf(states + tx, std::min(count, kMost), state));
+        unsigned char unpainted[kMost * kTileSize] = {};
         for (int row = 0; row < kTileSize; ++row) {
             unsigned char* to = target->line[ty + row] + tx * kTileSize;
+            const unsigned char* from = surf->line[sy + row] + sx * kTileSize;
             unsigned char* marks = vSubClipBuffer->line[ty + row] + tx * kTileSize;
-            const Eight done = open ? Eight{} : BytesAt(marks);
-            const Eight pixels = BytesAt(surf->line[sy + row] + sx * kTileSize);
-            const Eight painted = (pixels != 0) & (done == 0);
-            PutBytes(to, (BytesAt(to) & ~painted) | (pixels & painted));
-            const Eight nowDone = done | (painted & 1);
-            PutBytes(marks, nowDone);
-            left |= nowDone == 0;
+            InSixteens(run * kTileSize, [&]<typename Bytes>(int at, Bytes none) {
+                const Bytes done = state == kOpen ? none : BytesAt<Bytes>(marks + at);
+                const Bytes pixels = BytesAt<Bytes>(from + at);
+                const Bytes painted = (pixels != 0) & (done == 0);
+                PutBytes(to + at, (BytesAt<Bytes>(to + at) & ~painted) | (pixels & painted));
+                const Bytes nowDone = done | (painted & 1);
+                PutBytes(marks + at, nowDone);
+                PutBytes(unpainted + at, BytesAt<Bytes>(unpainted + at) | (nowDone == 0));
+            });
         }
-        states[tx] = LoadEight(&left) ? kPartial : kFinal;
+        for (int i = 0; i < run; ++i)
+            states[tx + i] = LoadEight(unpainted + i * kTileSize) ? kPartial : kFinal;
+        return run;
     }
 
     BITMAP* target;

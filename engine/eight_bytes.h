@@ -38,13 +38,18 @@ inline std::uint64_t LowBits(std::uint64_t bytes) {
     return (bytes & kEveryByte) * 0x0102040810204080u >> 56;
 }
 
-/// Eight bytes side by side, by the vectors of GCC and Clang: a comparison gives 0xff or 0 in each.
+/// Bytes side by side, by the vectors of GCC and Clang: a comparison gives 0xff or 0 in each.
 using Eight = unsigned char __attribute__((vector_size(8)));
+using Sixteen = unsigned char __attribute__((vector_size(16)));
 
-inline Eight BytesAt(const void* from) {
-    Eight bytes;
+template <typename Bytes = Eight>
+Bytes BytesAt(const void* from) {
+    Bytes bytes;
     std::memcpy(&bytes, from, sizeof bytes);
     return bytes;
 }
 
-inline void PutBytes(void* to, Eight bytes) { std::memcpy(to, &bytes, sizeof bytes); }
+template <typename Bytes>
+void PutBytes(void* to, Bytes bytes) {
+    std::memcpy(to, &bytes, sizeof bytes);
+}

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kTargetW = 12;
+constexpr int kTargetW = 20;
 constexpr int kTargetH = 9;
 constexpr int kNothing = 77;  // what the target is cleared to
 
@@ -76,16 +76,18 @@ struct Compositor : WorldTest {
         static constexpr int kColors[] = {0, 0, 7, 15, 200};
         static constexpr int kFar[] = {INT_MIN, INT_MIN + 1, INT_MAX - 1, INT_MAX};
         for (int count = Roll(1, depth == 0 ? 3 : 4); count > 0; --count) {
-            Dobject& node = AddNode(parent, "n", Roll(0, 9), Roll(0, 7), Roll(-2, 2));
+            Dobject& node = AddNode(parent, "n", Roll(0, depth ? 9 : 24), Roll(0, 7), Roll(-2, 2));
             all.push_back(&node);
             const bool sparse = Roll(0, 2) == 0;
+            const int like = Roll(0, 1) * 40;  // cells of which one differs from that before it
+            int chr = 0, fg = 0, bg = 0;
             for (int i = 0; i < node.width * node.height; ++i) {
                 if (sparse && Roll(0, 2)) continue;
-                const bool sprite = Roll(0, 5) == 0;
-                node.PutTile(i % node.width, i / node.width,
-                             sprite ? Roll(200, 201) : kGlyphs[Roll(0, 7)],
-                             sprite ? -2 : kColors[Roll(0, 4)],
-                             sprite ? Roll(0, 2) : kColors[Roll(0, 4)], 0);
+                const bool same = i && Roll(0, like), sprite = Roll(0, 5) == 0;
+                if (!same) chr = sprite ? Roll(200, 201) : kGlyphs[Roll(0, 7)];
+                if (!same) fg = sprite ? -2 : kColors[Roll(0, 4)];
+                if (!same) bg = sprite ? Roll(0, 2) : kColors[Roll(0, 4)];
+                node.PutTile(i % node.width, i / node.width, chr, fg, bg, 0);
             }
             std::int32_t* fields[] = {&node.posx,  &node.posy,  &node.viewx,
                                       &node.viewy, &node.vieww, &node.viewh};
