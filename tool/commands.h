@@ -71,6 +71,10 @@ bool ReadEither(const std::string& path, const std::string& name, bool maybeEmpt
 /// with a complaint.
 bool WriteEither(const std::string& path, Game& game, bool object);
 
+/// Puts the bytes in the place of the file at `path`. False, with a complaint: also when there are
+/// none, for which `why` is the reason; if there is no reason, memory was short.
+bool WriteBytes(const std::string& path, const std::string& bytes, std::string why = {});
+
 /// A sheet for a game that has lost its own: the default one. Null when that cannot be read.
 Bitmap UsualSheet();
 

@@ -143,7 +143,14 @@ bool WriteEither(const std::string& path, Game& game, bool object) {
     } else {
         why = "an object file has one object, not " + std::to_string(game.root.children.size());
     }
+    return WriteBytes(path, bytes, why);
+}
+
+bool WriteBytes(const std::string& path, const std::string& bytes, std::string why) {
+    if (bytes.empty() && why.empty()) why = "there is not enough memory";
     const bool saved = !bytes.empty() && ReplaceFile(path, bytes, why);
+    // What a save says begins with the path.
+    if (why.starts_with(path + " ")) why.erase(0, path.size() + 1);
     if (!why.empty()) Complain(path, why);
     return saved;
 }

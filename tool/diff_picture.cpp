@@ -3,7 +3,6 @@
 #include "engine/compositor.h"
 #include "engine/dinterface.h"
 #include "engine/program_folder.h"
-#include "engine/replace_file.h"
 #include "tool/commands.h"
 #include "tool/png_file.h"
 
@@ -176,12 +175,7 @@ bool Save(const std::string& path, const std::vector<Bitmap>& pictures, const Dr
             std::copy_n(picture->line[y], picture->w, row.begin());
             png.AddRow(row.data());
         }
-    const std::string bytes = png.TakeBytes();
-    std::string why;
-    const bool saved = !bytes.empty() && ReplaceFile(path, bytes, why);
-    if (bytes.empty()) why = "there is not enough memory";
-    if (!why.empty()) Complain(path, why);
-    return saved;
+    return WriteBytes(path, png.TakeBytes());
 }
 
 // A file of the board's name in a folder: no name that leads out of it, none taken before.

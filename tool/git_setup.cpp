@@ -2,7 +2,6 @@
 // attributes file that its authors share.
 
 #include "engine/program_folder.h"
-#include "engine/replace_file.h"
 #include "tool/commands.h"
 
 #include <sys/wait.h>
@@ -84,10 +83,8 @@ int GitSetup(bool print) {
         text += std::string(line) + "\n";
         std::cout << ".gitattributes: " << line << '\n';
     }
-    std::string why;
-    if (!print && text.size() > before) good &= ReplaceFile(path, text, why);
-    if (!why.empty()) Complain(path, why);
-    if (!good && why.empty()) Complain(top, "git could not write its configuration");
+    if (!good) Complain(top, "git could not write its configuration");
+    if (!print && text.size() > before) good &= WriteBytes(path, text);
     if (!std::cout.flush()) return Complain("standard output", "it cannot be written");
     return good ? kGood : kBadFile;
 }

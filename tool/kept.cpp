@@ -1,7 +1,6 @@
 // The games that the editor has kept: listed, and written out.
 
 #include "engine/kept_games.h"
-#include "engine/replace_file.h"
 #include "tool/commands.h"
 
 #include <filesystem>
@@ -49,8 +48,5 @@ int Kept(const std::string& game, int number, const std::string& to) {
     const std::string& path = list[static_cast<std::size_t>(number) - 1].path;
     std::ifstream in(path, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-    std::string why;
-    if (!in || !ReplaceFile(to, bytes, why))
-        return Complain(to, why.empty() ? "cannot be read" : why);
-    return kGood;
+    return WriteBytes(to, bytes, in ? "" : path + " cannot be read") ? kGood : kBadFile;
 }

@@ -2,7 +2,6 @@
 #include "engine/dinterface.h"
 #include "engine/eight_bytes.h"
 #include "engine/program_folder.h"
-#include "engine/replace_file.h"
 #include "tool/commands.h"
 #include "tool/png_file.h"
 
@@ -92,9 +91,5 @@ int Render(const RenderOptions& options) {
     const std::string bytes = Picture(*board, options.scale);
     vClipBuffer.reset();
     vSubClipBuffer.reset();
-    if (bytes.empty()) return Complain(options.picture, "there is not enough memory");
-    std::string why;
-    const bool saved = ReplaceFile(picture, bytes, why);
-    if (!why.empty()) Complain(options.picture, why);
-    return saved ? kGood : kBadFile;
+    return WriteBytes(picture, bytes) ? kGood : kBadFile;
 }

@@ -1,6 +1,5 @@
 // The commands that write a world anew: as text, and as an archive.
 
-#include "engine/replace_file.h"
 #include "tool/commands.h"
 
 #include <unistd.h>
@@ -31,7 +30,5 @@ int Repack(const std::string& from, const std::string& to) {
     const std::string bytes =
         ComposeGame(game.sheet.get(), game.root, game.videoMode.value_or(kUsualSetting),
                     game.windowed.value_or(kUsualSetting), why, game.textTime);
-    const bool saved = !bytes.empty() && ReplaceFile(to, bytes, why);
-    if (!why.empty()) Complain(to, why);
-    return saved ? kGood : kBadFile;
+    return WriteBytes(to, bytes, why) ? kGood : kBadFile;
 }

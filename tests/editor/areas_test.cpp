@@ -43,14 +43,13 @@ struct Areas : WorldTest, HostLog {
         board->posx = Roll(-2, 2);
         board->viewy = Roll(0, 2);
         for (Dtile& tile : board->tiles) {
-            tile = {static_cast<std::uint16_t>(Roll(0, 1)), 1, 2, 3};
+            tile = {std::uint16_t(Roll(0, 1)), 1, 2, 3};
             if (Roll(0, 9) == 0)
-                *Fields(tile)[static_cast<std::size_t>(Roll(1, 3))] =
-                    static_cast<std::uint16_t>(Roll(-1, 1));
+                *Fields(tile)[std::size_t(Roll(1, 3))] = std::uint16_t(Roll(-1, 1));
         }
         board->RedrawTiles();
     }
-    std::size_t Index(int x, int y) const { return static_cast<std::size_t>(y * board->width + x); }
+    std::size_t Index(int x, int y) const { return std::size_t(y * board->width + x); }
     template <typename Use>
     void Each(Use use) {
         for (int y = box[1]; y < box[1] + box[3]; ++y)
@@ -121,15 +120,15 @@ struct Areas : WorldTest, HostLog {
     void Blend(Point c, Point a) {
         const int dx = a.x - c.x, dy = a.y - c.y;
         const double way = std::sqrt(dx * dx + dy * dy);
-        const int last = static_cast<int>(way) - 1;
+        const int last = int(way) - 1;
         const auto [low, high] = std::minmax(vBrush.fg, vBrush.bg);
-        const float first = static_cast<float>(low);
-        const float step = static_cast<float>(high - low) / static_cast<float>(last);
+        const float first = float(low);
+        const float step = float(high - low) / float(last);
         Each([&](int x, int y) {
             const double along = (dx * (x - c.x) + dy * (y - c.y)) / way;
             float color = first;
             for (int i = 1; i <= last && i <= along; ++i) color += step;
-            if (last >= 0) Write(x, y, {219, static_cast<int>(color) & 255, 255, vBrush.attrib});
+            if (last >= 0) Write(x, y, {219, int(color) & 255, 255, vBrush.attrib});
         });
     }
 
@@ -147,9 +146,9 @@ struct Areas : WorldTest, HostLog {
             told = "rn";
         } else if (has("Copy")) {
             clipW = b[2], clipH = b[3];
-            clip.assign(static_cast<std::size_t>(b[2] * b[3]), kHole);
+            clip.assign(std::size_t(b[2] * b[3]), kHole);
             Each([&](int x, int y) {
-                Dtile& to = clip[static_cast<std::size_t>((y - b[1]) * clipW + x - b[0])];
+                Dtile& to = clip[std::size_t((y - b[1]) * clipW + x - b[0])];
                 to = tiles[Index(x, y)];
                 for (std::size_t i = 0; i < 4; ++i)
                     if (*Fields(vBrush)[i] == -1) *Fields(to)[i] = 65535;
@@ -171,7 +170,7 @@ struct Areas : WorldTest, HostLog {
             undo = tiles;
             Each([&](int x, int y) {
                 const int i = (y - b[1]) % clipH * clipW + (x - b[0]) % clipW;
-                const Dtile& t = clip[static_cast<std::size_t>(i)];
+                const Dtile& t = clip[std::size_t(i)];
                 if (vTileClipSkip && t == Dtile{}) return;
                 Write(x, y, {Signed(t.chr), Signed(t.fg), Signed(t.bg), Signed(t.attrib)});
             });
@@ -299,6 +298,7 @@ TEST_F(Areas, FadeFilesAreReadAsFarAsTheyGo) {
     std::filesystem::create_directory(temp / "Library");
     std::filesystem::current_path(temp.Path());
     const std::tuple<std::string, std::size_t, std::string> rows[] = {
+        {"", 0, "Unable to load Library/FadeBlends.txt"},  // there is none
         {"a b\r\n" + cells + "x\n" + std::string(98, 'n') + "\n" + cells, 2, ""},
         {"a\n" + cells + "\n \n\nb\n" + cells, 1, "line 3: this line is blank"},
         {"a\n" + cells + "\nb\n1 2 x", 1, "line 4: a number belongs here"},
@@ -307,7 +307,7 @@ TEST_F(Areas, FadeFilesAreReadAsFarAsTheyGo) {
         {"a\n" + cells + "\nb\n1 2", 1, ""},
     };
     for (const auto& [text, count, fault] : rows) {
-        PutFile("Library/FadeBlends.txt", text);
+        if (!text.empty()) PutFile("Library/FadeBlends.txt", text);
         const auto blends = LoadFadeBlends("Fade");
         ASSERT_EQ(blends.size(), count) << fault;
         EXPECT_NE(reports.Texts().find(fault), std::string::npos) << reports.Texts();

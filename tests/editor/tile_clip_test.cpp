@@ -62,10 +62,9 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
             PutFile(file, bytes);
             ClearTileClip();
             script.ExpectFile("open", file);
-            if (extension == "bmp")
-                script.ExpectDialog("Load BMP As", [&first](ScriptedForm& asked) {
-                    asked.Click(first.fg == kNone ? 1003 : 1002);
-                });
+            const int plane = first.fg == kNone ? 1003 : 1002;
+            const auto answer = [plane](ScriptedForm& asked) { asked.Click(plane); };
+            if (extension == "bmp") script.ExpectDialog("Load BMP As", answer);
             form.Choose(kClipLoad);
             EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
             form.Click(kIdOk);
@@ -89,6 +88,7 @@ TEST_F(TileClip, TheViewerShowsWhatIsDraggedIntoIt) {
             scroll = {std::clamp(scroll.x + by.x, shown.size.w / 16 - 60, 0),
                       std::clamp(scroll.y + by.y, shown.size.h / 16 - 50, 0)};
             if (shown.invalidated || step == 39) shown.Paint();
+            EXPECT_EQ(shown.description, step < 39 ? "60 by 50 tiles" : "60 by 0 tiles");
             shown.ExpectPicture([&](int x, int y) {
                 const int there = getpixel(node.Surface(), x - 8 * scroll.x, y - 8 * scroll.y);
                 return step < 39 ? std::max(there, 0) : 0;

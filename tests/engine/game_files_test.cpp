@@ -107,11 +107,12 @@ TEST_F(GameFiles, RandomWorldsComeBackAsTheyWere) {
         ASSERT_TRUE(world->Save(folder / "s.zqlt"));
         // Saving has collapsed what was expanded.
         const std::string mode = std::to_string(round % 4) + (round % 2 ? " 1" : " 0");
-        const std::pair<std::string, std::string> expected[] = {{"font.hdr", "128 128 2\r\n"},
-                                                                {"font.raw", sheet},
-                                                                {"game.qlt", ""},
-                                                                {"res.dat", mode}};
-        const std::vector<PlainEntry> entries = ReadZip(FileBytes(folder / "s.zqlt"));
+        const std::string size = "128 128 2\r\n";
+        const std::pair<std::string, std::string> expected[] = {
+            {"font.hdr", size}, {"font.raw", sheet}, {"game.qlt", ""}, {"res.dat", mode}};
+        const std::string bytes = FileBytes(folder / "s.zqlt");
+        ASSERT_EQ(bytes[bytes.find("PK\1\2") + 36], 0) << "unpacking changes its line ends";
+        const std::vector<PlainEntry> entries = ReadZip(bytes);
         ASSERT_EQ(entries.size(), 4u);
         for (std::size_t i = 0; i < 4; ++i) {
             ASSERT_EQ(entries[i].name, expected[i].first);

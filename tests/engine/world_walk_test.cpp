@@ -29,7 +29,7 @@ struct Plain {
         for (int y = 0; y < h; ++y)
             for (int x = 0; x < w; ++x)
                 tiles.push_back(x < is[kWidth] && y < is[kHeight]
-                                    ? old[static_cast<std::size_t>(y * is[kWidth] + x)]
+                                    ? old[std::size_t(y * is[kWidth] + x)]
                                     : Dtile{0, 255, 255, 0});
         is[kWidth] = std::max(w, 0);
         is[kHeight] = std::max(h, 0);
@@ -75,7 +75,7 @@ struct Walk : WorldTest {
 
     Plain& Any(bool orRoot = false) {
         const std::vector<Plain*> all = Tree(root);
-        return *all[static_cast<std::size_t>(Roll(!orRoot, static_cast<int>(all.size()) - 1))];
+        return *all[std::size_t(Roll(!orRoot, int(all.size()) - 1))];
     }
     Plain& Make(Plain& parent, const std::string& name, int w, int h, int z, bool ascending) {
         Plain& node = Put(parent, std::list<Plain>(1), ascending);
@@ -155,8 +155,7 @@ void Walk::Step() {
             for (int i = 0; i < modeW * modeH; ++i) {
                 const int x = i % modeW, y = i / modeW;
                 const bool edge = x == 0 || y == 0 || x == modeW - 1 || y == modeH - 1;
-                made.tiles[static_cast<std::size_t>(i)] =
-                    edge ? Dtile{176, 16, 32, 1} : Dtile{0, 255, 255, 0};
+                made.tiles[std::size_t(i)] = edge ? Dtile{176, 16, 32, 1} : Dtile{0, 255, 255, 0};
             }
             object = board = made.id;
             const VideoMode& real = GetVideoMode(world->videoMode);
@@ -196,7 +195,7 @@ void Walk::Step() {
             if (index == kHeight || (index == kViewH && value > height)) node.Resize(w, value);
             if (index == kViewW || index == kViewH) node.realW = node.realH = 0;
             if (index >= 0 && index < 9 && index != kWidth && index != kHeight)
-                node.is[static_cast<std::size_t>(index)] = value;
+                node.is[std::size_t(index)] = value;
             if (index == kPosZ) Put(*node.parent, Taken(node), node.parent->name == root.name);
             break;
         }
@@ -213,10 +212,10 @@ void Walk::Step() {
                 const int put[] = {Roll(-1, 300), kInk[Roll(0, 7)], kInk[Roll(0, 6)], Roll(-1, 3)};
                 world->SetTile(h, x, y, put[0], put[1], put[2], put[3]);
                 if (x < 0 || y < 0 || x >= w || y >= height) continue;
-                Dtile& tile = node.tiles[static_cast<std::size_t>(y * w + x)];
+                Dtile& tile = node.tiles[std::size_t(y * w + x)];
                 std::uint16_t* fields[] = {&tile.chr, &tile.fg, &tile.bg, &tile.attrib};
                 for (int f = 0; f < 4; ++f)
-                    if (put[f] != -1) *fields[f] = static_cast<std::uint16_t>(put[f]);
+                    if (put[f] != -1) *fields[f] = std::uint16_t(put[f]);
             }
             break;
         case 10:
@@ -255,10 +254,10 @@ void Walk::Step() {
             world->SetCurrentObject(h);
             object = node.id;
             const std::vector<Plain*> all = Tree(root);
-            const int scroll = Roll(0, 3) * 10, y = Roll(0, 10 * static_cast<int>(all.size()) + 20);
+            const int scroll = Roll(0, 3) * 10, y = Roll(0, 10 * int(all.size()) + 20);
             world->ClickTreeList(scroll, y);
             // Behind the title; of the ten pixels of a row seven hit.
-            const auto at = static_cast<std::size_t>(std::max(y + scroll - 3, 0));
+            const auto at = std::size_t(std::max(y + scroll - 3, 0));
             if (at < 10 || at / 10 >= all.size() || at % 10 < 1 || at % 10 > 7) break;
             const Plain* shown = all[at / 10];
             object = shown->id;
@@ -342,7 +341,7 @@ void Walk::Query() {
     }
     std::vector<Handle> handles;
     for (const Plain* node : found) handles.push_back(Take(node));
-    EXPECT_EQ(world->CountHandles(list), static_cast<int>(handles.size()));
+    EXPECT_EQ(world->CountHandles(list), int(handles.size()));
     for (int round = 0; round < 2; ++round) {
         for (Handle expected : handles) ASSERT_EQ(world->NextHandle(list), expected);
         EXPECT_EQ(world->NextHandle(list), -1) << "after which it starts anew";

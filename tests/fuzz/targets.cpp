@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -38,12 +39,11 @@ std::string FileOf(std::string_view bytes, const std::string& extension) {
 
 bool Read(std::string_view bytes, Game& game) {
     GameFault fault;
-    TextRemarks remarks;
+    TextRemarks all;
     const IdSource ids = [] { return vWorld->TakeId(); };
-    const bool read =
-        ReadGame(*ZipReader::InMemory(bytes), "world.zqlt", ids, game, fault, &remarks);
+    const bool read = ReadGame(*ZipReader::InMemory(bytes), "world.zqlt", ids, game, fault, &all);
     Tell(fault.text);
-    for (const auto& remark : remarks.remarks) Tell(std::to_string(remark.line) + remark.text);
+    for (const auto& remark : all.remarks) Tell(std::to_string(remark.line) + remark.text);
     Require(read || !fault.text.empty(), "an archive that is refused has a reason");
     return read;
 }
@@ -99,9 +99,8 @@ void FuzzClip(std::string_view bytes, const std::string& extension) {
         vTileClipW = 1;
         vTileClipH = 2;
         const bool loaded = LoadTileClip(path, [] { return true; });
-        Require(vTileClipW > 0 && std::int64_t{vTileClipW} * vTileClipH ==
-                                      static_cast<std::int64_t>(vTileClip.size()),
-                "the clipboard has a cell for each place");
+        const std::int64_t cells = std::int64_t{vTileClipW} * vTileClipH;
+        Require(cells > 0 && cells == std::ssize(vTileClip), "there is a cell for each place");
         return loaded;
     };
     if (!load(FileOf(bytes, extension)))
@@ -127,7 +126,7 @@ void FuzzZobj(std::string_view bytes) {
     const HandleGuard handle(vWorld->AddHandle(&node));
     if (!vWorld->Import(handle, path))
         return Require(node.name == "old" && node.width == 1 && node.children.empty(),
-                       "a file that is refused leaves the node as it was");
+                       "it was left alone");
     if (SurfaceBytes(node) > kLargestWritten) return;
     const std::string read = Account(holder, Kept::InFile);
     Tell(read);
@@ -144,9 +143,8 @@ void StartTargets() {
     StartTrace(nullptr);
     // Without the path, which is another one each time.
     vMessageHook = [](const char* text, const char*) {
-        const std::string_view said = text;
-        const auto name = said.find("fuzz.");
-        Tell(said.substr(name == said.npos ? 0 : name));
+        const char* name = std::strstr(text, "fuzz.");
+        Tell(name ? name : text);
     };
     static Dinterface world;
     world.SetViewSize(kTargetW, kTargetH);

@@ -99,8 +99,7 @@ struct MainWindow : testing::Test {
     QPoint At(int x, int y) {
         const CQuiltView& view = app->Frame().EditView();
         const double scale = 8.0 / static_cast<double>(view.Zoom());
-        return {static_cast<int>((x + view.Scroll().x + 0.5) * scale),
-                static_cast<int>((y + view.Scroll().y + 0.5) * scale)};
+        return {int((x + view.Scroll().x + 0.5) * scale), int((y + view.Scroll().y + 0.5) * scale)};
     }
     Dobject& Board() { return *vWorld->Root().children.front(); }
 

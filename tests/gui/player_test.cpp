@@ -31,11 +31,8 @@ TEST(Player, IsAProcessOfItsOwn) {
 }
 
 TEST(Termination, LeavesFirstAndDiesOfTheSignal) {
-    const auto die = [](int number) {
-        OnTermination([] {}, [] { std::fputs("left", stderr); });
-        std::raise(number);
-        QTest::qWait(8000);
-    };
+    const auto leave = [] { std::fputs("left", stderr); };
     for (const int number : {SIGTERM, SIGHUP, SIGINT})
-        EXPECT_EXIT(die(number), testing::KilledBySignal(number), "^left$");
+        EXPECT_EXIT((OnTermination([] {}, leave), std::raise(number), QTest::qWait(8000)),
+                    testing::KilledBySignal(number), "^left$");
 }

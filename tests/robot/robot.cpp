@@ -50,12 +50,11 @@ public:
     void Live(QtPlatform& qt) {
         while (!done) {
             // The first is a world of all kinds, which is saved and opened at once.
-            const bool empty = run.step && run.OneIn(2);
-            run.Say("start the program", empty);
-            CQuiltApp life;
-            app = &life;
-            if (life.InitInstance(run.folder.Path(), empty ? "" : run.folder / "good.zqlt"))
-                qt.Run();
+            const bool anew = run.step && run.OneIn(2);
+            run.Say("start the program", anew);
+            CQuiltApp own;
+            app = &own;
+            if (own.InitInstance(run.folder.Path(), anew ? "" : run.folder / "good.zqlt")) qt.Run();
         }
     }
     /// Ends the process with a failure if something is not as it shall be.
@@ -201,10 +200,10 @@ Robot* vRobot = nullptr;
 // quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE]
 int main(int argc, char** argv) {
     Run run;
-    std::map<std::string, std::string> options{{"--seed", "1"},
-                                               {"--steps", "1000"},
-                                               {"--seconds", "0"},
-                                               {"--log", run.folder / "robot.log"}};
+    std::map<std::string, std::string> options = {{"--seed", "1"},
+                                                  {"--steps", "1000"},
+                                                  {"--seconds", "0"},
+                                                  {"--log", run.folder / "robot.log"}};
     for (int i = 1; i + 1 < argc; i += 2) options.at(argv[i]) = argv[i + 1];
     const auto number = [&](const char* option) { return std::stol(options[option]); };
     const auto seed = static_cast<unsigned>(number("--seed"));

@@ -78,9 +78,8 @@ void Write(const Dobject& parent, bool all, std::ostream& out) {
     for (const auto& child : parent.children) children.push_back(child.get());
     const std::int64_t way = parent.name == kRootName ? 1 : -1;
     if (!all)
-        std::stable_sort(children.begin(), children.end(), [way](const auto* a, const auto* b) {
-            return way * a->posz < way * b->posz;
-        });
+        std::stable_sort(children.begin(), children.end(),
+                         [way](auto* a, auto* b) { return way * a->posz < way * b->posz; });
     for (const Dobject* node : children) {
         const bool expanded = !all && node->evieww != 0;
         out << "~ob " << (all ? node->name : KeptName(node->name)) << ' ' << node->posz << '\n';

@@ -106,8 +106,7 @@ void Replay(const json& said, Game& game) {
         const std::string pixels = BytesOf({{"hex", block[3]}});
         const int x = block[0], y = block[1], width = std::min(8, game.sheet->w - x);
         for (int i = 0; i < std::ssize(pixels); ++i)
-            game.sheet->line[y + i / width][x + i % width] =
-                static_cast<unsigned char>(pixels[static_cast<std::size_t>(i)]);
+            game.sheet->line[y + i / width][x + i % width] = pixels[std::size_t(i)];
     }
     const std::vector<Dobject*> old = AllOf(game.root);
     std::map<int, Dobject*> added;
@@ -218,9 +217,8 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
             ASSERT_TRUE(conflicts.empty()) << conflicts[0].path << ": " << conflicts[0].what;
             const GameDiff left = DiffGames(ours, both);
             // The order of the two added ones is open.
-            for (const NodeChange& change : left.nodes)
-                ASSERT_TRUE(change.reordered && change.numbers.empty() && change.tiles == 0)
-                    << change.path;
+            for (const NodeChange& c : left.nodes)
+                ASSERT_TRUE(c.reordered && c.numbers.empty() && c.tiles == 0) << c.path;
             ASSERT_TRUE(left.glyphs.empty() && left.settings.empty());
         }
 
@@ -263,15 +261,18 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
             ASSERT_EQ(Difference(Read(games[i]).Told(), replayed.Told()), "") << i;
             PutFile(folder / "base.zqlt", games[0]);
             PutFile(folder / "cut.zqlt", games[0].substr(0, games[0].size() / 2));
-            for (const std::string call :
-                 {"diff base.zqlt b.zqlt", "diff base.zqlt b.zqlt --stat",
-                  "diff base.zqlt b.zqlt --json", "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --marks",
-                  "cat c.zqlt", "info c.zqlt", "info b.zqlt --json",
-                  "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --theirs", "check c.zqlt",
-                  "diff base.zqlt b.zqlt --board n1", "diff base.zqlt b.zqlt --board gone",
-                  "diff base.zqlt", "diff --git x base.zqlt 1 0 b.zqlt 2 0", "diff gone b.zqlt",
-                  "repair b.zqlt c.zqlt", "repair cut.zqlt c.zqlt", "check c.zqlt",
-                  "merge base.zqlt gone b.zqlt -o c.zqlt", "repair c.zqlt gone/c.zqlt"}) {
+            std::istringstream calls(
+                "diff base.zqlt b.zqlt\ndiff base.zqlt b.zqlt --stat\ndiff base.zqlt b.zqlt "
+                "--json\n"
+                "diff base.zqlt b.zqlt --json --values\ndiff base.zqlt b.zqlt --board n1\n"
+                "diff base.zqlt b.zqlt --board gone\ndiff base.zqlt\ndiff gone b.zqlt\n"
+                "diff --git x base.zqlt 1 0 b.zqlt 2 0\nrepair b.zqlt c.zqlt\n"
+                "repair cut.zqlt ./cut.zqlt\nrepair cut.zqlt c.zqlt\ncheck c.zqlt\n"
+                "repair c.zqlt gone/c.zqlt\nrepair c.zqlt d.zqlt\n"
+                "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --marks\ncat c.zqlt\ninfo c.zqlt\n"
+                "info b.zqlt --json\nmerge base.zqlt a.zqlt b.zqlt -o c.zqlt --theirs\n"
+                "check c.zqlt\nmerge base.zqlt gone b.zqlt -o c.zqlt");
+            for (std::string call; std::getline(calls, call);) {
                 const Result result = Run(call);
                 sums[call.substr(0, call.find(' '))] +=
                     SumOf(result.out + result.err + std::to_string(result.status));
@@ -280,7 +281,7 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
     }
     std::string told;
     for (const auto& [verb, sum] : sums) told += verb + std::to_string(sum % 10000) + " ";
-    EXPECT_EQ(told, "cat1694 check6451 diff6723 info5396 merge6444 repair4614 ")
+    EXPECT_EQ(told, "cat1694 check6451 diff7841 info5396 merge6444 repair4606 ")
         << "look at what these commands say now, then write their sums here";
 }
 
@@ -396,11 +397,6 @@ TEST_F(Compare, WhatIsLeftOfACutArchiveIsSaved) {
         EXPECT_TRUE(whole.missing.empty());
         reports.Clear();
     }
-    PutFile(folder / "cut.zqlt", Bytes().substr(0, Bytes().size() / 2));
-    EXPECT_EQ(Run("repair cut.zqlt ./cut.zqlt").status, 2);
-    EXPECT_THAT(Run("repair cut.zqlt b.zqlt 2>&1; quilt-tool repair b.zqlt c.zqlt; echo $?").out,
-                testing::ContainsRegex("missing: .*\n0\n"));
-    EXPECT_EQ(Run("check b.zqlt").status, 0);
 }
 
 // All headers or all records of the directory are damaged alike; the other ones tell enough.
