@@ -26,6 +26,9 @@ TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
     step.selectAll();
     Type(step, QStringLiteral("1a-2"));
     EXPECT_EQ(step.text().toStdString(), "12") << "digits only";
+    // The field does not keep the keys of the menu bar.
+    person.OnDialog([](QDialog& dialog) { dialog.close(); });
+    Hit({Qt::Key_C}, Qt::ControlModifier);
 
     // The letters of the menu bar are its own.
     edit->setFocus();

@@ -455,6 +455,7 @@ TEST_F(Compare, GitComparesAndJoinsGames) {
     paint("both", 2, 65);
     for (const char* end : {".zqlt", ".zobj"})
         EXPECT_EQ(Run(std::string("diff a") + end + " both" + end).status, 0);
+    EXPECT_EQ(Run("merge a.zqlt a.zobj a.zqlt -o d.zqlt").status, 2);
     Shell("git checkout -q side");
     paint("a", 9, 67);
     Shell("git commit -qam four");
