@@ -151,23 +151,26 @@ TEST_F(Tool, FaultsHaveTheirStatusAndPlace) {
     SaveGame("a.zqlt");
     PutFile(folder / "bad.zqlt", "x");
     PutFile(folder / "empty.zqlt", MakeZip({{"readme", "x"}}));
-    const std::string huge = "~ob b 0\n0 0 1 1\n0 0 32767 32767\n1 2 3 0\n~pb\n~pe\n~oe\n";
-    PutFile(folder / "huge.zqlt", MakeZip(GameEntries("~endvars\n~endimports\n" + huge)));
+    const std::string huge = "~ob b 0\n0 0 1 1\n0 0 32767 32767\n1 2 3 0\n~pb\n~pe\n~oe\n",
+                      none = "~ob e 0\n0 0 1 1\n0 0 0 0\n1 2 3 0\n~pb\n~pe\n~oe\n";
+    PutFile(folder / "huge.zqlt", MakeZip(GameEntries("~endvars\n~endimports\n" + huge + none)));
     const struct {
         const char* call;
         int status;
         const char* err;
-    } cases[] = {{"info bad.zqlt", 1, "quilt-tool: bad.zqlt: it is no game archive"},
-                 {"cat missing\x1b", 1, "quilt-tool: missing\\x1b: there is no such file\n"},
-                 {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
-                 {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
-                 {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
-                 {"render a.zqlt b.png --scale 65", 2, "quilt-tool: "},
-                 {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
-                 {"repair missing b.zqlt", 1, "quilt-tool: missing: there is no such file\n"},
-                 {"other a.zqlt", 2, "quilt-tool: "},
-                 {"diff --quiet a.zqlt a.zqlt", 0, ""},
-                 {"", 2, "quilt-tool: "}};
+    } cases[] = {
+        {"info bad.zqlt", 1, "quilt-tool: bad.zqlt: it is no game archive"},
+        {"cat missing\x1b", 1, "quilt-tool: missing\\x1b: there is no such file\n"},
+        {"info empty.zqlt", 1, "quilt-tool: empty.zqlt: there is no world"},
+        {"render huge.zqlt b.png", 1, "quilt-tool: huge.zqlt: the picture of 'b'"},
+        {"render huge.zqlt b.png --board e", 1, "quilt-tool: huge.zqlt: the viewport of 'e'"},
+        {"render a.zqlt b.png --board x", 2, "quilt-tool: a.zqlt: there is no board 'x'"},
+        {"render a.zqlt b.png --scale 65", 2, "quilt-tool: "},
+        {"cat a.zqlt >/dev/full", 1, "quilt-tool: standard output: "},
+        {"repair missing b.zqlt", 1, "quilt-tool: missing: there is no such file\n"},
+        {"other a.zqlt", 2, "quilt-tool: "},
+        {"diff --quiet a.zqlt a.zqlt", 0, ""},
+        {"", 2, "quilt-tool: "}};
     for (const auto& c : cases) {
         const Result result = Run(c.call);
         EXPECT_EQ(result.status, c.status) << c.call;
