@@ -48,29 +48,29 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
         {{kNone, kNone, kNone, 0}, "att", "a0 a300  a-25536"},
         {kNothing, "qcf", " c300f300b300a300  c-25536f-25536b-25536a-25536"},
         {{kNone, 1, 1, kNone}, "qcf", "f1b1 c300f300b300a300  c-25536f-25536b-25536a-25536"}};
-    for (const auto& [first, extension, kept] : cases) {
-        Put(2, 2, {first, {300, 300, 300, 300}, kNothing, {40000, 40000, 40000, 40000}});
-        EXPECT_EQ(SaveFormat(ClipKindOf(first)).extension, extension);
-        const std::string file = temp / ("kind." + extension);
-        script.ExpectDialog("Tile ClipBoard", [&, &first = first](ScriptedForm& form) {
+    for (const auto& c : cases) {
+        Put(2, 2, {c.first, {300, 300, 300, 300}, kNothing, {40000, 40000, 40000, 40000}});
+        EXPECT_EQ(SaveFormat(ClipKindOf(c.first)).extension, c.extension);
+        const std::string file = temp / ("kind." + c.extension);
+        script.ExpectDialog("Tile ClipBoard", [&](ScriptedForm& form) {
             script.ExpectFile("save", file);
             form.Choose(kClipSave);
             std::string bytes = FileBytes(file);
-            EXPECT_TRUE(extension != "att" || bytes == "2 2\n0 300 \n-1 -25536 \n");
+            EXPECT_TRUE(c.extension != "att" || bytes == "2 2\n0 300 \n-1 -25536 \n");
             // A PCX picture may begin elsewhere than at 0, 0.
-            for (const std::size_t at : {4u, 6u, 8u, 10u}) bytes[at] += extension == "chr" ? 3 : 0;
+            for (const auto at : {4u, 6u, 8u, 10u}) bytes[at] += c.extension == "chr" ? 3 : 0;
             PutFile(file, bytes);
             ClearTileClip();
             script.ExpectFile("open", file);
-            const int plane = first.fg == kNone ? 1003 : 1002;
+            const int plane = c.first.fg == kNone ? 1003 : 1002;
             const auto answer = [plane](ScriptedForm& asked) { asked.Click(plane); };
-            if (extension == "bmp") script.ExpectDialog("Load BMP As", answer);
+            if (c.extension == "bmp") script.ExpectDialog("Load BMP As", answer);
             form.Choose(kClipLoad);
             EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
             form.Click(kIdOk);
         });
         DoTileClip().Run();
-        EXPECT_EQ(Cells(), "2x2 " + kept);
+        EXPECT_EQ(Cells(), "2x2 " + c.kept);
     }
 }
 

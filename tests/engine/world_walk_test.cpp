@@ -162,6 +162,7 @@ void Walk::Step() {
             EXPECT_EQ(std::pair(real.screenW, real.screenH), std::pair(modeW * 8, modeH * 8));
             const Handle fresh = Open(made);
             EXPECT_EQ(world->Node(fresh)->tiles, made.tiles);
+            EXPECT_NE(Pixels(world->Node(fresh)->vSurf.get()).find('\x20'), std::string::npos);
             world->SetProperty(fresh, kWidth, 5);
             world->SetProperty(fresh, kHeight, 4);
             made.Resize(5, 4);
