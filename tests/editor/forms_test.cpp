@@ -197,8 +197,8 @@ TEST_F(Forms, AllOfThem) {
          "w8 h4 vieww8 viewh4 blank24 "},
         {"Size", size, "'6' '5' [x] ", "1003 1002!0:1+and 1001=8 1002=4", "w8 h4 viewh4 blank24 "},
         // Neither side of a grid passes through one that is too large.
-        {"Size", tall, "'2' '32000' [x] ", "1001=32000 1002=2",
-         "w32000 h2 vieww32000 viewh2 blank4 ", 'o'},
+        {"Size", tall, "'2' '32000' [x] ", "1003 1001=32000 1002=2",
+         "w32000 h2 vieww2 viewh2 blank4 ", 'o'},
         {"Viewport", [] { DoViewport().Run(); }, "'5' '5' ",
          "1001!32768:32768+by+5+tiles+is+too+large 1002!32768:6+by+32768 1001=9 1002=3",
          "w9 vieww9 viewh3 "},
@@ -220,7 +220,7 @@ TEST_F(Forms, AllOfThem) {
         {"Brush Settings", brush, look, "1002@99,90 1010 1001@176,213", "chr219 "},
         {"Brush Settings", brush, look, "1001@176,213 1002@0,0 1010 1001@48,0", "chr3 bg0 "},
         {"Brush Settings", brush, look, "1011", "chr0 fg0 bg0 "},
-        {"Brush Settings", brush, look, "1001@48,0 1002@0,0 1010", "chr3 bg0 "},
+        {"Brush Settings", brush, look, "1002@0,0 1001@48,0 1010", "chr3 bg0 "},
         {"Color Select", [] { DoColorSelect().Run(); }, "", "1001@0,10", "fg16 ", 'a'},
         {"Tile ClipBoard", [] { DoTileClip().Run(); }, "[ ] ", "1002", "skip1 "},
         {"Object ClipBoard", [] { DoObjectClipBoard().Run(); }, "", "", "", 'o'},
@@ -247,7 +247,7 @@ TEST_F(Forms, AllOfThem) {
     EXPECT_EQ(sums,
               "2457 About QUILT!639 Bar2498 Brush Settings1194 Color Select2367 Distance "
               "Fade5581 Fade4625 Filter2584 Font Edit304 Location4220 Name1374 Object "
-              "ClipBoard433 Programming1090 Save Notification9253 Size6279 Slime fade2294 "
+              "ClipBoard433 Programming1090 Save Notification9253 Size5881 Slime fade2294 "
               "Speckle2501 Tile ClipBoard1856 Viewport6576 ")
         << "look at the forms that changed, then write their sums here";
 }
@@ -272,7 +272,7 @@ TEST_F(Forms, PanelsWriteAtOnce) {
         {"1059", "viewx0 E"},
         // A step box may be empty for a while.
         {"1049= 1050=100", "1049'' 1050'100' stepY100 "},
-        {"1050=101", "message Please enter an integer between 0 and 100. "},
+        {"1050=101", "message Please enter an integer between 0 and 100. to1050 "},
         {"1013@5,5", "1049'3' dialog Brush Settings "},
         {"1058", "1076[ ] 1078[ ] 1079[ ] attribs0 panel0 LE"},
         {"0#13", "LE"},
@@ -306,6 +306,8 @@ TEST_F(Forms, PanelsWriteAtOnce) {
         script.Run();
         std::string outcome = News(own.panel.get());
         for (const std::string& asked : std::exchange(script.asked, {})) outcome += asked + " ";
+        if (own.panel->focus)
+            outcome += "to" + std::to_string(std::exchange(own.panel->focus, 0)) + " ";
         if (own.List().invalidated) outcome += "L";
         if (own.Edit().invalidated) outcome += "E";
         if (preview() && preview()->invalidated) outcome += "B";

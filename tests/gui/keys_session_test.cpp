@@ -12,9 +12,9 @@ TEST_F(MainWindow, KeysMakeAGameFromNothing) {
     Hit({Qt::Key_Tab, Qt::Key_Tab}, Qt::ShiftModifier);
     EXPECT_EQ(QApplication::focusWidget(), &Control(kScrollForward));
     Hit({Qt::Key_Tab});
-    person.OnDialog([](QDialog& dialog) { Key(dialog, {Qt::Key_Right, Qt::Key_Return}); });
+    person.OnDialog([](QDialog& d) { Key(d, {Qt::Key_Right, Qt::Key_Down, Qt::Key_Return}); });
     Hit({Qt::Key_Space});
-    EXPECT_EQ(vBrush.chr, 2);
+    EXPECT_EQ(vBrush.chr, 18);
 
     // A line along a box.
     Hit(std::vector(4, Qt::Key_Right), Qt::ControlModifier);
@@ -45,7 +45,7 @@ TEST_F(MainWindow, KeysMakeAGameFromNothing) {
 
     Reopen(temp / "keys.zqlt");
     for (int i = 0; i < 25; ++i)
-        EXPECT_EQ(Board().GetTile(i % 5, i / 5)->chr == 2, i % 6 == 0) << i;
+        EXPECT_EQ(Board().GetTile(i % 5, i / 5)->chr == 18, i % 6 == 0) << i;
     const Dobject& thing = *vWorld->Root().children.back()->children.front();
     EXPECT_EQ(thing.name + thing.script.substr(0, 6), "thing@thing");
 }
