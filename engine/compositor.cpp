@@ -19,8 +19,28 @@ int RunOf(const unsigned char* from, int count, unsigned char value) {
     return run;
 }
 
+constexpr int kGlance = 8;
+
+// Whether so many cells are solid at a glance: they have both colours, and none is a sprite.
+bool AreSolid(const Dtile* tiles) {
+    using TwoCells = std::uint16_t __attribute__((vector_size(2 * sizeof(Dtile))));
+    constexpr std::uint16_t kIts = 0xffff;
+    constexpr TwoCells kColors{0, kIts, kIts, 0, 0, kIts, kIts, 0};
+    constexpr TwoCells kFg{0, kIts, 0, 0, 0, kIts, 0, 0};
+    TwoCells holes = {};
+    for (int i = 0; i < kGlance; i += 2) {
+        TwoCells cells;
+        std::memcpy(&cells, tiles + i, sizeof cells);
+        holes |= ((cells == 0) & kColors) | ((cells == kSpriteColor) & kFg);
+    }
+    std::uint64_t halves[2];
+    std::memcpy(halves, &holes, sizeof halves);
+    return (halves[0] | halves[1]) == 0;
+}
+
 int SolidRun(const Dtile* tiles, int count) {
     int run = 0;
+    while (run + kGlance <= count && AreSolid(tiles + run)) run += kGlance;
     while (run < count && IsSolid(tiles[run])) ++run;
     return run;
 }

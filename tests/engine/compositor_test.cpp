@@ -72,22 +72,23 @@ struct Compositor : WorldTest {
     }
 
     void Grow(Dobject& parent, int depth) {
-        static constexpr int kGlyphs[] = {0, 1, 65, 176, 178, 219, 200, 201};
-        static constexpr int kColors[] = {0, 0, 7, 15, 200};
+        static constexpr std::uint16_t kGlyphs[] = {0, 1, 65, 176, 178, 219, 200, 201};
+        static constexpr std::uint16_t kColors[] = {0, 0, 7, 15, 200};
         static constexpr int kFar[] = {INT_MIN, INT_MIN + 1, INT_MAX - 1, INT_MAX};
         for (int count = Roll(1, depth == 0 ? 3 : 4); count > 0; --count) {
             Dobject& node = AddNode(parent, "n", Roll(0, depth ? 9 : 24), Roll(0, 7), Roll(-2, 2));
             all.push_back(&node);
             const bool sparse = Roll(0, 2) == 0;
-            const int like = Roll(0, 1) * 40;  // cells of which one differs from that before it
-            int chr = 0, fg = 0, bg = 0;
+            const int like = Roll(0, 1) * 12;  // so many cells to one are as the first
+            Dtile base;
             for (int i = 0; i < node.width * node.height; ++i) {
                 if (sparse && Roll(0, 2)) continue;
-                const bool same = i && Roll(0, like), sprite = Roll(0, 5) == 0;
-                if (!same) chr = sprite ? Roll(200, 201) : kGlyphs[Roll(0, 7)];
-                if (!same) fg = sprite ? -2 : kColors[Roll(0, 4)];
-                if (!same) bg = sprite ? Roll(0, 2) : kColors[Roll(0, 4)];
-                node.PutTile(i % node.width, i / node.width, chr, fg, bg, 0);
+                const auto hint = static_cast<std::uint16_t>(Roll(0, 2));
+                Dtile tile{kGlyphs[Roll(0, 7)], kColors[Roll(0, 4)], kColors[Roll(0, 4)], 0};
+                if (Roll(0, 5) == 0) tile = {kGlyphs[Roll(6, 7)], kSpriteColor, hint, 0};
+                if (i == 0) base = tile;
+                if (Roll(0, like)) tile = base;
+                node.PutTile(i % node.width, i / node.width, tile.chr, Signed(tile.fg), tile.bg, 0);
             }
             std::int32_t* fields[] = {&node.posx,  &node.posy,  &node.viewx,
                                       &node.viewy, &node.vieww, &node.viewh};
@@ -126,7 +127,7 @@ struct Compositor : WorldTest {
 
 TEST_F(Compositor, MatchesThePixelModelOnRandomWorlds) {
     Dobject& root = world->Root();
-    for (int round = 0; round < 700 && !HasFailure(); ++round) {
+    for (int round = 0; round < 1000 && !HasFailure(); ++round) {
         root.EraseAll();
         all.clear();
         Grow(root, 0);
