@@ -24,9 +24,9 @@ constexpr int kGlance = 8;
 // Whether so many cells are solid at a glance: they have both colours, and none is a sprite.
 bool AreSolid(const Dtile* tiles) {
     using TwoCells = std::uint16_t __attribute__((vector_size(2 * sizeof(Dtile))));
-    constexpr std::uint16_t kIts = 0xffff;
-    constexpr TwoCells kColors{0, kIts, kIts, 0, 0, kIts, kIts, 0};
-    constexpr TwoCells kFg{0, kIts, 0, 0, 0, kIts, 0, 0};
+    constexpr std::uint16_t kSet = 0xffff;
+    constexpr TwoCells kColors{0, kSet, kSet, 0, 0, kSet, kSet, 0};
+    constexpr TwoCells kFg{0, kSet, 0, 0, 0, kSet, 0, 0};
     TwoCells holes = {};
     for (int i = 0; i < kGlance; i += 2) {
         TwoCells cells;
