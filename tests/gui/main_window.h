@@ -19,6 +19,7 @@
 
 struct MainWindow : testing::Test {
     ~MainWindow() override {
+        EXPECT_TRUE(!vWorld || vWorld->FindFreeHandleList() == 0) << "lists are open";
         app.reset();
         std::filesystem::current_path(programFolder);
     }

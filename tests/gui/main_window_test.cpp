@@ -85,6 +85,10 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     person.AnswerFileDialog(temp / "game");
     Choose("&File", "Save &As...");
     const std::string path = temp / "game.zqlt", saved = FileBytes(path);
+    EXPECT_TRUE(texts[0]->text().contains(QLatin1String("game.zqlt: 1 board")));
+    window->menuBar()->actions()[2]->menu()->show();
+    EXPECT_TRUE(texts[0]->text().startsWith(QLatin1String("Use"))) << "until the next menu";
+    window->menuBar()->actions()[2]->menu()->close();
     // Overwriting asks, and so does closing.
     PutFile(path, "no archive");
     person.OnDialog([&](QDialog& dialog) {

@@ -262,16 +262,16 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
             PutFile(folder / "base.zqlt", games[0]);
             PutFile(folder / "cut.zqlt", games[0].substr(0, games[0].size() / 2));
             std::istringstream calls(
-                "diff base.zqlt b.zqlt\ndiff base.zqlt b.zqlt --stat\ndiff base.zqlt b.zqlt "
-                "--json\n"
-                "diff base.zqlt b.zqlt --json --values\ndiff base.zqlt b.zqlt --board n0\n"
-                "diff base.zqlt b.zqlt --board gone\ndiff base.zqlt\ndiff gone b.zqlt\n"
-                "diff --git x base.zqlt 1 0 b.zqlt 2 0\nrepair b.zqlt c.zqlt\n"
-                "repair cut.zqlt ./cut.zqlt\nrepair cut.zqlt c.zqlt\ncheck c.zqlt\n"
-                "repair c.zqlt gone/c.zqlt\nrepair c.zqlt d.zqlt\n"
-                "merge base.zqlt a.zqlt b.zqlt -o c.zqlt --marks\ncat c.zqlt\ninfo c.zqlt\n"
-                "info b.zqlt --json\nmerge base.zqlt a.zqlt b.zqlt -o c.zqlt --theirs\n"
-                "check c.zqlt\nmerge base.zqlt gone b.zqlt -o c.zqlt");
+                "diff base.zqlt b.zqlt\ndiff base.zqlt b.zqlt --stat\n"
+                "diff base.zqlt b.zqlt --json\ndiff base.zqlt b.zqlt --json --values\n"
+                "diff base.zqlt b.zqlt --board n0\ndiff base.zqlt b.zqlt --board gone\n"
+                "diff base.zqlt\ndiff gone b.zqlt\ndiff base.zqlt b.zqlt --quiet\n"
+                "diff b.zqlt b.zqlt --quiet\ndiff --git x base.zqlt 1 0 b.zqlt 2 0\n"
+                "repair b.zqlt c.zqlt\nrepair cut.zqlt ./cut.zqlt\nrepair cut.zqlt c.zqlt\n"
+                "check c.zqlt\nrepair c.zqlt gone/c.zqlt\nrepair c.zqlt d.zqlt\n"
+                "info b.zqlt --json\nmerge base.zqlt a.zqlt b.zqlt -o c.zqlt --marks\n"
+                "cat c.zqlt\ninfo c.zqlt\nmerge base.zqlt a.zqlt b.zqlt -o c.zqlt --theirs\n"
+                "check c.zqlt\nmerge base.zqlt gone b.zqlt -o c.zqlt\n");
             for (std::string call; std::getline(calls, call);) {
                 const Result result = Run(call);
                 sums[call.substr(0, call.find(' '))] +=
@@ -281,7 +281,7 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
     }
     std::string told;
     for (const auto& [verb, sum] : sums) told += verb + std::to_string(sum % 10000) + " ";
-    EXPECT_EQ(told, "cat1694 check6451 diff7763 info5396 merge6444 repair4606 ")
+    EXPECT_EQ(told, "cat1694 check6451 diff2771 info5396 merge6444 repair4606 ")
         << "look at what these commands say now, then write their sums here";
 }
 
