@@ -313,7 +313,7 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
         {"g.zqlt", with(0, "16 8"), "font.hdr: three numbers are expected"},
         {"g.zqlt", with(0, "0 8 2"), "font.hdr: a sheet of 0 by 8 pixels cannot be"},
         {"g.zqlt", with(1, "1 2 3"), "font.raw: the sheet ends after 3 of 128 pixels"},
-        {"g.zqlt", with(1, "1 2 256 4"), "font.raw: the pixel at 2, 0 is no colour: 256"},
+        {"g.zqlt", with(1, "0 255 256 " + good[1].bytes), "the pixel at 2, 0 is no colour: 256"},
         {"g.zqlt", with(3, "1"), "res.dat: two numbers are expected"},
         {"g.zqlt", MakeZip({good[0], good[2]}), "font.raw: there is no such entry"},
         {"g.zqlt", "", "it is empty"},
