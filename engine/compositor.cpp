@@ -128,6 +128,7 @@ private:
         return run;
     }
 
+    // A run of cells that are all open or all partial; `unpainted` is 0xff where nothing is yet.
     int DrawHoles(const Dtile* tiles, int tx, int sx, int count) {
         constexpr int kMost = 16;
         const unsigned char state = states[tx];

@@ -48,5 +48,6 @@ int Kept(const std::string& game, int number, const std::string& to) {
     const std::string& path = list[static_cast<std::size_t>(number) - 1].path;
     std::ifstream in(path, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-    return WriteBytes(to, bytes, in ? "" : path + " cannot be read") ? kGood : kBadFile;
+    const std::string why = bytes.empty() ? path + " cannot be read" : "";
+    return WriteBytes(to, bytes, why) ? kGood : kBadFile;
 }

@@ -62,9 +62,8 @@ TEST_F(TileClip, FilesKeepWhatTheirKindCarries) {
             PutFile(file, bytes);
             ClearTileClip();
             script.ExpectFile("open", file);
-            const int plane = c.first.fg == kNone ? 1003 : 1002;
-            const auto answer = [plane](ScriptedForm& asked) { asked.Click(plane); };
-            if (c.extension == "bmp") script.ExpectDialog("Load BMP As", answer);
+            const auto say = [&](ScriptedForm& f) { f.Click(c.first.fg == kNone ? 1003 : 1002); };
+            if (c.extension == "bmp") script.ExpectDialog("Load BMP As", say);
             form.Choose(kClipLoad);
             EXPECT_EQ(form.Shown(kClipPicture).invalidated, 1);
             form.Click(kIdOk);

@@ -248,7 +248,6 @@ struct View : WorldTest, HostLog {
 TEST_F(View, DoesWhatAPlainModelDoes) {
     Dobject& object = AddNode(*board, "object", 6, 3);
     const std::uint16_t values[] = {0, 1, 32, 176, 177, 178, 219, 255, 65534, 65535};
-    const auto any = [&] { return std::int32_t{values[Roll(0, 7)]}; };
     Plain plain;
     Dobject* own[] = {board, &object};
     const auto renew = [&] {
@@ -302,7 +301,8 @@ TEST_F(View, DoesWhatAPlainModelDoes) {
             vPanelMode = Roll(0, 3) ? kPanelPaint : kPanelProperties;
             plain.paints = vPanelMode == kPanelPaint;
             vBrushMode = static_cast<BrushMode>(plain.mode = Roll(0, kBrushModes - 1));
-            vBrush = plain.brush = {any(), any(), any(), Roll(-1, 1)};
+            vBrush =
+                plain.brush = {values[Roll(0, 7)], Roll(0, 1) * 255, Roll(0, 2) * 127, Roll(-1, 1)};
         }
         answer.reset();
         if (Roll(0, 1)) answer = Brush{Roll(0, 8), -2, -1, Roll(0, 3)};

@@ -95,8 +95,8 @@ struct GameFiles : WorldTest {
 }  // namespace
 
 TEST_F(GameFiles, RandomWorldsComeBackAsTheyWere) {
-    std::string sheet;
-    for (unsigned char c : Pixels(world->GetFont()->Sheet())) sheet += std::to_string(c) + " ";
+    std::string raw;
+    for (unsigned char c : Pixels(world->GetFont()->Sheet())) raw += std::to_string(c) + " ";
     for (int round = 0; round < 40 && !HasFailure(); ++round) {
         PlantRandomWorld(*world, dice);
         AddPassing(First());
@@ -107,9 +107,8 @@ TEST_F(GameFiles, RandomWorldsComeBackAsTheyWere) {
         ASSERT_TRUE(world->Save(folder / "s.zqlt"));
         // Saving has collapsed what was expanded.
         const std::string mode = std::to_string(round % 4) + (round % 2 ? " 1" : " 0");
-        const std::string size = "128 128 2\r\n";
         const std::pair<std::string, std::string> expected[] = {
-            {"font.hdr", size}, {"font.raw", sheet}, {"game.qlt", ""}, {"res.dat", mode}};
+            {"font.hdr", "128 128 2\r\n"}, {"font.raw", raw}, {"game.qlt", ""}, {"res.dat", mode}};
         const std::string bytes = FileBytes(folder / "s.zqlt");
         ASSERT_EQ(bytes[bytes.find("PK\1\2") + 36], 0) << "unpacking changes its line ends";
         const std::vector<PlainEntry> entries = ReadZip(bytes);
@@ -282,45 +281,46 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     std::string nodes = kHead, nested = kHead;
     while (nodes.size() < 20'000'000) nodes += start + "~pe\n~oe\n";
     while (nested.size() < 4'000'000) nested += start + "~pe\n";
+    const char *const g = "g.zqlt", *const f = "f.zobj";
     const struct {
         const char* file;
         std::string bytes;
         const char* reason;
         std::size_t mebibytes = 64;
     } faults[] = {
-        {"g.zqlt", text("-1 2 3 2", "-1 2 33000 1"), "of 'door', 33000 by 1, is no grid's"},
-        {"g.zqlt", text("-1 2 3 2", "-1 2 32767 1024"), "'door' ends after 6 of 33553408"},
-        {"g.zqlt", with(2, kHead + large + large), "the world has more than", 280},
-        {"g.zqlt", with(2, nodes), "too many objects", 280},
-        {"g.zqlt", with(2, nested), "nested more than 1000 deep"},
-        {"g.zqlt", with(2, kHead + "~ob " + n), "65535"},
-        {"g.zqlt", text("#bind x", n), "14: a line of the script of 'door' has more than 9998"},
-        {"g.zqlt", with(2, kHead + kBoard + fill + kBoard), "millions of its characters"},
-        {"g.zqlt", text("3 2\n", std::string(fill.size(), '0') + "3 2\n"), "say nothing"},
-        {"g.zqlt", with(2, kHead + kBoard + "x" + fill), "game.qlt: it goes on long"},
-        {"g.zqlt", with(0, "16 8 2" + std::string(65536, ' ')), "font.hdr: its 65542 bytes are"},
-        {"f.zobj", object(kDoor + fill), "f.obj: it goes on long behind its end"},
-        {"g.zqlt", text("65 15 0 1\n~pb\n#bind x\n~pe\n~oe\n~oe\n", "65 15"),
+        {g, text("-1 2 3 2", "-1 2 33000 1"), "the size of 'door', 33000 by 1, is no grid's"},
+        {g, text("-1 2 3 2", "-1 2 32767 1024"), "'door' ends after 6 of 33553408"},
+        {g, with(2, kHead + large + large), "the world has more than", 280},
+        {g, with(2, nodes), "too many objects", 280},
+        {g, with(2, nested), "nested more than 1000 deep"},
+        {g, with(2, kHead + "~ob " + n), "65535"},
+        {g, text("#bind x", n), "line 14: a line of the script of 'door' has more than 9998"},
+        {g, with(2, kHead + kBoard + fill + kBoard), "millions of its characters"},
+        {g, text("3 2\n", std::string(fill.size(), '0') + "3 2\n"), "characters say nothing"},
+        {g, with(2, kHead + kBoard + "x" + fill), "game.qlt: it goes on long"},
+        {g, with(0, "16 8 2" + std::string(65536, ' ')), "font.hdr: its 65542 bytes are"},
+        {f, object(kDoor + fill), "f.obj: it goes on long behind its end"},
+        {g, text("65 15 0 1\n~pb\n#bind x\n~pe\n~oe\n~oe\n", "65 15"),
          "game.qlt, line 12: the grid of 'door' ends after 5 of 6 cells"},
-        {"g.zqlt", text("65 15 0 1", "65 15 0 x"), "line 12: the grid of 'door'"},
-        {"g.zqlt", text("65 15 0 1", "65536 15 0 1"), "beyond 16 bits"},
-        {"g.zqlt", text("65 15 0 1", "65 -32769 0 1"), "beyond 16 bits"},
-        {"g.zqlt", text("65 15 0 1", "65 15 65536 1"), "beyond 16 bits"},
-        {"g.zqlt", text("-1 2 3 2", "-1 2 x 2"), "line 10: the width of 'door' is no number"},
-        {"g.zqlt", text("-1 2 3 2", "-1 2 99999999999 2"), "the width of 'door' is beyond 32 bits"},
-        {"g.zqlt", text("~pe\n~oe\n~oe\n", ""), "the script of 'door' has no end"},
-        {"g.zqlt", text("~oe\n~oe\n", "~oe\n"), "the text ends before the '~oe' of 'board'"},
-        {"g.zqlt", with(0, "16 8"), "font.hdr: three numbers are expected"},
-        {"g.zqlt", with(0, "0 8 2"), "font.hdr: a sheet of 0 by 8 pixels cannot be"},
-        {"g.zqlt", with(1, "1 2 3"), "font.raw: the sheet ends after 3 of 128 pixels"},
-        {"g.zqlt", with(1, "0 255 256 " + good[1].bytes), "the pixel at 2, 0 is no colour: 256"},
-        {"g.zqlt", with(3, "1"), "res.dat: two numbers are expected"},
-        {"g.zqlt", MakeZip({good[0], good[2]}), "font.raw: there is no such entry"},
-        {"g.zqlt", "", "it is empty"},
-        {"g.zqlt", "PK", "it is no game archive"},
-        {"f.zobj", object(kDoor, "other.obj"), "no entry 'f.obj'"},
-        {"f.zobj", object(kDoor.substr(0, kDoor.size() - 5)), "f.obj, line"},
-        {"f.zobj", damaged, "the data are damaged"},
+        {g, text("65 15 0 1", "65 15 0 x"), "line 12: the grid of 'door'"},
+        {g, text("65 15 0 1", "65536 15 0 1"), "beyond 16 bits"},
+        {g, text("65 15 0 1", "65 -32769 0 1"), "beyond 16 bits"},
+        {g, text("65 15 0 1", "65 15 65536 1"), "beyond 16 bits"},
+        {g, text("-1 2 3 2", "-1 2 x 2"), "game.qlt, line 10: the width of 'door' is no number"},
+        {g, text("-1 2 3 2", "-1 2 99999999999 2"), "the width of 'door' is beyond 32 bits"},
+        {g, text("~pe\n~oe\n~oe\n", ""), "the script of 'door' has no end"},
+        {g, text("~oe\n~oe\n", "~oe\n"), "the text ends before the '~oe' of 'board'"},
+        {g, with(0, "16 8"), "font.hdr: three numbers are expected"},
+        {g, with(0, "0 8 2"), "font.hdr: a sheet of 0 by 8 pixels cannot be"},
+        {g, with(1, "1 2 3"), "font.raw: the sheet ends after 3 of 128 pixels"},
+        {g, with(1, "0 255 256 " + good[1].bytes), "font.raw: the pixel at 2, 0 is no colour: 256"},
+        {g, with(3, "1"), "res.dat: two numbers are expected"},
+        {g, MakeZip({good[0], good[2]}), "font.raw: there is no such entry"},
+        {g, "", "it is empty"},
+        {g, "PK", "it is no game archive"},
+        {f, object(kDoor, "other.obj"), "no entry 'f.obj'"},
+        {f, object(kDoor.substr(0, kDoor.size() - 5)), "f.obj, line"},
+        {f, damaged, "the data are damaged"},
     };
     const auto refused = [&](const std::string& path, const std::string& reason) {
         EXPECT_FALSE(path.ends_with("zobj") ? world->Import(h, path) : world->Load(path)) << reason;

@@ -84,7 +84,8 @@ TEST_F(Tutorial, KeepsItsPromises) {
                                Qt::Key_Space, Qt::Key_Up, Qt::Key_Space, Qt::Key_Up, Qt::Key_Space})
         Press(*edit, code);
 
-    Says("Ctrl and drag with the right button from 30,24 to 36,18; choose \"Line\", \"Fill\".");
+    Says(
+        "Hold Ctrl and drag with the right button from 30,24 to 36,18; choose \"Line\", \"Fill\".");
     DragFor(At(30, 24), At(36, 18), {"&Line", "&Fill"}, Qt::ControlModifier);
     Says("from 36,18 to 42,24: a roof.");
     DragFor(At(36, 18), At(42, 24), {"&Line", "&Fill"}, Qt::ControlModifier);
