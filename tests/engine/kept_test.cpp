@@ -61,7 +61,8 @@ TEST_F(KeptWorlds, OfWhatIsReplacedTwentyStay) {
     }
     EXPECT_EQ(Count(), KeptGames::kMostOfAGame);
     EXPECT_NE(FileBytes(ListKept(folder / "kept").back().path), first) << "the oldest goes";
-    EXPECT_THAT(ListKept(folder / "kept")[0].path, testing::ContainsRegex("/game-.* ....-..-.._"));
+    EXPECT_THAT(ListKept(folder / "kept")[0].path,
+                testing::ContainsRegex("/game-.* .{19}(-0..)?.z"));
 }
 
 TEST_F(KeptWorlds, WhatACrashLostIsToldOnce) {
