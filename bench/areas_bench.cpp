@@ -135,7 +135,6 @@ template <Shape shape>
 void AllegroFlood(benchmark::State& state) {
     BenchWorld();
     const Bitmap bitmap = MakeBitmap(kSide, kSide);
-    clear_bitmap(bitmap.get());
     for (int y = 0; y < kSide; ++y)
         for (int x = 0; x < kSide; ++x)
             if (IsWall(shape, x, y)) bitmap->line[y][x] = 255;

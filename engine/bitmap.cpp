@@ -20,5 +20,7 @@ Bitmap MakeBitmap(int w, int h) {
     w = std::max(w, 0);
     h = std::max(h, 0);
     if (h > 0 && w > INT_MAX / h) return nullptr;
-    return Bitmap(create_bitmap_ex(kColorDepth, w, h));
+    Bitmap bitmap(create_bitmap_ex(kColorDepth, w, h));
+    if (bitmap) clear_bitmap(bitmap.get());
+    return bitmap;
 }

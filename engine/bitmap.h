@@ -14,7 +14,7 @@ struct BitmapDeleter {
 };
 using Bitmap = std::unique_ptr<BITMAP, BitmapDeleter>;
 
-/// An 8-bit bitmap of w by h pixels, not cleared. Negative sizes count as 0, and a bitmap
+/// An 8-bit bitmap of w by h pixels, all 0. Negative sizes count as 0, and a bitmap
 /// without pixels is made like any other. Null when it has more than INT_MAX pixels (Allegro
 /// counts them in an int) or when there is no memory for it.
 Bitmap MakeBitmap(int w, int h);

@@ -53,7 +53,6 @@ void Dfont::LoadDefault() {
     Bitmap sheet = MakeBitmap(kDefaultSheetSide, kDefaultSheetSide);
     if (!sheet || bitmap_color_depth(picture) != 8)
         StopWithoutFont("Unable to load default font from Library/default.dat", __LINE__);
-    clear_bitmap(sheet.get());
     blit(picture, sheet.get(), 0, 0, 0, 0, kDefaultSheetSide, kDefaultSheetSide);
     std::memcpy(palette, file.get()[1].dat, sizeof palette);
     set_palette(palette);
@@ -185,7 +184,6 @@ void Dfont::ResizeSheet(int h) {
     if (h < kTileSize || !IsSheetSize(vSheet->w, h)) return;
     Bitmap sheet = MakeBitmap(vSheet->w, h);
     if (!sheet) return;
-    clear_bitmap(sheet.get());
     blit(vSheet.get(), sheet.get(), 0, 0, 0, 0, vSheet->w, std::min(vSheet->h, h));
     TakeSheet(std::move(sheet));
 }

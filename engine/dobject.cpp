@@ -85,7 +85,6 @@ bool Dobject::Create(const std::string& newName, int w, int h) {
     }
     name = newName;
     vSurf = std::move(grid.surf);
-    clear_bitmap(vSurf.get());
     tiles = std::move(grid.tiles);
     width = vieww = w;
     height = viewh = h;
@@ -114,7 +113,6 @@ bool Dobject::Resize(int w, int h) {
         Fatal("Unable to Resize Object vSurf", __FILE__, __LINE__);
         return false;
     }
-    clear_bitmap(grid.surf.get());
     // The root has a size but no cells.
     if (!tiles.empty()) {
         for (int y = 0; y < std::min(height, h); ++y)
@@ -254,12 +252,10 @@ void Dobject::RedrawTiles() {
 BITMAP* Dobject::Surface() {
     if (vSurf || tiles.empty()) return vSurf.get();
     vSurf = MakeBitmap(width * kTileSize, height * kTileSize);
-    if (vSurf) {
-        clear_bitmap(vSurf.get());
+    if (vSurf)
         DrawTiles();
-    } else {
+    else
         ++vMissingSurfaces;
-    }
     return vSurf.get();
 }
 

@@ -38,7 +38,6 @@ struct Side {
         vWorld = &world;
         Bitmap picture = MakeBitmap(board.width * kTileSize, board.height * kTileSize);
         if (!picture) throw std::bad_alloc();
-        clear_bitmap(picture.get());
         const std::int32_t view[] = {board.viewx, board.viewy, board.vieww, board.viewh};
         board.viewx = board.viewy = 0;
         board.vieww = board.width;

@@ -34,7 +34,8 @@ struct Pickers : WorldTest {
 TEST_F(Pickers, TheFontEditorDoesWhatAPlainSheetDoes) {
     using Pixels = std::array<int, 64>;
     std::vector<int> sheet;  // pixels, 128 a row
-    for (int i = 0; i < 128 * 128; ++i) sheet.push_back(glyphs.Sheet()->line[i / 128][i % 128]);
+    for (int i = 0; i < 128 * 128; ++i)
+        sheet.push_back(glyphs.Sheet()->line[i / 128][i % 128] ^= Roll(0, 1));
     Pixels old{}, copied{};
     const int changes[] = {kFontPaste, kFontFlipVertical, kFontFlipHorizontal, kFontInvert};
     int x = 8, y = 16, fg = 15;  // the cursor on the whole sheet

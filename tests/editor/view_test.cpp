@@ -380,7 +380,6 @@ TEST_F(View, MarksStandWhereTheyShould) {
         SCOPED_TRACE(drawn);
         window.Paint();
         const Bitmap picture = MakeBitmap(648, 488);
-        clear_bitmap(picture.get());
         const HandleGuard h(world->GetCurrentObject());
         if (vViewMode)
             world->DrawObjectMode(picture.get(), 2, 2, h, vViewMode);

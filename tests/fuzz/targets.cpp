@@ -51,10 +51,7 @@ bool Read(std::string_view bytes, Game& game) {
 // Composed anew, read again and shown.
 void Repeat(Game& game, bool whole) {
     if (SurfaceBytes(game.root) > kLargestWritten) return;
-    if (!game.sheet) {
-        game.sheet = MakeBitmap(kTileSize, kTileSize);
-        clear_bitmap(game.sheet.get());
-    }
+    if (!game.sheet) game.sheet = MakeBitmap(kTileSize, kTileSize);
     std::string why;
     const std::string composed = ComposeGame(game.sheet.get(), game.root, 1, 1, why);
     // Nodes that were read with marks missing can be such as no file holds.
@@ -69,7 +66,6 @@ void Repeat(Game& game, bool whole) {
     if (SurfaceBytes(game.root) > kLargestDrawn) return;
     Require(vWorld->TakeGame(again, fault), "a small world finds its place");
     const Bitmap target = MakeBitmap(kTargetW * kTileSize, kTargetH * kTileSize);
-    clear_bitmap(target.get());
     vWorld->DrawWorld(target.get(), 0, 0);
     vWorld->DrawTreeList(0, 0, target.get());
     vWorld->SelectTreeRow(0);

@@ -71,9 +71,12 @@ TEST_F(MainWindow, FilesAreDroppedOnIt) {
     drop(temp / "title.ZOBJ");
     person.AnswerBox("one game (.zqlt) or object file");
     drop(SOURCE_FOLDER "/README.md");
+    ClickOnPanel(kSaveBackup);
+    EXPECT_TRUE(Control(kRestoreBackup).isEnabled());
     Hit({Qt::Key_Right}, Qt::ControlModifier);
     drop("Library/default.zqlt");
     EXPECT_TRUE(QTest::qWaitFor(
         [this] { return !edit->accessibleDescription().contains(QLatin1String("box")); }));
+    EXPECT_FALSE(Control(kRestoreBackup).isEnabled());
     EXPECT_TRUE(window->windowTitle().startsWith(QLatin1String("default.zqlt")));
 }

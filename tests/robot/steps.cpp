@@ -12,21 +12,20 @@
 #include <QMenuBar>
 #include <QRegularExpression>
 
+using namespace Qt;
+
 namespace {
 
-constexpr Qt::Key kKeys[] = {
-    Qt::Key_Left,  Qt::Key_Right,    Qt::Key_Up,       Qt::Key_Down,    Qt::Key_Space,
-    Qt::Key_Enter, Qt::Key_Tab,      Qt::Key_Backtab,  Qt::Key_Menu,    Qt::Key_Backspace,
-    Qt::Key_Home,  Qt::Key_End,      Qt::Key_PageUp,   Qt::Key_Control, Qt::Key_PageDown,
-    Qt::Key_Shift, Qt::Key_Escape,   Qt::Key_Insert,   Qt::Key_Delete,  Qt::Key_Return,
-    Qt::Key_F1,    Qt::Key_F2,       Qt::Key_F3,       Qt::Key_F4,      Qt::Key_F6,
-    Qt::Key_Plus,  Qt::Key_CapsLock, Qt::Key_Asterisk, Qt::Key_NumLock, Qt::Key_ScrollLock,
+constexpr Key kKeys[] = {
+    Key_Left,   Key_Right,   Key_Up,       Key_Down,      Key_Space,   Key_Enter,
+    Key_Tab,    Key_Backtab, Key_Menu,     Key_Backspace, Key_Home,    Key_End,
+    Key_PageUp, Key_Control, Key_PageDown, Key_Shift,     Key_Escape,  Key_Insert,
+    Key_Delete, Key_Return,  Key_F1,       Key_F2,        Key_F3,      Key_F4,
+    Key_F6,     Key_Plus,    Key_CapsLock, Key_Asterisk,  Key_NumLock, Key_ScrollLock,
 };
-constexpr Qt::Key kMenuKeys[] = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Left,  Qt::Key_Right,
-                                 Qt::Key_F,    Qt::Key_Return, Qt::Key_Escape};
-constexpr Qt::KeyboardModifiers kModifiers[] = {Qt::ControlModifier, Qt::ShiftModifier,
-                                                Qt::AltModifier,
-                                                Qt::ControlModifier | Qt::ShiftModifier};
+constexpr Key kMenuKeys[] = {Key_Down, Key_Up, Key_Left, Key_Right, Key_F, Key_Return, Key_Escape};
+constexpr KeyboardModifiers kModifiers[] = {ControlModifier, ShiftModifier, AltModifier,
+                                            ControlModifier | ShiftModifier};
 // Of some characters no code page has any. No tilde: a line that begins with "~pe" ends a script
 // in the file.
 constexpr const char* kTexts[] = {
@@ -36,9 +35,7 @@ constexpr const char* kTexts[] = {
 };
 constexpr const char* kFiles[] = {"good", "good", "good", "saved0", "saved1", "bad"};
 
-Qt::KeyboardModifiers Held(Run& run) {
-    return run.OneIn(3) ? run.Pick(kModifiers) : Qt::NoModifier;
-}
+KeyboardModifiers Held(Run& run) { return run.OneIn(3) ? run.Pick(kModifiers) : NoModifier; }
 
 QString NameOf(const QWidget& widget) {
     return QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') +
@@ -67,7 +64,7 @@ QList<QAction*> Entries(const QWidget& menu) {
 void MenuStep(Run& run, QMenu& menu) {
     const QList<QAction*> entries = Entries(menu);
     if (entries.empty() || run.OneIn(3)) {
-        const Qt::Key key = entries.empty() ? Qt::Key_Escape : run.Pick(kMenuKeys);
+        const Key key = entries.empty() ? Key_Escape : run.Pick(kMenuKeys);
         run.Say("menu key", key);
         return Press(menu, key);
     }
@@ -77,7 +74,7 @@ void MenuStep(Run& run, QMenu& menu) {
     if (click) return Click(menu, menu.actionGeometry(entry).center());
     menu.setActiveAction(entry);
     // An entry with a menu behind it has opened it by becoming active.
-    if (!entry->menu()) Press(menu, Qt::Key_Return);
+    if (!entry->menu()) Press(menu, Key_Return);
 }
 
 void FileStep(Run& run, QFileDialog& dialog) {
@@ -93,14 +90,14 @@ void FileStep(Run& run, QFileDialog& dialog) {
     run.Say("file name", name);
     auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     field->setText(QString::fromStdString(run.folder / name.toStdString()));
-    Press(*field, run.OneIn(4) ? Qt::Key_Escape : Qt::Key_Return);
+    Press(*field, run.OneIn(4) ? Key_Escape : Key_Return);
 }
 
 void KeyStep(Run& run, QWidget& target) {
-    const auto letter = static_cast<Qt::Key>(Qt::Key_A + run.Below(26));
+    const auto letter = static_cast<Key>(Key_A + run.Below(26));
     // The first, and the most used, move and paint.
-    const Qt::Key key = run.OneIn(4) ? letter : kKeys[run.Below(run.OneIn(5) ? 5 : 30)];
-    const Qt::KeyboardModifiers with = Held(run);
+    const Key key = run.OneIn(4) ? letter : kKeys[run.Below(run.OneIn(5) ? 5 : 30)];
+    const KeyboardModifiers with = Held(run);
     run.Say("key", key, with, "to", NameOf(target));
     Press(target, key, with);
 }
@@ -122,11 +119,11 @@ void MouseStep(Run& run, QWidget& widget) {
         point = {run.Below(widget.width() + 2 * outside) - outside,
                  run.Below(tall + 2 * outside) - outside};
     }
-    const Qt::MouseButton button = run.OneIn(3) ? Qt::RightButton : Qt::LeftButton;
-    const Qt::KeyboardModifiers with = Held(run);
+    const MouseButton button = run.OneIn(3) ? RightButton : LeftButton;
+    const KeyboardModifiers with = Held(run);
     const int way = run.Below(14);
     run.Say("mouse", way, button, with, path, "in", NameOf(widget));
-    if (way < 2) return MouseMove(widget, path[0], Qt::NoButton);
+    if (way < 2) return MouseMove(widget, path[0], NoButton);
     if (way < 3) return TurnWheel(widget, path[0], run.Below(7) * 60 - 180, with);
     if (way < 5) return DoubleClick(widget, path[0], button, with);
     if (way < 10) path.resize(1);
@@ -144,11 +141,11 @@ void ControlStep(Run& run, QWidget& top) {
         return bar->setActiveAction(run.Pick(Entries(*bar)));
     // Most worlds would be left before they have come to anything.
     if (top.windowTitle() == QLatin1String("Confirm Quit") && run.OneIn(2))
-        return Press(top, Qt::Key_Escape);
+        return Press(top, Key_Escape);
     if (control.inherits("QAbstractButton")) return Click(control, control.rect().center());
     if (!control.inherits("QLineEdit")) return MouseStep(run, control);
     control.setFocus();
-    Press(control, Qt::Key_A, Qt::ControlModifier);
+    Press(control, Key_A, ControlModifier);
     TextStep(run, control);
 }
 

@@ -60,7 +60,6 @@ TEST_F(Tool, RenderShowsABoardAsTheEditorDoes) {
         world->ShowBoard(board.id);
         world->SetViewSize(board.vieww, board.viewh);
         const Bitmap target = MakeBitmap(board.vieww * 8, board.viewh * 8);
-        clear_bitmap(target.get());
         world->DrawWorld(target.get(), 0, 0);
         const std::string call = "render a.zqlt one.png --board " + board.name + " --scale ";
         ASSERT_EQ(Run(call + std::to_string(scale)).status, 0);

@@ -81,7 +81,6 @@ public:
             Tell("sheet", Values("height", b->h, o->h, t->h));
         Bitmap joined = MakeBitmap(o->w, height);
         if (!joined) return Tell("sheet", "there is not enough memory to join it");
-        clear_bitmap(joined.get());
         const int rows = (std::max({o->h, t->h, height}) + kTileSize - 1) / kTileSize;
         const int columns = CountGlyphs(o->w, kTileSize);
         for (int y = 0; y < rows; ++y)

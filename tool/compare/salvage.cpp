@@ -269,7 +269,6 @@ private:
         Bitmap& sheet = result.game.sheet;
         sheet = MakeBitmap(size[0], size[1]);
         if (!sheet) return Miss("the sheet: there is not enough memory");
-        clear_bitmap(sheet.get());
         result.game.sheetFormat = size[2];
         if (!pixels) return Miss("the sheet's pixels: there is no entry of them");
         int read = 0;
