@@ -31,10 +31,9 @@ void PngFile::State::Pack(const unsigned char* pixels) {
     std::uint64_t last = ~LoadEight(pixels);
     std::uint64_t eight = 0;
     for (auto to = packed.begin(); to != packed.end(); pixels += kEight) {
-        if (std::exchange(last, LoadEight(pixels)) != last) {
-            eight = 0;
+        // What was in it leaves it at its upper end.
+        if (std::exchange(last, LoadEight(pixels)) != last)
             for (int i = 0; i < kEight; ++i) eight = eight << bits | number[pixels[i]];
-        }
         for (int shift = 8 * (bits - 1); shift >= 0; shift -= 8)
             *to++ = static_cast<unsigned char>(eight >> shift);
     }

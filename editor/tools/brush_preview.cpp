@@ -29,11 +29,10 @@ void BrushPreview::OnDraw(platform::Window& own) {
 }
 
 bool BrushPreview::OnPress() {
-    if (role != PreviewRole::Panel || !openSettings) return false;
-    openSettings();
-    return true;
+    if (openSettings) openSettings();
+    return openSettings != nullptr;
 }
 
 void BrushPreview::OnLButtonUp(bool, platform::Point at) {
-    if (role == PreviewRole::Panel && openSettings && Holds(at)) openSettings();
+    if (openSettings && Holds(at)) openSettings();
 }

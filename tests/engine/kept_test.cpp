@@ -109,6 +109,8 @@ TEST_F(KeptWorlds, WithoutAFolderOrRoomNothingHappens) {
         kept.last -= KeptGames::kEvery;
         kept.KeepNowAndThen(path);
         EXPECT_EQ(kept.TakeLost(), "");
+        const bool waits = std::chrono::steady_clock::now() - kept.last < KeptGames::kEvery;
+        EXPECT_EQ(waits, place == folder / "kept") << "for the next time";
     }
     for (int i = 0; i < 5000 && !std::filesystem::is_empty(folder / "kept"); ++i) usleep(1000);
     EXPECT_TRUE(std::filesystem::is_empty(folder / "kept")) << "no piece of a game, no session";

@@ -139,9 +139,7 @@ private:
                                         surface->h == node.height * kTileSize));
         Expect(fits && ids.insert(node.id).second,
                QString::fromStdString("\"" + node.name + "\" has another size, or another's id"));
-        std::string shown;
-        for (int y = 0; surface && y < surface->h; ++y)
-            shown.append(surface->line[y], surface->line[y] + surface->w);
+        std::string shown = Pixels(surface);
         for (const auto& child : node.children) shown += LookAt(*child);
         return shown;
     }

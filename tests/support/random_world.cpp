@@ -1,9 +1,9 @@
 #include "tests/support/random_world.h"
 
 #include "engine/text_scanner.h"
-#include "tests/support/test_world.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace {
 
@@ -106,6 +106,13 @@ void PlantRandomWorld(Dinterface& world, std::mt19937& random) {
     Roller roller{random};
     world.Root().EraseAll();
     for (int boards = roller.Roll(1, 4); boards > 0; --boards) roller.Plant(world.Root(), true, 1);
+}
+
+std::string Pixels(const BITMAP* bitmap) {
+    std::string pixels;
+    for (int y = 0; bitmap && y < bitmap->h; ++y)
+        pixels.append(bitmap->line[y], bitmap->line[y] + bitmap->w);
+    return pixels;
 }
 
 std::string Account(const Dobject& node, Kept kept) {

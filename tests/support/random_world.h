@@ -16,6 +16,8 @@ void PlantRandomWorld(Dinterface& world, std::mt19937& random);
 /// blanks, a field of 65535 as 0, a script without its last line feed.
 enum class Kept { All, InFile };
 
+/// The pixels, row by row; empty for null.
+std::string Pixels(const BITMAP* bitmap);
 /// Every node with every field that a file holds, one a line, children indented.
 std::string Account(const Dobject& node, Kept kept = Kept::All);
 /// The same of the whole world, with its font's sheet and the video settings.

@@ -1,41 +1,8 @@
 #include "tests/support/test_world.h"
 
 #include "engine/compositor.h"
-#include "engine/report.h"
 
 #include <iostream>
-
-namespace {
-
-std::vector<std::pair<std::string, std::string>>* vMessages = nullptr;
-
-}  // namespace
-
-Reports::Reports() {
-    vMessages = &messages;
-    vMessageHook = [](const char* text, const char* caption) {
-        vMessages->emplace_back(text, caption);
-    };
-    CaptureTrace([](const char*) {});
-}
-
-Reports::~Reports() {
-    vMessageHook = nullptr;
-    CaptureTrace(nullptr);
-}
-
-std::string Reports::Texts() const {
-    std::string all;
-    for (const auto& [text, caption] : messages) all += text + "\n";
-    return all;
-}
-
-std::string Pixels(const BITMAP* bitmap) {
-    std::string pixels;
-    for (int y = 0; bitmap && y < bitmap->h; ++y)
-        pixels.append(bitmap->line[y], bitmap->line[y] + bitmap->w);
-    return pixels;
-}
 
 WorldTest::WorldTest() : world(std::make_unique<Dinterface>()) {
     auto& seed = testing::FLAGS_gtest_random_seed;

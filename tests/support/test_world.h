@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/file_layer.h"
+#include "engine/report.h"
 #include "tests/support/random_world.h"
 #include "tests/support/temp_folder.h"
 
@@ -15,16 +16,32 @@
 /// Collects the messages of its lifetime, in which trace lines are made and dropped. One at a time.
 class Reports {
 public:
-    Reports();
+    Reports() {
+        vOwner = this;
+        vMessageHook = [](const char* text, const char* caption) {
+            vOwner->messages.emplace_back(text, caption);
+        };
+        CaptureTrace([](const char*) {});
+    }
     Reports(const Reports&) = delete;
     Reports& operator=(const Reports&) = delete;
-    ~Reports();
+    ~Reports() {
+        vMessageHook = nullptr;
+        CaptureTrace(nullptr);
+    }
 
     /// The texts of all messages, one a line.
-    std::string Texts() const;
+    std::string Texts() const {
+        std::string all;
+        for (const auto& [text, caption] : messages) all += text + "\n";
+        return all;
+    }
     void Clear() { messages.clear(); }
 
     std::vector<std::pair<std::string, std::string>> messages;  ///< texts with their captions
+
+private:
+    static inline Reports* vOwner = nullptr;
 };
 
 /// While it lives, the hook is asked before each operation on files: its errno value refuses it.
@@ -39,9 +56,6 @@ private:
     Hook hook;
     FileLayer* before;
 };
-
-/// The pixels, row by row; empty for null.
-std::string Pixels(const BITMAP* bitmap);
 
 /// A fresh world with the default font and no boards. A message that the test has not looked
 /// at (by Clear) when it ends fails it. What is rolled is new in each run, unless it is told

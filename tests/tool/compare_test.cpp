@@ -8,6 +8,8 @@
 #include "tool/compare/merge.h"
 #include "tool/compare/salvage.h"
 
+#include <QImage>
+
 #include <nlohmann/json.hpp>
 
 using namespace std::literals;
@@ -260,26 +262,29 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
             Read replayed(games[i - 1]);
             Replay(json::parse(Run("diff a b --json --values").out), replayed);
             ASSERT_EQ(Difference(Read(games[i]).Told(), replayed.Told()), "") << i;
-            PutFile(folder / "base", games[0]);
+            PutFile(folder / "o", games[0]);
             PutFile(folder / "cut", games[0].substr(0, games[0].size() / 2));
             std::istringstream calls(
-                "diff base b\ndiff base b --stat\ndiff base b --json\n"
-                "diff base b --json --values\ndiff base b --board n0\ndiff base b --board gone\n"
-                "diff base\ndiff gone b\ndiff base b --quiet\ndiff b b --quiet\n"
-                "diff --git x base 1 0 b 2 0\nrepair b c\nrepair cut ./cut\nrepair cut c\n"
-                "check c\ncheck gone\nrepair c gone/c\nrepair c d\ndiff base b >/dev/full\n"
-                "info c >/dev/full\ninfo b --json\nmerge base a b -o c --marks\ncat c\ninfo c\n"
-                "merge base a b -o c --theirs\ncheck c\nmerge base gone b -o c\n");
+                "diff no b\ndiff o b >/dev/full\ndiff o b\n"
+                "diff a b --quiet --board n0 --picture p.png\ndiff o b --board no\ndiff o\n"
+                "diff o b --json --values\ndiff --git x o 1 0 b 2 0\ndiff o b --board n0\n"
+                "diff o b --stat\ndiff b b --quiet\ndiff o b --json\nrepair b c\n"
+                "repair cut ./cut\nrepair cut c\ncheck c\ncheck no\nrepair c no/c\nrepair c d\n"
+                "info c >/dev/full\ninfo b --json\nmerge o a b -o c --marks\ncat c\ninfo c\n"
+                "merge o a b -o c --theirs\ncheck c\nmerge o no b -o c\n");
             for (std::string call; std::getline(calls, call);) {
                 const Result result = Run(call);
                 sums[call.substr(0, call.find(' '))] +=
                     SumOf(result.out + result.err + std::to_string(result.status));
             }
+            const QImage picture(QString::fromStdString(folder / "p.png"));
+            const QImage seen = picture.convertToFormat(QImage::Format_RGB32);
+            sums["picture"] += qChecksum({seen.constBits(), seen.sizeInBytes()});
         }
     }
     std::string told;
     for (const auto& [verb, sum] : sums) told += verb + std::to_string(sum % 10000) + " ";
-    EXPECT_EQ(told, "cat6643 check576 diff2604 info4526 merge9824 repair5284 ")
+    EXPECT_EQ(told, "cat6643 check7872 diff2796 info4526 merge16 picture9394 repair9996 ")
         << "look at what these commands say now, then write their sums here";
 }
 
