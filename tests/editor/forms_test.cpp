@@ -229,7 +229,7 @@ TEST_F(Forms, AllOfThem) {
         {"About QUILT!", [] { DoAbout().Run(); }, "", "", "", 'o'},
         {"Save Notification", [] { DoSaveNotification::Confirm(); }, "[x] ", "1002 1002",
          "notice0 ", 'a'},
-        {"Programming", [] { DoProgramming().Run(); }, "", "", "", '?'},
+        {"Programming", [] { DoProgramming().Run(); }, "", "1002%1025 1002%1025", "", '?'},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.caption + ", row " + std::to_string(&row - rows));
@@ -248,7 +248,7 @@ TEST_F(Forms, AllOfThem) {
     EXPECT_EQ(sums,
               "4657 About QUILT!639 Bar2498 Brush Settings2556 Color Select7640 Distance "
               "Fade5581 Fade4625 Filter2584 Font Edit476 Location4220 Name1374 Object "
-              "ClipBoard3167 Programming1090 Save Notification9253 Size5881 Slime fade2294 "
+              "ClipBoard3167 Programming1477 Save Notification9253 Size5881 Slime fade2294 "
               "Speckle2501 Tile ClipBoard2186 Viewport6576 ")
         << "look at the forms that changed, then write their sums here";
 }

@@ -147,7 +147,7 @@ TEST_F(Programming, StoresTheTextByteForByte) {
     const std::pair<std::string, std::string> cases[] = {
         {"#a\r\n#b\rc\n", "#a\n#b\nc\n"},
         {"\xff bad \xc3", "\xff bad \xc3"},
-        {most, cut + "x"},
+        {cut.substr(1) + "\xc3\xa4" + most, cut.substr(1) + "\xc3\xa4"},
         {cut + "\xc3\xa4", cut},
         {"", ""},
     };
