@@ -62,8 +62,8 @@ TEST_F(Programming, ListsAndTipsOpenWhileItIsTyped) {
         std::string open;  ///< the whole list, or how it begins
     } rows[] = {
         {"#", "#attach #become #bind "},
-        {"#xyz", "#attach "},  // nothing matches, and it stays
-        {"#xyz\x1b", ""},      // Escape closes the list and no more
+        {"#put n .self#xyz", "#attach "},  // nothing matches, and it stays
+        {"#xyz\x1b", ""},                  // Escape closes the list and no more
         {"' a comment #", ""},
         {"#put.", "#attach "},  // the token ends where a blank stands
         {"x\n#Walk ", "tip"},
