@@ -266,13 +266,13 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
             PutFile(folder / "o", games[0]);
             PutFile(folder / "cut", games[0].substr(0, games[0].size() / 2));
             std::istringstream calls(
-                "diff no b\ndiff o b >/dev/full\ndiff o b\n"
-                "diff a b --quiet --board n0 --picture p.png\ndiff o b --board no\ndiff o\n"
-                "diff o b --json --values\ndiff --git x o 1 0 b 2 0\ndiff o b --board n0\n"
-                "diff o b --stat\ndiff b b --quiet\ndiff o b --json\nrepair b c\n"
-                "repair cut ./cut\nrepair cut c\ncheck c\ncheck no\nrepair c no/c\nrepair c d\n"
-                "info c >/dev/full\ninfo b --json\nmerge o a b -o c --marks\ncat c\ninfo c\n"
-                "merge o a b -o c --theirs\ncheck c\nmerge o no b -o c\n");
+                "diff o b\ndiff o b --stat\ndiff o b --json\ndiff o b --json --values\n"
+                "diff o b --board n0\ndiff o b --board no\ndiff b b --quiet\n"
+                "diff a b --quiet --board n0 --picture p.png\ndiff o b >/dev/full\ndiff o\n"
+                "diff no b\ndiff --git x o 1 0 b 2 0\nrepair b c\nrepair cut ./cut\nrepair cut c\n"
+                "check c\ncheck no\nrepair c no/c\nrepair c d\ninfo c >/dev/full\ninfo b --json\n"
+                "merge o a b -o c --marks\ncat c\ninfo c\nmerge o a b -o c --theirs\ncheck c\n"
+                "merge o no b -o c\n");
             for (std::string call; std::getline(calls, call);) {
                 const Result result = Run(call);
                 sums[call.substr(0, call.find(' '))] +=
