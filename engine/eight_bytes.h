@@ -49,6 +49,17 @@ Bytes BytesAt(const void* from) {
     return bytes;
 }
 
+/// What a comparison of sixteen bytes gives, and a bit for each, that of the first byte lowest.
+using Truths = signed char __attribute__((vector_size(16)));
+inline std::uint64_t BitsOf(Truths truths) {
+#ifdef __SSE2__
+    using Chars = char __attribute__((vector_size(16)));
+    return static_cast<unsigned>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars>(truths)));
+#else
+    return LowBits(LoadEight(&truths)) | LowBits(LoadEight(&truths[8])) << 8;
+#endif
+}
+
 template <typename Bytes>
 void PutBytes(void* to, Bytes bytes) {
     std::memcpy(to, &bytes, sizeof bytes);

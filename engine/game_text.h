@@ -47,6 +47,8 @@ struct TextRemarks {
 /// Where the nodes that are read get their ids, in the order of the text.
 using IdSource = std::function<std::int32_t()>;
 
+class GridCells;
+
 class GameTextReader {
 public:
     GameTextReader(std::streambuf& text, IdSource source) : scanner(text), ids(std::move(source)) {}
@@ -78,13 +80,11 @@ private:
     bool ReadBlock(Dobject& node, const Dobject* spawnedBy);
     bool ReadHead(Dobject& node, const Dobject* spawnedBy);
     bool ReadGrid(Dobject& node);
-    void AddRun(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile);
-    void AddCells(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile);
-    bool ReadRecord(Dobject& node, std::int64_t cells);
-    bool AddRecord(Dobject& node, std::int64_t cells, const std::int32_t* numbers);
-    bool TakeKnown(Dobject& node, std::int64_t cells, KnownCells::Text& text);
-    bool ReadAlike(Dobject& node, std::int64_t cells);
-    bool ReadStrange(Dobject& node, std::int64_t cells);
+    bool ReadRecord(GridCells& grid);
+    bool AddRecord(GridCells& grid, const std::int32_t* numbers);
+    std::ptrdiff_t TakeKnown(GridCells& grid, KnownCells::Text& text);
+    bool ReadAlike(GridCells& grid);
+    bool ReadStrange(GridCells& grid);
     bool ReadScriptStart(Dobject& node);
     bool ReadScript(Dobject& node);
     bool ReadChildren(Dobject& node);
@@ -93,7 +93,7 @@ private:
     bool Hold(std::size_t bytes);
     void Remark(int at, const std::string& text);
     bool Fail(const std::string& why);
-    bool GridFault(const Dobject& node, std::int64_t cells, const std::string& why = {});
+    bool GridFault(const GridCells& grid, const std::string& why = {});
 
     TextScanner scanner;
     IdSource ids;

@@ -1,5 +1,6 @@
 #include "engine/game_text.h"
 
+#include "engine/eight_bytes.h"
 #include "engine/report.h"
 
 #include <algorithm>
@@ -130,113 +131,157 @@ bool GameTextReader::ReadHead(Dobject& node, const Dobject* spawnedBy) {
 
 // --- tiles -------------------------------------------------------------------------------------
 
-bool GameTextReader::GridFault(const Dobject& node, std::int64_t cells, const std::string& why) {
-    return Fail("the grid of " + Quoted(node.name) + " ends after " +
-                std::to_string(node.tiles.size()) + " of " + std::to_string(cells) + " cells" +
-                (why.empty() ? "" : ": " + why));
+// The cells of a grid, which the text need not hold: the node has memory ahead of those that came,
+// and at the end as many as came.
+class GridCells {
+public:
+    GridCells(Dobject& of, std::int64_t all) : node(of), cells(all) { Grow(0, kBelievedCells); }
+    GridCells(const GridCells&) = delete;
+    GridCells& operator=(const GridCells&) = delete;
+    ~GridCells() { node.tiles.resize(static_cast<std::size_t>(Have())); }
+
+    std::int64_t Have() const { return next - node.tiles.data(); }
+    std::int64_t Left() const { return cells - Have(); }
+    const Dtile& Last() const { return next[-1]; }
+
+    // As many of one kind, or what there is room for.
+    void Put(std::int64_t count, const Dtile& tile) {
+        constexpr std::ptrdiff_t kAtOnce = 8;
+        Dtile* const to = next;
+        const std::ptrdiff_t room = end - to;
+        if (room < kAtOnce || room < count) [[unlikely]]
+            return PutLast(count, tile);
+        // Nobody can foretell how long a short run is.
+        FillEight(to, LoadEight(&tile), kAtOnce);
+        if (count > kAtOnce) FillEight(to + kAtOnce, LoadEight(&tile), count - kAtOnce);
+        next = to + count;
+    }
+    // Whether there is no room at hand, as when it is full.
+    bool IsShort() const { return next == end; }
+
+    std::string Fault() const {
+        return "the grid of " + Quoted(node.name) + " ends after " + std::to_string(Have()) +
+               " of " + std::to_string(cells) + " cells";
+    }
+
+private:
+    void Grow(std::int64_t have, std::int64_t size) {
+        node.tiles.resize(static_cast<std::size_t>(std::min(cells, size)));
+        next = node.tiles.data() + have;
+        end = node.tiles.data() + node.tiles.size();
+    }
+
+    void PutLast(std::int64_t count, Dtile tile) {
+        const std::int64_t have = Have();
+        const std::int64_t wanted = have + std::min(count, Left());
+        if (wanted > end - node.tiles.data()) Grow(have, std::max(wanted, 2 * have));
+        next = std::fill_n(next, wanted - have, tile);
+    }
+
+    Dobject& node;
+    const std::int64_t cells;
+    Dtile* next = nullptr;  ///< behind the last that came
+    Dtile* end = nullptr;   ///< of the memory that there is
+};
+
+bool GameTextReader::GridFault(const GridCells& grid, const std::string& why) {
+    return Fail(grid.Fault() + (why.empty() ? "" : ": " + why));
 }
 
-void GameTextReader::AddRun(Dobject& node, std::int64_t cells, std::int64_t count, Dtile tile) {
-    auto& tiles = node.tiles;
-    const auto have = static_cast<std::int64_t>(tiles.size());
-    const std::int64_t wanted = have + std::min(count, cells - have);
-    if (wanted > static_cast<std::int64_t>(tiles.capacity()))
-        tiles.reserve(static_cast<std::size_t>(std::min(cells, std::max(wanted, 2 * have))));
-    // Not by one resize: gcc then puts each copy together in memory from a byte and seven.
-    tiles.resize(static_cast<std::size_t>(wanted));
-    std::fill(tiles.begin() + have, tiles.end(), tile);
-}
-
-// There is room in the grid for one.
-inline void GameTextReader::AddCells(Dobject& node, std::int64_t cells, std::int64_t count,
-                                     Dtile tile) {
-    if (count == 1 && node.tiles.size() < node.tiles.capacity()) [[likely]]
-        node.tiles.push_back(tile);
-    else
-        AddRun(node, cells, count, tile);
-}
-
-inline bool GameTextReader::AddRecord(Dobject& node, std::int64_t cells,
-                                      const std::int32_t* numbers) {
+inline bool GameTextReader::AddRecord(GridCells& grid, const std::int32_t* numbers) {
     const bool run = numbers[0] < 0;
     Dtile tile;
     if (!CellOf(numbers + run, tile)) [[unlikely]]
-        return GridFault(node, cells, "a number is beyond 16 bits");
-    AddCells(node, cells, run ? -std::int64_t{numbers[0]} : 1, tile);
+        return GridFault(grid, "a number is beyond 16 bits");
+    grid.Put(run ? -std::int64_t{numbers[0]} : 1, tile);
     return true;
 }
 
-bool GameTextReader::ReadRecord(Dobject& node, std::int64_t cells) {
+bool GameTextReader::ReadRecord(GridCells& grid) {
     std::int32_t numbers[kFields + 1] = {};
     for (std::size_t i = 0; i < Need(numbers[0]); ++i) {
         switch (scanner.Number(numbers[i])) {
             case Status::kGood:
                 break;
             case Status::kNoNumber:
-                return GridFault(node, cells, "a number is expected");
+                return GridFault(grid, "a number is expected");
             case Status::kTooLarge:
-                return GridFault(node, cells, "a number is beyond 16 bits");
+                return GridFault(grid, "a number is beyond 16 bits");
             default:
-                return GridFault(node, cells);
+                return GridFault(grid);
         }
     }
-    return AddRecord(node, cells, numbers);
+    return AddRecord(grid, numbers);
 }
 
-// Takes the next record when the fields of its cell are known; else tells their text, if that can
-// become known.
-bool GameTextReader::TakeKnown(Dobject& node, std::int64_t cells, KnownCells::Text& text) {
-    constexpr std::ptrdiff_t kMostRun = 6;
-    text.length = 0;
-    const char* const here = scanner.Ahead(kMostRun + 2 + KnownCells::kLook);
-    if (!here || *here != ' ') return false;
-    const char* fields = here + 1;
-    std::int64_t run = 1;
-    if (*fields == '-') {
-        run = 0;
-        const char* const end = fields + kMostRun;
-        for (++fields; fields < end && *fields >= '0' && *fields <= '9'; ++fields)
-            run = run * 10 + (*fields - '0');
-        if (run == 0 || *fields++ != ' ') return false;
+// Takes records whose cells are known, as many as stand in a piece of text, and gives their number;
+// tells the text of the next one's fields, if that can become known. What is no digit ends a
+// number, and begins a run: no branch hangs on which records are runs, nor on how many digits a
+// number has.
+std::int64_t GameTextReader::TakeKnown(GridCells& grid, KnownCells::Text& unknown) {
+    const char* const piece = scanner.Ahead(kDigitPiece + KnownCells::kLook);
+    if (!piece) return 0;
+    const auto nextOf = [](std::uint64_t bits) { return bits & (bits - 1); };
+    std::ptrdiff_t at = *piece == ' ';
+    std::uint64_t others = OthersAt(piece) >> at << at;
+    std::int64_t taken = 0;
+    while (others != 0 && !grid.IsShort()) {
+        // All bits of a run, else none.
+        const std::uint64_t run = 0 - (others >> at & 1);
+        const std::ptrdiff_t behind = std::countr_zero(nextOf(others));
+        const std::ptrdiff_t fields = at + (static_cast<std::ptrdiff_t>(run) & (behind + 1 - at));
+        others = (nextOf(nextOf(others)) & run) | (others & ~run);
+        others = nextOf(nextOf(nextOf(others)));
+        if (others == 0) break;
+        const std::ptrdiff_t end = std::countr_zero(others);
+        const std::ptrdiff_t digits = behind - at - 1;
+        const std::int64_t length = DigitsAt(piece + at + 1, digits);
+        const bool strange =
+            (piece[at] != '-') | (piece[behind] != ' ') | (digits > kMostDigits) | (length == 0);
+        if ((run & std::uint64_t{strange}) != 0) break;
+        const KnownCells::Text text = KnownCells::TextAt(piece + fields, end - fields);
+        const Dtile* const tile = known.Find(text);
+        if (!tile || piece[end] != ' ') {
+            unknown = text;
+            break;
+        }
+        grid.Put(1 + (static_cast<std::int64_t>(run) & (length - 1)), *tile);
+        at = end + 1;
+        others = nextOf(others);
+        ++taken;
     }
-    text = KnownCells::TextAt(fields);
-    const Dtile* const tile = known.Find(text);
-    if (!tile) return false;
-    scanner.Take(fields + text.length - here);
-    AddCells(node, cells, run, *tile);
-    return true;
+    scanner.Take(at);
+    return taken;
 }
 
 // As long as there are more cells of which the like came before than others.
-bool GameTextReader::ReadAlike(Dobject& node, std::int64_t cells) {
-    constexpr int kMostStrange = 32;
-    for (int strange = 0;
-         strange < kMostStrange && static_cast<std::int64_t>(node.tiles.size()) < cells;) {
-        KnownCells::Text text;
-        if (TakeKnown(node, cells, text)) {
-            strange -= strange > 0;
-            continue;
-        }
-        if (!ReadRecord(node, cells)) return false;
+bool GameTextReader::ReadAlike(GridCells& grid) {
+    constexpr std::int64_t kMostStrange = 32;
+    for (std::int64_t strange = 0; strange < kMostStrange && grid.Left() > 0;) {
+        KnownCells::Text unknown;
+        const std::int64_t taken = TakeKnown(grid, unknown);
+        strange -= std::min(strange, taken);
+        if (taken > 0 && unknown.length == 0) continue;
+        if (!ReadRecord(grid)) return false;
         ++strange;
-        if (text.length > 0) known.Add(text, node.tiles.back());
+        known.Add(unknown, grid.Last());
     }
     return true;
 }
 
-bool GameTextReader::ReadStrange(Dobject& node, std::int64_t cells) {
-    while (static_cast<std::int64_t>(node.tiles.size()) < cells) {
+bool GameTextReader::ReadStrange(GridCells& grid) {
+    while (grid.Left() > 0) {
         // No number of the next object.
-        const auto left = static_cast<std::size_t>(cells) - node.tiles.size();
+        const auto left = static_cast<std::size_t>(grid.Left());
         scanner.Peek(peeked, std::min(left * kFields, TextScanner::Peeked::kMost));
         std::size_t used = 0;
-        while (static_cast<std::int64_t>(node.tiles.size()) < cells && used < peeked.count &&
+        while (grid.Left() > 0 && used < peeked.count &&
                used + Need(peeked.numbers[used]) <= peeked.count) {
-            if (!AddRecord(node, cells, peeked.numbers + used)) return false;
+            if (!AddRecord(grid, peeked.numbers + used)) return false;
             used += Need(peeked.numbers[used]);
         }
         scanner.Take(peeked, used);
-        if (used == 0 && !ReadRecord(node, cells)) return false;
+        if (used == 0 && !ReadRecord(grid)) return false;
     }
     return true;
 }
@@ -247,8 +292,8 @@ bool GameTextReader::ReadGrid(Dobject& node) {
     if (worldCells > kMaxWorldCells)
         return Fail("with " + Quoted(node.name) + " the world has more than " +
                     std::to_string(kMaxWorldCells) + " cells");
-    node.tiles.reserve(static_cast<std::size_t>(std::min(cells, kBelievedCells)));
-    return ReadAlike(node, cells) && ReadStrange(node, cells);
+    GridCells grid(node, cells);
+    return ReadAlike(grid) && ReadStrange(grid);
 }
 
 // --- scripts -----------------------------------------------------------------------------------

@@ -7,23 +7,24 @@
 #include "engine/dtile.h"
 #include "engine/eight_bytes.h"
 
-#include <bit>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
 class KnownCells {
 public:
-    /// The characters of four fields, with a blank between each two and one behind them that does
-    /// not count. Of length 0 when that does not fit into kLook characters.
+    /// The characters of four fields, with a blank between each two; of length 0 when they are none
+    /// that can be known.
     struct Text {
-        std::uint64_t first;
-        std::uint64_t second;
-        std::ptrdiff_t length;
+        std::uint64_t first = 0;
+        std::uint64_t second = 0;
+        std::ptrdiff_t length = 0;
     };
     static constexpr std::ptrdiff_t kLook = 16;
 
-    /// Any kLook characters may stand there: only what was added is found, and Add is particular.
-    static Text TextAt(const char* at);
+    /// As many characters; kLook of any kind may be read there, and any length be asked for: only
+    /// what was added is found, and Add is particular.
+    static Text TextAt(const char* at, std::ptrdiff_t length);
 
     /// Null when it is not known.
     const Dtile* Find(const Text& text) const {
@@ -32,7 +33,8 @@ public:
         return same && text.length > 0 ? &entry.tile : nullptr;
     }
 
-    /// That these characters read as the tile. Forgets another text in its place.
+    /// That these characters, among which are three that are no digits, read as the tile. Forgets
+    /// another text in its place.
     void Add(const Text& text, const Dtile& tile);
 
 private:
@@ -41,7 +43,7 @@ private:
         std::uint64_t second = 0;
         Dtile tile;
     };
-    static constexpr int kBits = 9;
+    static constexpr int kBits = 11;
 
     static std::size_t PlaceOf(const Text& text) {
         constexpr std::uint64_t kGoldenRatio = 0x9e3779b97f4a7c15;
@@ -52,37 +54,33 @@ private:
     Entry entries[std::size_t{1} << kBits];
 };
 
-inline KnownCells::Text KnownCells::TextAt(const char* at) {
-    constexpr int kWord = 8;
-    const std::uint64_t first = LoadEight(at);
-    const std::uint64_t second = LoadEight(at + kWord);
-    // A bit for each blank.
-    const auto blanksOf = [](std::uint64_t word) {
-        return LowBits(~SetBytes(word ^ ' ' * kEveryByte));
-    };
-    std::uint64_t blanks = blanksOf(first) | blanksOf(second) << kWord;
-    for (int i = 0; i < 3; ++i) blanks &= blanks - 1;
-    if (blanks == 0) return {0, 0, 0};
-    const int length = std::countr_zero(blanks);
-    const auto kept = [](std::uint64_t word, int bytes) {
-        return word & ((std::uint64_t{1} << (8 * bytes)) - 1);
-    };
-    if (length < kWord) return {kept(first, length), 0, length};
-    return {first, kept(second, length - kWord), length};
+inline KnownCells::Text KnownCells::TextAt(const char* at, std::ptrdiff_t length) {
+    using Mask = std::array<std::uint64_t, 2>;
+    static constexpr auto kMasks = [] {
+        std::array<Mask, kLook + 1> masks = {};
+        for (std::size_t i = 1; i < masks.size(); ++i) {
+            masks[i] = masks[i - 1];
+            masks[i][(i - 1) / 8] |= std::uint64_t{0xff} << ((i - 1) % 8 * 8);
+        }
+        return masks;
+    }();
+    constexpr std::ptrdiff_t kLeast = 7;  // "0 0 0 0"
+    if (length < kLeast || length > kLook) return {};
+    const Mask& mask = kMasks[static_cast<std::size_t>(length)];
+    return {LoadEight(at) & mask[0], LoadEight(at + 8) & mask[1], length};
 }
 
 inline void KnownCells::Add(const Text& text, const Dtile& tile) {
-    // As many blanks as TextAt counts also stand in "1 2\n3 4 5", which is five numbers.
-    char characters[kLook + 1];
+    if (text.length == 0) return;
+    char characters[kLook];
     StoreEight(characters, text.first);
     StoreEight(characters + sizeof text.first, text.second);
-    characters[text.length] = ' ';
+    // What ends a number may be a minus or a line feed, too.
     char before = ' ';
-    for (std::ptrdiff_t i = 0; i <= text.length; ++i) {
-        const char c = characters[i];
-        const bool digit = before >= '0' && before <= '9';
-        if (c == '-' ? before != ' ' : c == ' ' ? !digit : c < '0' || c > '9') return;
-        before = c;
+    for (std::ptrdiff_t i = 0; i < text.length; ++i) {
+        const bool digit = characters[i] >= '0' && characters[i] <= '9';
+        if (!digit && (characters[i] != ' ' || before == ' ')) return;
+        before = characters[i];
     }
-    entries[PlaceOf(text)] = {text.first, text.second, tile};
+    if (before != ' ') entries[PlaceOf(text)] = {text.first, text.second, tile};
 }

@@ -18,7 +18,7 @@ public:
 /// it, since what it has taken and not given out is lost to the other.
 class ReadAhead final : public OpenBuffer {
 public:
-    explicit ReadAhead(std::streambuf& whose) : from(whose), area(1 << 16) {}
+    explicit ReadAhead(std::streambuf& whose) : from(whose), area(1 << 15) {}
 
 protected:
     int_type underflow() override {

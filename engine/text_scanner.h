@@ -12,6 +12,29 @@
 #include <cstdint>
 #include <string>
 
+/// A bit for each of so many characters that is no digit, that of the first one lowest.
+inline constexpr int kDigitPiece = 64;
+inline std::uint64_t OthersAt(const char* piece) {
+    std::uint64_t others = 0;
+    for (int i = 0; i < kDigitPiece; i += static_cast<int>(sizeof(Sixteen)))
+        others |= BitsOf(BytesAt<Sixteen>(piece + i) - '0' > 9) << i;
+    return others;
+}
+
+/// The number of up to so many digits that stands there, 0 for none. As many characters are read;
+/// others than digits and other counts give any number.
+inline constexpr int kMostDigits = 4;
+inline std::int32_t DigitsAt(const char* first, std::ptrdiff_t digits) {
+    std::uint32_t word;
+    std::memcpy(&word, first, sizeof word);
+    // With zeros in front; then pairs are put together, and two of them.
+    const std::uint64_t behind = std::uint64_t{word ^ '0' * 0x01010101u}
+                                 << ((32 - 8 * digits) & 63);
+    word = static_cast<std::uint32_t>(behind);
+    word = (word * 10 + (word >> 8)) & 0x00ff00ff;
+    return static_cast<std::int32_t>((word * 100 + (word >> 16)) & 0xffff);
+}
+
 class TextScanner {
 public:
     explicit TextScanner(std::streambuf& from)
@@ -37,7 +60,7 @@ public:
     /// to it. kTooLarge beyond 32 bits, with the digits taken.
     Status Number(std::int32_t& number);
 
-    /// Numbers that stand next, each of at most five digits and with a blank behind it: what
+    /// Numbers that stand next, each of at most four digits and with a blank behind it: what
     /// grids consist of. As many as are at hand and alike; none says nothing about the text.
     struct Peeked {
         static constexpr std::size_t kMost = 256;
@@ -88,28 +111,18 @@ private:
     std::int64_t fill = 0;
 };
 
-// Works on pieces of 64 characters: a mask of those that are no digits says where numbers end, so
-// that no branch hangs on how many digits one has. Digits are put together eight at a time.
+// A mask of those characters that are no digits says where numbers end, so that no branch hangs on
+// how many digits one has.
 inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
-    constexpr std::ptrdiff_t kPiece = 64;
-    constexpr int kWord = 8;
-    constexpr int kMostDigits = 5;
-    const auto wordAt = [](const char* at) { return LoadEight(at) ^ '0' * kEveryByte; };
     std::size_t count = 0;
     const char* const here = ready ? ready->Here() : nullptr;
-    // Where a piece and the word behind it can begin.
-    const std::ptrdiff_t last = ready ? ready->End() - here - kPiece - kWord : -1;
+    // Where a piece and the digits behind it can begin.
+    const std::ptrdiff_t last = ready ? ready->End() - here - kDigitPiece - kMostDigits : -1;
     const char* start = here;
     if (last >= 0 && *start == ' ') ++start;
     for (bool more = true; more && start - here <= last;) {
         const char* const piece = start;
-        std::uint64_t others = 0;
-        for (int i = 0; i < kPiece; i += kWord) {
-            const std::uint64_t word = wordAt(piece + i);
-            const std::uint64_t high =
-                (((word & 0x7f * kEveryByte) + 0x76 * kEveryByte) | word) >> 7;
-            others |= LowBits(high) << i;
-        }
+        std::uint64_t others = OthersAt(piece);
         while (count < most) {
             const char* first = start;
             const bool negative = *first == '-';
@@ -121,11 +134,7 @@ inline void TextScanner::Peek(Peeked& next, std::size_t most) const {
             const std::ptrdiff_t digits = end - first;
             if (others == 0 || digits < 1 || digits > kMostDigits || *end != ' ') break;
             others &= others - 1;
-            // With zeros in front; then pairs, fours and eights are put together.
-            std::uint64_t word = wordAt(first) << (64 - 8 * digits);
-            word = (word * 10 + (word >> 8)) & 0x00ff00ff00ff00ff;
-            word = (word * 100 + (word >> 16)) & 0x0000ffff0000ffff;
-            const auto value = static_cast<std::int32_t>(word * 10'000 + (word >> 32));
+            const std::int32_t value = DigitsAt(first, digits);
             next.numbers[count] = negative ? -value : value;
             next.ends[count++] = end - here;
             start = end + 1;

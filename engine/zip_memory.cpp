@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::size_t kPiece = 1 << 16;
+constexpr std::size_t kPiece = 1 << 15;
 
 ZipImage& Image(voidpf opaque) { return *static_cast<ZipImage*>(opaque); }
 ZipSource& Source(voidpf opaque) { return *static_cast<ZipSource*>(opaque); }
@@ -67,7 +67,7 @@ bool Fetch(ZipSource& source) {
     if (source.file < 0) return false;
     source.first = source.position / kPiece * kPiece;
     std::size_t count = 0;
-    while (count < kPiece) {
+    while (count < kPiece && source.first + count < source.size) {
         const auto at = static_cast<off_t>(source.first + count);
         const ssize_t n = pread(source.file, source.area.data() + count, kPiece - count, at);
         if (n < 1) break;

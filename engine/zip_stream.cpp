@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kAheadSize = 1 << 16;
+constexpr int kAheadSize = 1 << 14;
 constexpr std::size_t kGatheredSize = 1 << 16;
 constexpr int kIgnoreCase = 2;          // minizip's own default depends on the system
 constexpr uLong kExternalAttribs = 32;  // "archive", as a file has on its first systems
@@ -166,7 +166,8 @@ int ZipReader::Read(char* buffer, int count) {
     if (aheadPos == aheadEnd) {
         const bool large = count >= kAheadSize;
         if (!large) ahead.resize(kAheadSize);
-        const int n = unzReadCurrentFile(handle, large ? buffer : ahead.data(), kAheadSize);
+        const auto wanted = static_cast<unsigned>(large ? count : kAheadSize);
+        const int n = unzReadCurrentFile(handle, large ? buffer : ahead.data(), wanted);
         // Packed data that end before the size that is stated are damaged, too.
         damaged = damaged || n < 0 || (n == 0 && unzeof(handle) != 1);
         if (n <= 0 || large) return std::max(n, -1);
