@@ -37,12 +37,15 @@ public:
 
     const std::int32_t id;  ///< unique but for 0, which the roots have
 
-    std::string name;              ///< not unique
-    std::string script;            ///< lines joined by a line feed
-    std::int32_t viewx = 0;        ///< first grid column shown
-    std::int32_t viewy = 0;        ///< first grid row shown
-    std::int32_t vieww = 0;        ///< viewport width
-    std::int32_t viewh = 0;        ///< viewport height
+    std::string name;    ///< not unique
+    std::string script;  ///< lines joined by a line feed
+    // What the compositor asks of a node that does not show lies side by side in memory.
+    std::int32_t drawChildren = 1;  ///< 0: the compositor does not descend
+    std::int32_t hidden = 0;        ///< not 0: the compositor skips the node
+    std::int32_t viewx = 0;         ///< first grid column shown
+    std::int32_t viewy = 0;         ///< first grid row shown
+    std::int32_t vieww = 0;         ///< viewport width
+    std::int32_t viewh = 0;         ///< viewport height
     std::int32_t posx = 0;         ///< column of the parent's grid where the viewport's corner lies
     std::int32_t posy = 0;         ///< row of the parent's grid; both may be negative
     std::int32_t width = 0;        ///< grid width
@@ -61,8 +64,6 @@ public:
     /// put in by the functions below and then changes this, or its `posz`, past them owes a
     /// ForgetOrder.
     Children children;
-    std::int32_t drawChildren = 1;  ///< 0: the compositor does not descend
-    std::int32_t hidden = 0;        ///< not 0: the compositor skips the node
 
     /// Whether the children are boards: those of the root, and of any node that is called like it.
     bool HoldsBoards() const { return name == kRootName; }
