@@ -40,7 +40,6 @@ public:
         std::string text = OwnTextEntry(fileName);
         if (!Has(text)) text = kTextEntry;
         game.hasText = Has(text);
-        game.root.name = kRootName;
         // A text without a font is no game; an archive with neither leaves the font alone.
         if ((game.hasText || Has(kHeaderEntry)) && !ReadFont()) return false;
         if (game.hasText && !ReadText(text, ids, remarks)) return false;

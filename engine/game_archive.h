@@ -16,9 +16,11 @@ inline constexpr const char* kNewGame = "Library/default.zqlt";
 
 /// What an archive holds, read and checked but not yet part of anything.
 struct Game {
+    Game() { root.name = kRootName; }
+
     Bitmap sheet;  ///< null only when the archive has neither a font nor a world
     int sheetFormat = 0;
-    Dobject root;  ///< named as the root; its nodes have tiles but no surfaces
+    Dobject root;  ///< its nodes have tiles but no surfaces
     bool hasText = false;
     std::string textEntry;                  ///< name of the text entry that was read
     unsigned long textTime = 0;             ///< its moment, as archives write it

@@ -110,7 +110,6 @@ bool ReadEither(const std::string& path, const std::string& name, bool maybeEmpt
                 bool& object) {
     object = false;
     std::error_code error;
-    game.root.name = kRootName;
     if (path == "/dev/null") return true;
     if (maybeEmpty && std::filesystem::file_size(path, error) == 0 && !error) return true;
     vFile = path;

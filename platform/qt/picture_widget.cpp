@@ -219,7 +219,6 @@ void PictureWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PictureWidget::wheelEvent(QWheelEvent* event) {
-    event->accept();
     if (!events) return;
     // Touch pads turn in small steps: they are collected to whole notches.
     wheel += event->angleDelta().y();

@@ -214,8 +214,6 @@ class Salvager {
 public:
     Salvager(std::string_view archive, Salvage& to)
         : entries(EntryFinder(archive).entries), result(to) {
-        Game& game = result.game;
-        game.root.name = kRootName;
         const Entry* object = Find(".obj");
         const Entry* text = Find(".qlt");
         result.object = object && !text && !Find("font.hdr");
@@ -373,6 +371,5 @@ bool ReadObjectArchive(std::string_view archive, Game& game, std::string& why) {
     else
         game.root.children.swap(salvage.game.root.children);
     for (const auto& child : game.root.children) child->parent = &game.root;
-    game.root.name = kRootName;
     return why.empty();
 }
