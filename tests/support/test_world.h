@@ -13,7 +13,7 @@
 #include <memory>
 #include <sstream>
 
-/// Collects the messages of its lifetime, in which trace lines are made and dropped. One at a time.
+/// Collects the messages and the trace of its lifetime. One at a time.
 class Reports {
 public:
     Reports() {
@@ -21,7 +21,7 @@ public:
         vMessageHook = [](const char* text, const char* caption) {
             vOwner->messages.emplace_back(text, caption);
         };
-        CaptureTrace([](const char*) {});
+        CaptureTrace([](const char* line) { vOwner->trace += line; });
     }
     Reports(const Reports&) = delete;
     Reports& operator=(const Reports&) = delete;
@@ -39,6 +39,7 @@ public:
     void Clear() { messages.clear(); }
 
     std::vector<std::pair<std::string, std::string>> messages;  ///< texts with their captions
+    std::string trace;
 
 private:
     static inline Reports* vOwner = nullptr;
