@@ -236,14 +236,12 @@ void QtFrame::Place(Pane pane, QWidget* content) {
     QSplitter* splitter = pane == Pane::Left ? outer : inner;
     const int index = pane == Pane::Lower ? 1 : 0;
     QPointer<QWidget>& place = panes[IndexOf(pane)];
-    const QList<int> sizes = splitter->sizes();
     if (place) {
         // The old content may be what sent the command that replaces it.
         QWidget* gone = splitter->replaceWidget(splitter->indexOf(place), content);
         gone->hide();
         gone->deleteLater();
         content->show();
-        splitter->setSizes(sizes);
     } else {
         splitter->insertWidget(index, content);
     }
