@@ -61,6 +61,7 @@ TEST_F(MainWindow, FilesAreDroppedOnIt) {
         QApplication::sendEvent(window, &enter);
         QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(window, &event);
+        EXPECT_TRUE(enter.isAccepted() && event.isAccepted()) << path;
         Settle();
     };
     person.OnDialog([](QDialog& dialog) {
