@@ -14,9 +14,10 @@ TEST_F(World, FullTablesAreReported) {
     EXPECT_EQ(world->GetId(1), -1);
     for (int i = 0; i < kMaxHandleLists; ++i) EXPECT_EQ(world->StartHandleList(0, ".top"), i);
     EXPECT_EQ(world->StartHandleList(0, ".top"), -1);
+    EXPECT_TRUE(IsGridSize(31 * 601, 1801) && !board.Create("too large", 32768, 1));
     EXPECT_EQ(reports.Texts(),
               "Error: Max Handles reached\nError: Max Handles reached\n"
-              "Error: Max HandleLists reached\n");
+              "Error: Max HandleLists reached\nUnable to Create Object vSurf\n");
     reports.Clear();
     world->ReleaseHandleList(7);
     EXPECT_EQ(world->StartHandleList(0, ".top"), 7);
