@@ -95,9 +95,10 @@ struct Forms : WorldTest {
             std::string to;
             if (kind != ' ' && words.peek() != ' ') words >> to;
             std::replace(to.begin(), to.end(), '+', ' ');
+            const bool taken = kind == '#' && form.events.OnFormKey(form, std::stoi(to));
             if (kind == '=')
                 form.Type(id, to);
-            else if (kind == '#')
+            else if (kind == '#' && !taken)
                 (id ? form.Shown(id) : script.frame->Edit()).Key(std::stoi(to));
             else if (kind == '~')
                 form.Slide(id, std::stoi(to));
@@ -107,7 +108,7 @@ struct Forms : WorldTest {
                 form.Shown(id).Click({std::stoi(to), std::stoi(to.substr(to.find(',') + 1))});
             else if (kind == '!')
                 ExpectRefusal(form, id, to.substr(0, to.find(':')), to.substr(to.find(':') + 1));
-            else
+            else if (!taken)
                 form.Click(id);
         }
     }
@@ -182,13 +183,13 @@ struct Forms : WorldTest {
 TEST_F(Forms, AllOfThem) {
     const std::function<void()> size = [] { DoSize().Run(); };
     const std::function<void()> tall = [this] { board->Resize(2, 32000), DoSize().Run(); };
+    const std::function<void()> color = [] { DoColorSelect().Run(); };
     const std::function<void()> brush = [this] { frame.EditBrush(); };
     const std::function<void()> clip = [] {
         constexpr std::uint16_t kNo = 65535;
         vTileClip = {{1, kNo, kNo, 0}, {kNo, 2, kNo, 0}, {3, kNo, 4, 0}, {4, 5, 6, kNo}};
         vTileClipW = vTileClipH = 2;
-        DoTileClip().Run();
-        ClearTileClip();
+        DoTileClip().Run(), ClearTileClip();
     };
     const auto area = [](AreaDialog dialog) {
         return [dialog] { OpenAreaDialog(dialog, vArea, vBrush); };
@@ -229,7 +230,8 @@ TEST_F(Forms, AllOfThem) {
         {"Brush Settings", brush, look, "1001@176,213 1002@0,0 1010 1001@48,0", "chr3 bg0 "},
         {"Brush Settings", brush, look, "1011", "chr0 fg0 bg0 "},
         {"Brush Settings", brush, look, "1002@0,0 1001@48,0 1010", "chr3 bg0 "},
-        {"Color Select", [] { DoColorSelect().Run(); }, "", "1001@0,10", "fg16 ", 'a'},
+        {"Color Select", color, "", "1001#38 1001#40 1001#39 1001#39 1001#37", "fg17 ", 'a'},
+        {"Color Select", color, "", "1001@159,159 1001#39 1001#40", "fg255 ", 'a'},
         {"Tile ClipBoard", clip, "[ ] ", "1002", "skip1 "},
         {"Object ClipBoard", [] { DoObjectClipBoard().Run(); }, "", "", "", 'o'},
         {"Font Edit", [] { DoFontEdit().Run(); }, "=0 [x] [ ] ", "1001@99,99", "", '?'},
@@ -253,7 +255,7 @@ TEST_F(Forms, AllOfThem) {
     std::string sums;
     for (const auto& [caption, sum] : layouts) sums += caption + std::to_string(sum % 10000) + " ";
     EXPECT_EQ(sums,
-              "4657 About QUILT!639 Bar2498 Brush Settings2556 Color Select7640 Distance "
+              "4657 About QUILT!639 Bar2498 Brush Settings2556 Color Select2848 Distance "
               "Fade5581 Fade4625 Filter2584 Font Edit476 Location4220 Name1374 Object "
               "ClipBoard3167 Programming1477 Save Notification9253 Size5881 Slime fade2294 "
               "Speckle2501 Tile ClipBoard6260 Viewport6576 ")
