@@ -246,8 +246,6 @@ void QtFrame::Place(Pane pane, QWidget* content) {
         splitter->insertWidget(index, content);
     }
     place = content;
-    // The edit view takes what is left over.
-    splitter->setStretchFactor(index, pane == Pane::Upper ? 1 : 0);
 }
 
 platform::Window* QtFrame::CreatePane(Pane pane, platform::WindowEvents& listener) {
@@ -353,7 +351,6 @@ void QtFrame::ShowFocus() {
     constexpr int kOut = PaneRing::kWidth;
     ring->setGeometry(
         QRect(pane->mapTo(this, QPoint()), pane->size()).adjusted(-kOut, -kOut, kOut, kOut));
-    ring->raise();
 }
 
 void QtFrame::Show() {
