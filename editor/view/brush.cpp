@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr Brush kFirstBrush{1, 15, 1, 0};
-
 void ScrollView(const HandleGuard& h, int position, int step, int size, int shown) {
     if (step == 0) return;
     const int last = std::max(vWorld->GetProperty(h, size) - vWorld->GetProperty(h, shown), 0);
@@ -25,16 +23,17 @@ void ScrollBy(int stepX, int stepY, bool back) {
 
 }  // namespace
 
-Brush vBrush = kFirstBrush;
-Brush vSavedBrush = kFirstBrush;
-BrushMode vBrushMode = kBrushNormal;
-std::array<BrushSlot, kBrushSlots> vBrushSlots{{{1, 15, 1, 0}}};
-std::int32_t vBrushSlot = 0;
-std::int32_t vStepX = 0;
-std::int32_t vStepY = 0;
+// ResetBrushes gives them their first values.
+Brush vBrush;
+Brush vSavedBrush;
+BrushMode vBrushMode;
+std::array<BrushSlot, kBrushSlots> vBrushSlots;
+std::int32_t vBrushSlot;
+std::int32_t vStepX;
+std::int32_t vStepY;
 
 void ResetBrushes() {
-    vBrush = vSavedBrush = kFirstBrush;
+    vBrush = vSavedBrush = {1, 15, 1, 0};
     vBrushMode = kBrushNormal;
     vBrushSlots = {{{1, 15, 1, 0}}};
     vBrushSlot = 0;

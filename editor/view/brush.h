@@ -52,7 +52,7 @@ void ChooseBrushSlot(int slot);
 extern std::int32_t vStepX;
 extern std::int32_t vStepY;
 
-/// Everything above as at the start of the program.
+/// Everything above as at the start of the program, of which this is a part.
 void ResetBrushes();
 
 /// One step along the shade sequence: blank, the three shades, the full block, which stays.
