@@ -12,6 +12,7 @@
 #include "editor/view/tile_clip.h"
 
 #include "bench/timed.h"
+#include "engine/tile_pen.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -55,6 +56,14 @@ struct Area {
 };
 
 void Fill(Area& area) { FillRegion(area.handle, vArea, vBrush); }
+// What the others are compared to.
+void FillCells(Area& area) {
+    vWorld->BackupTiles(area.handle);
+    TilePen pen(vWorld->Editable(area.handle));
+    ForEachSelected(vArea, [&](int x, int y) {
+        pen.Put(x, y, vBrush.chr, vBrush.fg, vBrush.bg, vBrush.attrib);
+    });
+}
 void Blend(Area& area) { BlendRegion(area.handle, vArea, vBrush, {0, 0}, area.Last()); }
 void Paste(Area& area) { PasteRegion(area.handle, vArea); }
 void Normal(Area& area) {
@@ -213,6 +222,7 @@ void ClearMaskAlone(benchmark::State& state) {
 
 #define BENCH_ACTION(name) TIMED_TEMPLATE(Act, name)->Name(#name)->Arg(kSide)->Arg(kSmallSide)
 BENCH_ACTION(Fill);
+BENCH_ACTION(FillCells);
 BENCH_ACTION(Blend);
 BENCH_ACTION(Paste);
 BENCH_ACTION(Normal);

@@ -11,14 +11,6 @@ Bitmap vSubClipBuffer;
 
 namespace {
 
-// How many of the `count` bytes from `from` on are equal to `value`.
-int RunOf(const unsigned char* from, int count, unsigned char value) {
-    int run = 0;
-    while (run + 8 <= count && LoadEight(from + run) == value * kEveryByte) run += 8;
-    while (run < count && from[run] == value) ++run;
-    return run;
-}
-
 constexpr int kGlance = 8;
 
 // Whether so many cells are solid at a glance: they have both colours, and none is a sprite.

@@ -25,6 +25,14 @@ inline void FillEight(void* to, std::uint64_t bytes, std::ptrdiff_t count) {
     for (std::ptrdiff_t i = 0; i < count; ++i) StoreEight(place + 8 * i, bytes);
 }
 
+/// How many of the `count` bytes from `from` on are equal to `value`.
+inline int RunOf(const unsigned char* from, int count, unsigned char value) {
+    int run = 0;
+    while (run + 8 <= count && LoadEight(from + run) == value * kEveryByte) run += 8;
+    while (run < count && from[run] == value) ++run;
+    return run;
+}
+
 /// 0xff in every byte that is not zero, 0 in the others. The low seven bits of a byte carry into
 /// its high bit when any is set; the high bits are then spread downwards.
 inline std::uint64_t SetBytes(std::uint64_t bytes) {

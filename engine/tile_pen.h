@@ -3,6 +3,7 @@
 
 #include "engine/dobject.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdint>
@@ -19,9 +20,7 @@ public:
     ~TilePen() { EndRun(); }
 
     void Put(int x, int y, int chr, int fg, int bg, int attrib) {
-        // Other fields keep what there was or let through what is under the tile.
-        const bool plain = ((chr | attrib) & ~0x7fff) == 0 && ((fg | bg) & ~0xff) == 0;
-        if (!plain || !surface) return PutOther(x, y, chr, fg, bg, attrib);
+        if (!IsPlain(chr, fg, bg, attrib)) return PutOther(x, y, chr, fg, bg, attrib);
         // The bytes of the Dtile.
         const auto bits = [](int field) { return static_cast<std::uint64_t>(field); };
         const std::uint64_t put = bits(chr) | bits(fg) << 16 | bits(bg) << 32 | bits(attrib) << 48;
@@ -34,7 +33,22 @@ public:
             ++next;
     }
 
+    /// The same tile so many times side by side.
+    void PutRun(int x, int y, int count, int chr, int fg, int bg, int attrib) {
+        Put(x, y, chr, fg, bg, attrib);
+        const bool going = IsPlain(chr, fg, bg, attrib) && y == row && x + 1 == next;
+        if (going)
+            next = std::min(x + count, end);
+        else
+            for (int i = 1; i < count; ++i) Put(x + i, y, chr, fg, bg, attrib);
+    }
+
 private:
+    /// Other fields keep what there was or let through what is under the tile.
+    bool IsPlain(int chr, int fg, int bg, int attrib) const {
+        return ((chr | attrib) & ~0x7fff) == 0 && ((fg | bg) & ~0xff) == 0 && surface;
+    }
+
     /// A tile as it is drawn: a number of eight pixels for each of its rows.
     struct Look {
         std::uint64_t shown = UINT64_MAX;  ///< the tile's bytes but for its attribute

@@ -1,5 +1,6 @@
 #include "editor/tools/fade_fills.h"
 
+#include "engine/eight_bytes.h"
 #include "engine/random.h"
 #include "engine/report.h"
 #include "engine/tile_pen.h"
@@ -193,8 +194,12 @@ void NormalFade(Handle h, TileArea& area, const Brush& brush, const FadeCells& c
     if (shaken) Shake(*plain, *shaken, Dice(random));
     const BITMAP& shown = shaken ? *shaken : *plain;
     TilePen pen(vWorld->Editable(h));
-    ForEachSelected(area, [&](int x, int y) {
-        PutGlyph(pen, brush, x, y, shown.line[y - area.y][x - area.x]);
+    ForEachRun(area, [&](int x, int y, int count) {
+        const unsigned char* glyph = shown.line[y - area.y] + (x - area.x);
+        for (int alike = 0; count > 0; count -= alike, x += alike, glyph += alike) {
+            alike = RunOf(glyph, count, *glyph);
+            pen.PutRun(x, y, alike, *glyph, brush.fg, brush.bg, brush.attrib);
+        }
     });
 }
 

@@ -31,8 +31,9 @@ std::vector<std::uint8_t> MakeRamp(const Brush& brush, std::size_t length) {
 void FillRegion(Handle h, TileArea& area, const Brush& brush) {
     vWorld->BackupTiles(h);
     TilePen pen(vWorld->Editable(h));
-    ForEachSelected(
-        area, [&](int x, int y) { pen.Put(x, y, brush.chr, brush.fg, brush.bg, brush.attrib); });
+    ForEachRun(area, [&](int x, int y, int count) {
+        pen.PutRun(x, y, count, brush.chr, brush.fg, brush.bg, brush.attrib);
+    });
 }
 
 void BlendRegion(Handle h, TileArea& area, const Brush& brush, Point cursor, Point anchor) {

@@ -83,6 +83,21 @@ void VisitCells(TileArea& area, MaskState state, Act act) {
     }
 }
 
+/// Calls act(x, y, count) for each run of selected cells, row by row; all of them are done.
+template <typename Act>
+void ForEachRun(TileArea& area, Act act) {
+    const int right = std::min(area.x + area.w, area.maskW);
+    const int bottom = std::min(area.y + area.h, area.maskH);
+    for (int y = std::max(area.y, 0); y < bottom; ++y) {
+        std::int32_t* row = area.mask.data() + std::ptrdiff_t{y} * area.maskW;
+        for (int x = std::max(area.x, 0); x < right; ++x) {
+            const int first = x;
+            while (x < right && row[x] == kSelected) row[x++] = kDone;
+            if (x > first) act(first, y, x - first);
+        }
+    }
+}
+
 /// The same for the selected cells and an action that does each of them.
 template <typename Act>
 void ForEachSelected(TileArea& area, Act act) {
