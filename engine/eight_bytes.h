@@ -64,7 +64,9 @@ inline std::uint64_t BitsOf(Truths truths) {
     using Chars = char __attribute__((vector_size(16)));
     return static_cast<unsigned>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars>(truths)));
 #else
-    return LowBits(LoadEight(&truths)) | LowBits(LoadEight(&truths[8])) << 8;
+    std::uint64_t halves[2];
+    std::memcpy(halves, &truths, sizeof halves);
+    return LowBits(halves[0]) | LowBits(halves[1]) << 8;
 #endif
 }
 
