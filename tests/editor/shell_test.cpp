@@ -217,7 +217,9 @@ TEST_F(Shell, TheListSelectsScrollsAndSwaps) {
     const Dobject& cellar = *vWorld->Root().children.back();
     List().Send(&Events::OnLButtonDown, false, At(kLamp));
     EXPECT_TRUE(List().captured) << "the mouse may leave the list";
+    List().invalidated = Frame().Edit().invalidated = 0;
     List().Drag(At(kLamp), At(kCellar));
+    EXPECT_TRUE(List().invalidated && Frame().Edit().invalidated) << "both show it";
     EXPECT_TRUE(vWorld->currentBoard == cellar.id && !List().captured) << "a drag through the rows";
     List().Send(&Events::OnMouseMove, false, At(kAttic));
     EXPECT_EQ(vWorld->currentBoard, cellar.id) << "no button is held";
