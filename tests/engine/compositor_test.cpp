@@ -85,7 +85,7 @@ struct Compositor : WorldTest {
                 if (sparse && Roll(0, 2)) continue;
                 const auto hint = static_cast<std::uint16_t>(Roll(0, 2));
                 Dtile tile{kGlyphs[Roll(0, 7)], kColors[Roll(0, 4)], kColors[Roll(0, 4)], 0};
-                if (Roll(0, 5) == 0) tile = {kGlyphs[Roll(6, 7)], kSpriteColor, hint, 0};
+                if (Roll(0, 5) == 0) tile = {kGlyphs[Roll(6, 7)], 65534, hint, 0};
                 if (i == 0) base = tile;
                 if (Roll(0, like)) tile = base;
                 node.PutTile(i % node.width, i / node.width, tile.chr, Signed(tile.fg), tile.bg, 0);
