@@ -57,5 +57,8 @@ public:
 /// Never null; a test may put its own in place for a while.
 extern FileLayer* vFiles;
 
-/// The same of the layer in place.
-inline std::int64_t AvailableMemory() { return vFiles->FreeMemory(); }
+/// Whether so many bytes can be had, by the layer in place. For a few, nothing is asked.
+inline bool HasMemory(std::int64_t bytes) {
+    constexpr std::int64_t kFew = 1 << 22;
+    return bytes <= kFew || bytes <= vFiles->FreeMemory();
+}

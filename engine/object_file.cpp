@@ -38,7 +38,7 @@ bool ReadObjectFile(const std::string& path, const IdSource& ids, Dobject& node,
         if (!graver.empty()) why = entry + ": " + graver;
         return false;
     }
-    if (SurfaceBytes(node) <= AvailableMemory()) return true;
+    if (HasMemory(SurfaceBytes(node))) return true;
     why = "there is not enough memory for it";
     return false;
 }

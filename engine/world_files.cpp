@@ -54,7 +54,7 @@ bool Dinterface::Load(const std::string& path, bool needsWorld) {
 }
 
 bool Dinterface::TakeGame(Game& game, GameFault& fault) {
-    if (SurfaceBytes(game.root) > AvailableMemory()) {
+    if (!HasMemory(SurfaceBytes(game.root))) {
         fault = {"the world is too large for this machine's memory", 0};
         return false;
     }

@@ -36,7 +36,7 @@ void NumberDialog::OnControl(FormWindow& form, int id) {
 
 bool CanMakeGrid(int w, int h) {
     // Its surface takes a byte a pixel.
-    return IsGridSize(w, h) && std::int64_t{w} * h * kTileSize * kTileSize <= AvailableMemory();
+    return IsGridSize(w, h) && HasMemory(std::int64_t{w} * h * kTileSize * kTileSize);
 }
 
 bool CheckGridSize(FormWindow& form, int w, int h, int widthField, int heightField) {

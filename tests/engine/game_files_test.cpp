@@ -338,8 +338,9 @@ TEST_F(GameFiles, FaultsAreReportedWithTheirPlaceAndChangeNothing) {
     refused(folder / ".", "it is no file");
     // The surfaces would not fit.
     const FileHook little([](const std::string& asked) { return asked == "FreeMemory"; });
-    refused(PutFile(folder / "g.zqlt", MakeZip(good)), "too large for this machine");
-    refused(PutFile(folder / "f.zobj", object(kDoor)), "not enough memory");
+    const std::string wide = "~ob d 0\n0 0 300 300\n0 0 9 9\n-90000 1 2 3 0\n~pb\n~pe\n~oe\n";
+    refused(PutFile(folder / "g.zqlt", with(2, kHead + wide)), "too large for this machine");
+    refused(PutFile(folder / "f.zobj", object(wide)), "not enough memory");
 }
 
 // The checksums see to it that a damaged archive never passes for another world.
