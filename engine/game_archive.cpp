@@ -38,22 +38,15 @@ public:
 
     bool Read(const std::string& fileName, const IdSource& ids, TextRemarks* remarks) {
         std::string text = OwnTextEntry(fileName);
-        if (!Has(text)) text = kTextEntry;
-        game.hasText = Has(text);
+        if (!archive.HasEntry(text)) text = kTextEntry;
+        game.hasText = archive.HasEntry(text);
         // A text without a font is no game; an archive with neither leaves the font alone.
-        if ((game.hasText || Has(kHeaderEntry)) && !ReadFont()) return false;
+        if ((game.hasText || archive.HasEntry(kHeaderEntry)) && !ReadFont()) return false;
         if (game.hasText && !ReadText(text, ids, remarks)) return false;
-        return !Has(kSettingsEntry) || ReadSettings();
+        return !archive.HasEntry(kSettingsEntry) || ReadSettings();
     }
 
 private:
-    bool Has(const std::string& name) {
-        const bool has = archive.OpenEntry(name);
-        const bool damaged = archive.Damaged();
-        if (has) archive.CloseEntry();
-        return has || damaged;
-    }
-
     bool Fail(const std::string& entry, const std::string& why, int line = 0) {
         fault.text = entry + (line > 0 ? ", line " + std::to_string(line) : "") + ": " + why;
         fault.line = line;

@@ -1,8 +1,8 @@
 // A stream buffer that lets its readers look at what it has ready.
 #pragma once
 
+#include <memory>
 #include <streambuf>
-#include <vector>
 
 /// The characters from Here() to End() are the next ones of the stream; at the end of them the
 /// usual operations fetch more.
@@ -18,17 +18,18 @@ public:
 /// it, since what it has taken and not given out is lost to the other.
 class ReadAhead final : public OpenBuffer {
 public:
-    explicit ReadAhead(std::streambuf& whose) : from(whose), area(1 << 15) {}
+    explicit ReadAhead(std::streambuf& whose) : from(whose) {}
 
 protected:
     int_type underflow() override {
-        const std::streamsize count =
-            from.sgetn(area.data(), static_cast<std::streamsize>(area.size()));
-        setg(area.data(), area.data(), area.data() + count);
-        return count < 1 ? traits_type::eof() : traits_type::to_int_type(area.front());
+        const std::streamsize count = from.sgetn(area.get(), kArea);
+        setg(area.get(), area.get(), area.get() + count);
+        return count < 1 ? traits_type::eof() : traits_type::to_int_type(area[0]);
     }
 
 private:
+    static constexpr int kArea = 1 << 15;
+
     std::streambuf& from;
-    std::vector<char> area;
+    std::unique_ptr<char[]> area = std::make_unique_for_overwrite<char[]>(kArea);
 };

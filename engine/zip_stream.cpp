@@ -143,11 +143,15 @@ std::unique_ptr<ZipReader> ZipReader::InMemory(std::string_view bytes) {
 
 ZipReader::~ZipReader() { Close(); }
 
+bool ZipReader::HasEntry(const std::string& name) {
+    return handle && !entryOpen && unzLocateFile(handle, name.c_str(), kIgnoreCase) == UNZ_OK;
+}
+
 bool ZipReader::OpenEntry(const std::string& name) {
-    if (!handle || entryOpen) return false;
+    if (entryOpen) return false;
     damaged = false;
     aheadPos = aheadEnd = 0;
-    if (unzLocateFile(handle, name.c_str(), kIgnoreCase) != UNZ_OK) return false;
+    if (!HasEntry(name)) return false;
     entryOpen = unzOpenCurrentFile(handle) == UNZ_OK;
     damaged = !entryOpen;
     return entryOpen;

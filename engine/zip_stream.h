@@ -73,7 +73,9 @@ public:
     ~ZipReader();  ///< closes
 
     bool IsOpen() const { return handle != nullptr; }
-    /// Looks for the name without regard to upper and lower case.
+    /// Looks for the name without regard to upper and lower case, while no entry is open.
+    bool HasEntry(const std::string& name);
+    /// Opens what HasEntry finds; false too when it is damaged.
     bool OpenEntry(const std::string& name);
     /// Bytes read, 0 at the end of the entry, -1 on failure.
     int Read(char* buffer, int count);
