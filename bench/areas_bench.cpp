@@ -10,9 +10,9 @@
 #include "editor/view/fills.h"
 #include "editor/view/selection.h"
 #include "editor/view/tile_clip.h"
+#include "engine/tile_pen.h"
 
 #include "bench/timed.h"
-#include "engine/tile_pen.h"
 
 #include <cstdlib>
 #include <cstring>

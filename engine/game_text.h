@@ -47,8 +47,6 @@ struct TextRemarks {
 /// Where the nodes that are read get their ids, in the order of the text.
 using IdSource = std::function<std::int32_t()>;
 
-class GridCells;
-
 class GameTextReader {
 public:
     GameTextReader(std::streambuf& text, IdSource source) : scanner(text), ids(std::move(source)) {}
@@ -73,6 +71,8 @@ public:
     int Line() const { return faultLine; }
 
 private:
+    class GridCells;
+
     template <typename Reading>
     bool Guarded(Reading reading);
     bool ReadBoards(Dobject& root);

@@ -4,6 +4,7 @@
 #include "engine/report.h"
 
 #include <algorithm>
+#include <bit>
 #include <new>
 #include <stdexcept>
 
@@ -133,7 +134,7 @@ bool GameTextReader::ReadHead(Dobject& node, const Dobject* spawnedBy) {
 
 // The cells of a grid, which the text need not hold: the node has memory ahead of those that came,
 // and at the end as many as came.
-class GridCells {
+class GameTextReader::GridCells {
 public:
     GridCells(Dobject& of, std::int64_t all) : node(of), cells(all) { Grow(0, kBelievedCells); }
     GridCells(const GridCells&) = delete;

@@ -70,32 +70,37 @@ void StartBox(TileArea& area, Handle h, platform::Point cursor, platform::Point 
 /// A world tile in the node's grid.
 platform::Point ToGrid(Handle h, platform::Point tile);
 
+/// Calls act(row, y, left, right) for each row of the box within the grid: its cells of the mask,
+/// and the columns from `left` to before `right`.
+template <typename Act>
+void ForEachRow(TileArea& area, Act act) {
+    const int left = std::max(area.x, 0);
+    const int right = std::min(area.x + area.w, area.maskW);
+    const int bottom = std::min(area.y + area.h, area.maskH);
+    for (int y = std::max(area.y, 0); y < bottom; ++y)
+        act(area.mask.data() + std::ptrdiff_t{y} * area.maskW, y, left, right);
+}
+
 /// Calls act(x, y) for each cell of the box that is in that state, row by row. A cell for which
 /// it gives true is done.
 template <typename Act>
 void VisitCells(TileArea& area, MaskState state, Act act) {
-    const int right = std::min(area.x + area.w, area.maskW);
-    const int bottom = std::min(area.y + area.h, area.maskH);
-    for (int y = std::max(area.y, 0); y < bottom; ++y) {
-        std::int32_t* row = area.mask.data() + std::ptrdiff_t{y} * area.maskW;
-        for (int x = std::max(area.x, 0); x < right; ++x)
+    ForEachRow(area, [&](std::int32_t* row, int y, int left, int right) {
+        for (int x = left; x < right; ++x)
             if (row[x] == state && act(x, y)) row[x] = kDone;
-    }
+    });
 }
 
 /// Calls act(x, y, count) for each run of selected cells, row by row; all of them are done.
 template <typename Act>
 void ForEachRun(TileArea& area, Act act) {
-    const int right = std::min(area.x + area.w, area.maskW);
-    const int bottom = std::min(area.y + area.h, area.maskH);
-    for (int y = std::max(area.y, 0); y < bottom; ++y) {
-        std::int32_t* row = area.mask.data() + std::ptrdiff_t{y} * area.maskW;
-        for (int x = std::max(area.x, 0); x < right; ++x) {
+    ForEachRow(area, [&](std::int32_t* row, int y, int left, int right) {
+        for (int x = left; x < right; ++x) {
             const int first = x;
             while (x < right && row[x] == kSelected) row[x++] = kDone;
             if (x > first) act(first, y, x - first);
         }
-    }
+    });
 }
 
 /// The same for the selected cells and an action that does each of them.
