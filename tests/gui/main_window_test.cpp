@@ -5,8 +5,10 @@
 
 #include "editor/shell/do_location.h"
 #include "editor/shell/do_name.h"
+#include "editor/shell/do_object_clip_board.h"
 #include "editor/tools/do_font_edit.h"
 
+#include <QMimeData>
 #include <QSlider>
 
 TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
@@ -61,12 +63,6 @@ TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
 
 TEST_F(MainWindow, FilesAreChosenInDialogs) {
     Start();
-    int ticked = 0;
-    for (const QAction* action : window->findChildren<QAction*>()) ticked += action->isChecked();
-    const QAction* bar = Person::EntryOf(*window->menuBar()->actions()[2]->menu(), "&Status Bar");
-    EXPECT_EQ(bar->statusTip(), QLatin1String("Show or hide the status bar"));
-    EXPECT_EQ(ticked, 3) << "a video mode, in a window, the bar";
-    EXPECT_TRUE(Control<QAbstractButton>(kRadioBrush).isChecked());
     const auto texts = window->findChild<QStatusBar*>()->findChildren<QLabel*>();
     EXPECT_TRUE(texts[0]->text().startsWith("Use"));
     // A lock's state is that before the key; its own key turns it.
@@ -151,4 +147,35 @@ TEST_F(MainWindow, TheFontEditorTakesItsKeysWhereverTheFocusStands) {
         PressOk(dialog);
     });
     Choose("&View", "&Font Edit");
+}
+
+// What is dropped on the window: a game opens, an object shows in its dialog, all else is told.
+TEST_F(MainWindow, FilesAreDroppedOnIt) {
+    Start("Library/samples/lamplight.zqlt");
+    ASSERT_TRUE(vWorld->Export(HandleGuard(vWorld->GetCurrentObject()), temp / "title.ZOBJ"));
+    const auto drop = [&](const std::string& path) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window, &enter);
+        QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window, &event);
+        EXPECT_TRUE(enter.isAccepted() && event.isAccepted()) << path;
+        Settle();
+    };
+    person.OnDialog([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle().toStdString(), "Object ClipBoard");
+        EXPECT_TRUE(In(dialog, kObjectPicture).focusPolicy() & Qt::TabFocus);
+        dialog.close();
+    });
+    drop(temp / "title.ZOBJ");
+    person.AnswerBox("one game (.zqlt) or object file");
+    drop(SOURCE_FOLDER "/README.md");
+    ClickOnPanel(kSaveBackup);
+    Hit({Qt::Key_Right}, Qt::ControlModifier);
+    drop("Library/default.zqlt");
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return !edit->accessibleDescription().contains(QLatin1String("box")); }));
+    EXPECT_FALSE(Control(kRestoreBackup).isEnabled());
+    EXPECT_TRUE(window->windowTitle().startsWith(QLatin1String("default.zqlt")));
 }

@@ -19,9 +19,13 @@
 #include <unistd.h>
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QBackingStore>
+#include <QFileDialog>
 #include <QHashSeed>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QMetaProperty>
+#include <QPushButton>
 #include <QThread>
 #include <QTimer>
 #include <ctime>
@@ -78,6 +82,11 @@ private:
         if (!top) top = QApplication::activeModalWidget();
         if (!top) top = window;
         if (!top) return;
+        // What opens later than a step, becomes active later, too: a key that presses a button
+        // shows it pressed for a while before it acts.
+        for (const auto* button : top->findChildren<QPushButton*>())
+            if (button->isDown()) return;
+        if (std::exchange(last, top) != top) return;
         alarm(kLongestStep);
         // A text control measures its lines while it paints and shows a scroll bar accordingly; the
         // first time may end where the text gets its colours.
@@ -96,9 +105,37 @@ private:
         if (top == window && QThread::currentThread()->loopLevel() == 1) OnIdle();
         if (done) return QApplication::exit();
         Expect(++run.step - idle < kLongestOpen, QStringLiteral("what is open does not close"));
+        Look(*top);
         // However often the program has painted itself, its own chance is the same in each step.
         vRandom.Seed(seed + static_cast<unsigned>(run.step));
         RandomStep(run, *top);
+    }
+
+    // Says what a person could now tell of it and not before, but for what hangs on the fonts.
+    void Look(QWidget& top) {
+        QEvent update(QEvent::UpdateRequest);
+        QApplication::sendEvent(&top, &update);
+        const auto* screen = static_cast<const QImage*>(top.backingStore()->paintDevice());
+        std::set<QString> now;
+        for (QWidget* widget : QWidgetList{&top} + top.findChildren<QWidget*>()) {
+            if (!widget->isVisible() || qobject_cast<QFileDialog*>(&top)) continue;
+            const QMetaObject& kind = *widget->metaObject();
+            QString sight;
+            QDebug all(&sight);
+            all << kind.className() << widget->accessibleName() << widget->isEnabled()
+                << widget->hasFocus() << widget->property("text")
+                << kind.userProperty().read(widget) << widget->cursor().shape();
+            for (const QAction* entry : widget->actions())
+                all << entry->text() << entry->statusTip() << entry->isEnabled()
+                    << entry->isChecked();
+            if (&kind == &QWidget::staticMetaObject && !widget->findChild<QWidget*>()) {
+                const QRect area(widget->mapTo(&top, QPoint()), widget->size());
+                const QImage image = screen->copy(area);
+                all << qHashBits(image.constBits(), static_cast<std::size_t>(image.sizeInBytes()));
+            }
+            if (!seen.contains(*now.insert(sight).first)) run.Say("sees", sight);
+        }
+        seen = now;
     }
 
     void OnIdle() {
@@ -122,7 +159,7 @@ private:
             run.Say("leave a world that has grown too large");
             app->Document().OnNewDocument();
         } else {
-            run.Say("digest", qHash(QByteArray::fromStdString(Account(*vWorld))));
+            run.Say("world", SumOf(Account(*vWorld)));
             vWorld->Root().RedrawTiles();
             ids.clear();
             Expect(LookAt(vWorld->Root()) == before, QStringLiteral("a surface shows other tiles"));
@@ -166,7 +203,9 @@ private:
     QObject context;
     long saved = -kSaveEvery, idle = 0;  ///< the last steps of a save, and with nothing open
     int turns = 0;
+    const QWidget* last = nullptr;  ///< what was on top at the last turn
     bool done = false;
+    std::set<QString> seen;      ///< what the last look told
     std::set<std::int32_t> ids;  ///< of the nodes looked at
 };
 
@@ -195,12 +234,13 @@ Robot* vRobot = nullptr;
 
 }  // namespace
 
-// quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE]
+// quilt-robot [--seed N] [--steps N] [--seconds N] [--log FILE] [--digest DIGEST]
 int main(int argc, char** argv) {
-    Run run;
+    static Run run;
     std::map<std::string, std::string> options = {{"--seed", "1"},
                                                   {"--steps", "1000"},
                                                   {"--seconds", "0"},
+                                                  {"--digest", ""},
                                                   {"--log", run.folder / "robot.log"}};
     for (int i = 1; i + 1 < argc; i += 2) options.at(argv[i]) = argv[i + 1];
     const auto number = [&](const char* option) { return std::stol(options[option]); };
@@ -212,6 +252,7 @@ int main(int argc, char** argv) {
     StartTrace(nullptr);
     std::filesystem::current_path(ProgramFolder());
     MakeFiles(run.folder, seed);
+    CaptureTrace([](const char* line) { run.Say("trace", line); });
     // Nothing of the user's is read or written, and nothing differs from run to run. Every other
     // seed has a screen of another scale.
     setenv("QT_SCALE_FACTOR", seed % 4 == 0 ? "1.5" : seed % 4 == 2 ? "2" : "1", 1);
@@ -219,7 +260,7 @@ int main(int argc, char** argv) {
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
         setenv(name, run.folder.Path().c_str(), 1);
     setenv("LC_ALL", "C.UTF-8", 1);
-    unsetenv("QUILT_TRACE");
+    for (const char* name : {"QUILT_TRACE", "QT_STYLE_OVERRIDE"}) unsetenv(name);
     QHashSeed::setDeterministicGlobalSeed();
     // However the process ends, the last line of the log is the step that did it.
     std::printf("seed %u, log %s\n", seed, options["--log"].c_str());
@@ -237,7 +278,10 @@ int main(int argc, char** argv) {
         });
         robot.Live(qt);
         qInstallMessageHandler(nullptr);
+        CaptureTrace(nullptr);
         alarm(0);
     }
-    std::printf("%ld steps without a finding\n", run.step);
+    const std::string digest = QString::number(run.digest, 16).toStdString();
+    std::printf("%ld steps without a finding, digest %s\n", run.step, digest.c_str());
+    return options["--digest"].empty() || options["--digest"] == digest ? 0 : EXIT_FAILURE;
 }

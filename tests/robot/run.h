@@ -1,6 +1,7 @@
 // What both parts of the robot share: its chance, its folder and its log.
 #pragma once
 
+#include "tests/support/random_world.h"
 #include "tests/support/temp_folder.h"
 
 #include <QDebug>
@@ -13,7 +14,8 @@ struct Run {
     std::FILE* log = nullptr;  ///< open for writing
     std::mt19937_64 random{};
     long step = 0;
-    long excusedUntil = 0;  ///< the step up to which a bad file may be reported
+    unsigned long digest = 0;  ///< of all that was said
+    long excusedUntil = 0;     ///< the step up to which a bad file may be reported
 
     void Excuse() { excusedUntil = step + 15; }
     /// 0 to n - 1, by remainder: a seed gives the same run with every standard library.
@@ -31,6 +33,7 @@ struct Run {
         QString line;
         (QDebug(&line) << ... << parts);
         line.replace(QString::fromStdString(folder.Path()), QStringLiteral("~"));
+        digest = SumOf(line.toStdString(), digest);
         std::fprintf(log, "%ld %s\n", step, line.toUtf8().constData());
         std::fflush(log);
     }

@@ -21,7 +21,7 @@ constexpr Key kKeys[] = {
     Key_Tab,    Key_Backtab, Key_Menu,     Key_Backspace, Key_Home,    Key_End,
     Key_PageUp, Key_Control, Key_PageDown, Key_Shift,     Key_Escape,  Key_Insert,
     Key_Delete, Key_Return,  Key_F1,       Key_F2,        Key_F3,      Key_F4,
-    Key_F6,     Key_Plus,    Key_CapsLock, Key_Asterisk,  Key_NumLock, Key_ScrollLock,
+    Key_F6,     Key_Plus,    Key_CapsLock, Key_Asterisk,  Key_NumLock, Key_F10,
 };
 constexpr Key kMenuKeys[] = {Key_Down, Key_Up, Key_Left, Key_Right, Key_F, Key_Return, Key_Escape};
 constexpr KeyboardModifiers kModifiers[] = {ControlModifier, ShiftModifier, AltModifier,
@@ -103,7 +103,8 @@ void KeyStep(Run& run, QWidget& target) {
 }
 
 void TextStep(Run& run, QWidget& target) {
-    const QString text = QString::fromUtf8(run.Pick(kTexts)) + QString::fromUtf8(run.Pick(kTexts));
+    QString text = QString::fromUtf8(run.Pick(kTexts));
+    text += QString::fromUtf8(run.Pick(kTexts));
     const int way = run.Below(8);
     run.Say("type", text, "to", NameOf(target), way);
     if (way == 0) return QGuiApplication::clipboard()->setText(text);
@@ -159,7 +160,7 @@ void RandomStep(Run& run, QWidget& top) {
     if (kind < 14) return KeyStep(run, focus);
     if (kind < 18) return TextStep(run, focus);
     if (kind > 18) return ControlStep(run, top);
-    const QPoint to(run.Below(1999) - 999, run.Below(1999) - 999);
+    const QPoint to{run.Below(1999) - 999, run.Below(1999) - 999};
     const int way = run.Below(3);
     run.Say("frame", way, to);
     if (way == 0) return void(top.close());
