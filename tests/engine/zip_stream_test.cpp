@@ -31,7 +31,7 @@ std::string Shown(const std::string& bytes, bool byBlock) {
     EXPECT_FALSE(in.unget()) << "nothing has been read";
     in.clear();
     std::string text;
-    char block[77];
+    char block[177];
     while (byBlock && in.read(block, sizeof block).gcount() > 0)
         text.append(block, static_cast<std::size_t>(in.gcount()));
     for (char c; in.get(c); text += c)

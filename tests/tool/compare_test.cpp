@@ -362,7 +362,8 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
     EXPECT_EQ(Run("merge a.zqlt b.zqlt c.zqlt -o d.zqlt").out,
               "conflict: Hall/x: both sides added it unlike; both are kept\n");
     EXPECT_EQ(Read(FileBytes(folder / "d.zqlt")).root.children[0]->children.size(), 5u);
-    const char* const all = "Hall x 4 Hall script 2 Hall 0 A Hall name Vault";
+    const char* const all =
+        "Hall x 4 Hall script 2222222222222222222222222 Hall 0 A Hall name Vault";
     PutFile(folder / "b.zqlt", Read(bytes, [&](Game& game) { Do(game, all); }).Bytes());
     EXPECT_EQ(Run("diff --stat a.zqlt b.zqlt").out,
               "Vault | renamed from Hall, x 0 -> 4, 1 tile, script +1 -1\n");
