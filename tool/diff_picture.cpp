@@ -33,12 +33,11 @@ struct Side {
         return taken;
     }
 
-    // The whole grid of the board, whatever its viewport; what is drawn is forgotten again.
+    // The whole grid of the board, from now on its viewport; what is drawn is forgotten again.
     Bitmap Draw(Dobject& board) {
         vWorld = &world;
         Bitmap picture = MakeBitmap(board.width * kTileSize, board.height * kTileSize);
         if (!picture) throw std::bad_alloc();
-        const std::int32_t view[] = {board.viewx, board.viewy, board.vieww, board.viewh};
         board.viewx = board.viewy = 0;
         board.vieww = board.width;
         board.viewh = board.height;
@@ -47,10 +46,6 @@ struct Side {
         world.DrawWorld(picture.get(), 0, 0);
         if (vMissingSurfaces > 0) throw std::bad_alloc();
         Forget(board);
-        board.viewx = view[0];
-        board.viewy = view[1];
-        board.vieww = view[2];
-        board.viewh = view[3];
         return picture;
     }
 

@@ -12,6 +12,35 @@ using platform::Point;
 
 namespace {
 
+enum class Selection { Rect, Flood, SameAs, Line, RectOutline, Ellipse };
+
+// Where the fade centre goes: nowhere, to the middle of the box, to the cursor's tile.
+enum class FadeCenter { None, Box, Seed };
+
+enum class AreaAction {
+    Fill,
+    Blend,
+    Paste,
+    PasteSprite,
+    NewObject,
+    Fade,
+    Distance,
+    Slime,
+    Speckle,
+    // These ask by the Filter dialog which fields of the tiles are meant, and do nothing when
+    // it is cancelled.
+    ReplaceFill,
+    ReplaceSpeckle,
+    Copy,
+};
+
+struct AreaCommand {
+    int command;
+    Selection selection;
+    FadeCenter center;
+    AreaAction action;
+};
+
 using enum Selection;
 using enum FadeCenter;
 using enum AreaAction;
@@ -150,8 +179,6 @@ void Run(AreaAction action, TileArea& area, Brush& brush, Handle h, Point cursor
 }
 
 }  // namespace
-
-std::span<const AreaCommand> AreaCommands() { return kAreaCommands; }
 
 bool RunAreaCommand(int command, Point cursor, Point anchor, ViewHost& host) {
     const auto* row =
