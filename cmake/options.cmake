@@ -35,6 +35,11 @@ if(QUILT_COVERAGE)
   add_link_options(--coverage)
 endif()
 
+# What a message says of a place in the code begins at this folder, wherever it was built.
+file(RELATIVE_PATH from_build ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
+string(REGEX REPLACE "([^/])$" "\\1/" from_build "${from_build}")
+add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -fmacro-prefix-map=${from_build}=)
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})

@@ -10,8 +10,8 @@ extern void (*vMessageHook)(const char* text, const char* caption);
 
 /// For errors after which the operation at hand is over: a trace line, and a message whose
 /// caption names the place. It returns; whether the program ends is the caller's choice. `file` is
-/// a source file's path, or the text of whatever else names the place. Usually called as
-/// Fatal("...", __FILE__, __LINE__).
+/// a source file's path from the folder of the whole program, or the text of whatever else names
+/// the place. Usually called as Fatal("...", __FILE__, __LINE__).
 void Fatal(const char* message, const char* file, int line);
 
 /// A message without a place: the limits of the fixed tables.
