@@ -129,8 +129,7 @@ private:
                 all << entry->text() << entry->statusTip() << entry->isEnabled()
                     << entry->isChecked();
             if (&kind == &QWidget::staticMetaObject && !widget->findChild<QWidget*>()) {
-                const QRect area(widget->mapTo(&top, QPoint()), widget->size());
-                const QImage image = screen->copy(area);
+                const QImage image = screen->copy({widget->mapTo(&top, QPoint()), widget->size()});
                 all << qHashBits(image.constBits(), static_cast<std::size_t>(image.sizeInBytes()));
             }
             if (!seen.contains(*now.insert(sight).first)) run.Say("sees", sight);
