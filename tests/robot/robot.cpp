@@ -277,7 +277,6 @@ int main(int argc, char** argv) {
         });
         robot.Live(qt);
         qInstallMessageHandler(nullptr);
-        CaptureTrace(nullptr);
         alarm(0);
     }
     const std::string digest = QString::number(run.digest, 16).toStdString();

@@ -33,8 +33,9 @@ struct Run {
         QString line;
         (QDebug(&line) << ... << parts);
         line.replace(QString::fromStdString(folder.Path()), QStringLiteral("~"));
-        digest = SumOf(line.toStdString(), digest);
-        std::fprintf(log, "%ld %s\n", step, line.toUtf8().constData());
+        const std::string text = line.toStdString();
+        digest = SumOf(text, digest);
+        std::fprintf(log, "%ld %s\n", step, text.c_str());
         std::fflush(log);
     }
 };

@@ -363,11 +363,11 @@ TEST_F(Compare, EachEditHasItsLineAndEachClashIsTold) {
               "conflict: Hall/x: both sides added it unlike; both are kept\n");
     EXPECT_EQ(Read(FileBytes(folder / "d.zqlt")).root.children[0]->children.size(), 5u);
     const char* const all =
-        "Hall script 222222222222222222222 Hall 0 A Hall name Vault lamp 3 A lamp to Vault lamp 3 "
-        "B";
+        "Hall script 2222222222222222222 Hall 0 A Hall name Vault lamp 3 A lamp to Vault lamp 3 B";
     PutFile(folder / "b.zqlt", Read(bytes, [&](Game& game) { Do(game, all); }).Bytes());
-    EXPECT_THAT(Run("diff --stat a.zqlt b.zqlt").out,
-                EndsWith("1 tile, script +1 -1\nVault/lamp | 1 tile\nVault/lamp[2] | 1 tile\n"));
+    EXPECT_EQ(Run("diff --stat a.zqlt b.zqlt").out,
+              "Vault | renamed from Hall, its children in another order, 1 tile, script +1 -1\n"
+              "Vault/lamp | 1 tile\nVault/lamp[2] | 1 tile\n");
 }
 
 // Packed and plain, cut at many places: each node that stands whole before the cut is there.
