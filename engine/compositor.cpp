@@ -196,23 +196,35 @@ bool IsOutside(const Dobject& node, int limitW, int limitH) {
            node.posy >= limitH || std::int64_t{node.posy} + node.height <= 0;
 }
 
-void DrawNode(BITMAP* target, Dobject& node, int ox, int oy, const Box& window);
+// What of a node shows in the window, where its parent's grid begins at (ox, oy).
+Box PartInside(const Dobject& node, int ox, int oy, const Box& window) {
+    return window.And(
+        BoxAt(std::int64_t{node.posx} + ox, std::int64_t{node.posy} + oy, node.vieww, node.viewh));
+}
 
-// What shows through a box of the children of a grid that begins at (ox, oy).
+void DrawNode(BITMAP* target, Dobject& node, int ox, int oy, const Box& box);
+
+// What shows through a box of the children of a grid that begins at (ox, oy). Most nodes of a
+// large world do not show: all that decides it stands in this loop, and it waits for their memory,
+// which is asked for some nodes ahead.
 void DrawNodes(BITMAP* target, const Dobject::Children& nodes, int ox, int oy, int limitW,
                int limitH, const Box& through) {
     const Box window = through.And(BoxAt(ox, oy, limitW, limitH));
-    for (const auto& node : nodes)
-        if (!IsOutside(*node, limitW, limitH) && !node->hidden)
-            DrawNode(target, *node, ox, oy, window);
+    constexpr std::size_t kAhead = 32;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (i + kAhead < nodes.size()) __builtin_prefetch(&nodes[i + kAhead]->posx);
+        Dobject* node = nodes[i].get();
+        if (IsOutside(*node, limitW, limitH) || node->hidden) continue;
+        // What is cut away whole hides its children too: they show through this part only.
+        const Box box = PartInside(*node, ox, oy, window);
+        if (!box.Empty() && !IsCovered(box)) DrawNode(target, *node, ox, oy, box);
+    }
 }
 
-void DrawNode(BITMAP* target, Dobject& node, int ox, int oy, const Box& window) {
+// The part `box` of a node and of what it holds.
+void DrawNode(BITMAP* target, Dobject& node, int ox, int oy, const Box& box) {
     const std::int64_t x = std::int64_t{node.posx} + ox;
     const std::int64_t y = std::int64_t{node.posy} + oy;
-    const Box box = window.And(BoxAt(x, y, node.vieww, node.viewh));
-    // What is cut away whole hides its children too: they show through this rectangle only.
-    if (box.Empty() || IsCovered(box)) return;
     if (node.drawChildren && !node.children.empty())
         DrawNodes(target, node.children, node.posx - node.viewx + ox, node.posy - node.viewy + oy,
                   node.width, node.height, box);
@@ -239,7 +251,8 @@ void Dobject::DrawChildren(BITMAP* target) {
 
 void Dobject::Draw(BITMAP* target, int ox, int oy, int limitW, int limitH, int clipX, int clipY,
                    int clipW, int clipH) {
-    if (!IsOutside(*this, limitW, limitH))
-        DrawNode(target, *this, ox, oy,
-                 BoxAt(ox, oy, limitW, limitH).And(BoxAt(clipX, clipY, clipW, clipH)));
+    if (IsOutside(*this, limitW, limitH)) return;
+    const Box window = BoxAt(ox, oy, limitW, limitH).And(BoxAt(clipX, clipY, clipW, clipH));
+    const Box box = PartInside(*this, ox, oy, window);
+    if (!box.Empty() && !IsCovered(box)) DrawNode(target, *this, ox, oy, box);
 }
