@@ -117,12 +117,15 @@ private:
         QApplication::sendEvent(&top, &update);
         const auto* screen = static_cast<const QImage*>(top.backingStore()->paintDevice());
         std::set<QString> now;
+        // These show the path of the folder, which has another name each time.
+        const bool wide = top.inherits("QMenu") || top.inherits("QMessageBox");
         for (QWidget* widget : QWidgetList{&top} + top.findChildren<QWidget*>()) {
             if (!widget->isVisible() || qobject_cast<QFileDialog*>(&top)) continue;
             const QMetaObject& kind = *widget->metaObject();
             QString sight;
             QDebug all(&sight);
-            all << kind.className() << widget->accessibleName() << widget->isEnabled()
+            all << kind.className() << widget->accessibleName() << widget->windowTitle()
+                << (wide ? QRect() : widget->geometry()) << widget->isEnabled()
                 << widget->hasFocus() << widget->property("text")
                 << kind.userProperty().read(widget) << widget->cursor().shape();
             for (const QAction* entry : widget->actions())

@@ -49,8 +49,8 @@ int WeightOf(const QWidget& control) {
     if (qobject_cast<const QMenuBar*>(&control)) return 6;
     if (control.metaObject() == &QWidget::staticMetaObject && !control.findChild<QWidget*>())
         return 2 + control.width() * control.height() / 30'000;
-    return control.inherits("QLineEdit") || control.inherits("QAbstractButton") ||
-           control.inherits("QAbstractSlider") || control.inherits("QSplitterHandle");
+    return 3 * control.inherits("QLineEdit") + control.inherits("QAbstractButton") +
+           control.inherits("QAbstractSlider") + control.inherits("QSplitterHandle");
 }
 
 QList<QAction*> Entries(const QWidget& menu) {
@@ -105,6 +105,10 @@ void KeyStep(Run& run, QWidget& target) {
 void TextStep(Run& run, QWidget& target) {
     QString text = QString::fromUtf8(run.Pick(kTexts));
     text += QString::fromUtf8(run.Pick(kTexts));
+    // A field for a number refuses most texts.
+    bool number = false;
+    const int near = target.property("text").toInt(&number) + run.Below(20) - 8;
+    if (number && !run.OneIn(3)) text = QString::number(near);
     const int way = run.Below(8);
     run.Say("type", text, "to", NameOf(target), way);
     if (way == 0) return QGuiApplication::clipboard()->setText(text);
