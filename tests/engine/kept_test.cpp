@@ -53,6 +53,9 @@ TEST_F(KeptWorlds, OfWhatIsReplacedTwentyStay) {
     const std::string first = FileBytes(path);
     KeptGames kept(folder / "kept");
     kept.KeepFile(folder / "missing.zqlt");
+    // The oldest of another game, which makes them more than a GiB.
+    const std::string large = PutFile(folder / "kept/a 2001-01-01_01.01.01.zqlt", "");
+    std::filesystem::resize_file(large, KeptGames::kMostBytes);
     for (int save = 0; save < 21; ++save) {
         First().PutTile(1, 1, save, 1, 1, 0);
         kept.KeepFile(path);

@@ -83,6 +83,16 @@ TEST_F(Programming, ListsAndTipsOpenWhileItIsTyped) {
                 << row.typed;
             EXPECT_TRUE(dialog->isVisible());
         });
+    // Which style a mark opens its list behind.
+    std::string opened;
+    for (auto text : {"#a", "' b", ":c", "#d 1", "#d .e", "#d \"f", "#d g", "h", "#d (", "#"})
+        for (const char* mark : {"#", "."})
+            Run(text, [&] {
+                Press(*code, Qt::Key_End);
+                Do(mark);
+                opened += Open().empty() ? '-' : *mark;
+            });
+    EXPECT_EQ(opened, "#---#-#-#.--#.--#.#-");
     EXPECT_EQ(LookUpCallTip("#ZAP "), "<label name>");
     // What is only begun is completed: not div, the list goes by the letters.
     EXPECT_EQ(Run("", [this] { Do("#wa\n\n#di\t"); }), "#walk\n#die");
