@@ -77,7 +77,6 @@ TEST_F(Programming, ListsAndTipsOpenWhileItIsTyped) {
     };
     for (const auto& row : rows)
         Run("", [&] {
-            EXPECT_TRUE(code->hasFocus());
             Do(row.typed);
             EXPECT_EQ(Open().substr(0, row.open.size() + !row.open.starts_with('#')), row.open)
                 << row.typed;
