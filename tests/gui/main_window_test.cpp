@@ -81,11 +81,7 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     Choose("&File", "Save &As...");
     EXPECT_EQ(FileBytes(path), "no archive");
     PutFile(path, saved);
-    person.OnDialog([&](QDialog& dialog) {
-        EXPECT_EQ(static_cast<QFileDialog&>(dialog).sidebarUrls().back().fileName(),
-                  QStringLiteral("samples"));
-        Person::AnswerWith(dialog, path);
-    });
+    person.OnDialog([&](QDialog& dialog) { Person::AnswerWith(dialog, path); });
     Choose("&File", "&Open...");
     EXPECT_EQ(vPlatform->GetProfileString("Recent File List", "File1", ""), path);
     EXPECT_FALSE(QGuiApplication::overrideCursor());

@@ -95,7 +95,7 @@ private:
         // The engine reports in boxes of which the caption names the place.
         if (const auto* box = qobject_cast<QMessageBox*>(top)) {
             const QString title = box->windowTitle();
-            run.Say("box", title, box->text());
+            run.Say("box", title, box->text(), box->icon(), box->buttons().size());
             Expect(!(title.startsWith(QLatin1String("Error in ")) ||
                      title == QLatin1String("Oh No!!")) ||
                        run.step <= run.excusedUntil || box->text().contains(QLatin1String("/bad")),
@@ -117,15 +117,15 @@ private:
         QApplication::sendEvent(&top, &update);
         const auto* screen = static_cast<const QImage*>(top.backingStore()->paintDevice());
         std::set<QString> now;
-        // These show the path of the folder, which has another name each time.
-        const bool wide = top.inherits("QMenu") || top.inherits("QMessageBox");
+        // These are as wide as the path of the folder, which has another name each time.
+        const bool fitsPath = top.inherits("QMenu") || top.inherits("QMessageBox");
         for (QWidget* widget : QWidgetList{&top} + top.findChildren<QWidget*>()) {
             if (!widget->isVisible() || qobject_cast<QFileDialog*>(&top)) continue;
             const QMetaObject& kind = *widget->metaObject();
             QString sight;
             QDebug all(&sight);
             all << kind.className() << widget->accessibleName() << widget->windowTitle()
-                << (wide ? QRect() : widget->geometry()) << widget->isEnabled()
+                << (fitsPath ? QRect() : widget->geometry()) << widget->isEnabled()
                 << widget->hasFocus() << widget->property("text")
                 << kind.userProperty().read(widget) << widget->cursor().shape();
             for (const QAction* entry : widget->actions())

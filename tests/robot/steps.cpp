@@ -87,8 +87,9 @@ void FileStep(Run& run, QFileDialog& dialog) {
     if (bad || kinds.size() > 1 || kinds.contains(QLatin1String(".bmp"))) run.Excuse();
     // The program puts the ending behind a name that it saves under.
     if (bad || dialog.acceptMode() == QFileDialog::AcceptOpen) name += run.Pick(kinds);
-    run.Say("file name", name);
     auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    run.Say("file name", name, dialog.nameFilters(), dialog.defaultSuffix(),
+            dialog.directory().path(), dialog.sidebarUrls(), field->text());
     field->setText(QString::fromStdString(run.folder / name.toStdString()));
     Press(*field, run.OneIn(4) ? Key_Escape : Key_Return);
 }
