@@ -254,6 +254,7 @@ int main(int argc, char** argv) {
     StartTrace(nullptr);
     std::filesystem::current_path(ProgramFolder());
     MakeFiles(run.folder, seed);
+    std::filesystem::current_path(run.folder.Path());
     CaptureTrace([](const char* line) { run.Say("trace", line); });
     // Nothing of the user's is read or written, and nothing differs from run to run. Every other
     // seed has a screen of another scale.
