@@ -139,7 +139,8 @@ TEST_F(Tool, CheckFindsWhatIsSuspect) {
         const std::regex place("a.zqlt: game.qlt, line ");
         EXPECT_EQ(std::regex_replace(plain.out, place, ""), findings);
         EXPECT_EQ(plain.err + std::to_string(plain.status), "0");
-        const bool told = Run("info a.zqlt").err.find("~pb Expected") != std::string::npos;
+        const bool told =
+            Run("info a.zqlt").err.find("tool: a.zqlt: ~pb Expected") != std::string::npos;
         EXPECT_EQ(told, findings.find("'~pb' is missing") != std::string::npos);
         const Result strict = Run("check --strict a.zqlt");
         EXPECT_EQ(std::regex_replace(strict.err, std::regex("quilt-tool: "), ""), plain.out);
