@@ -142,7 +142,7 @@ TEST_F(Programming, KeysEditTheTextAndCancelAsks) {
         Do("new");
         for (const bool sure : {false, true}) {
             person.AnswerBox("Discard Changes ?", sure);
-            sure ? void(dialog->close()) : Press(*code, Qt::Key_Escape);
+            sure ? void(dialog->close()) : Press(In(*dialog, kChangeFont), Qt::Key_Escape);
             EXPECT_NE(dialog->isVisible(), sure);
         }
     };
