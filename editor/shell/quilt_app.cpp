@@ -35,6 +35,7 @@ std::array<std::uint32_t, 256> ScreenColors(const RGB* palette) {
 CQuiltApp::CQuiltApp(const std::string& keptFolder) : kept(keptFolder) {}
 
 CQuiltApp::~CQuiltApp() {
+    Leave();
     frame.reset();
     vClipBuffer.reset();
     vSubClipBuffer.reset();

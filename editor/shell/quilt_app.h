@@ -15,7 +15,7 @@ public:
     explicit CQuiltApp(const std::string& keptFolder = "");
     CQuiltApp(const CQuiltApp&) = delete;
     CQuiltApp& operator=(const CQuiltApp&) = delete;
-    /// Frees the compositor's masks, then the world.
+    /// Leaves, and frees the compositor's masks, then the world.
     ~CQuiltApp();
 
     /// Start-up, up to the shown window. `game` is the path on the command line, empty for a
@@ -26,7 +26,8 @@ public:
 
     /// Keeps the world if it was altered: to be called when the program ends.
     void KeepWorld();
-    /// The same at the end of the program, which leaves no session behind.
+    /// The same at the end of the program, which leaves no session behind: when it is told to end,
+    /// else by the destructor.
     void Leave();
 
     CMainFrame& Frame() { return *frame; }

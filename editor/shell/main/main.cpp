@@ -65,9 +65,7 @@ int main(int argc, char** argv) {
     if (!app.InitInstance(ProgramFolder(), line.game)) return EXIT_FAILURE;
     if (line.picture.empty()) {
         OnTermination([&app] { app.KeepWorld(); }, [&app] { app.Leave(); });
-        const int status = qt.Run();
-        app.Leave();
-        return status;
+        return qt.Run();
     }
     if (qt.SavePicture(line.picture)) return EXIT_SUCCESS;
     std::fprintf(stderr, "quilt-edit: %s cannot be written\n", line.picture.c_str());
