@@ -54,8 +54,7 @@ TEST_F(KeptWorlds, OfWhatIsReplacedTwentyStay) {
     KeptGames kept(folder / "kept");
     kept.KeepFile(folder / "missing.zqlt");
     // The oldest of another game, which makes them more than a GiB.
-    const std::string large = PutFile(folder / "kept/a 2001-01-01_01.01.01.zqlt", "");
-    std::filesystem::resize_file(large, 1 << 30);
+    std::filesystem::resize_file(PutFile(folder / "kept/a 2001-01-01_01.01.01.zqlt", ""), 1 << 30);
     for (int save = 0; save < 21; ++save) {
         First().PutTile(1, 1, save, 1, 1, 0);
         kept.KeepFile(path);

@@ -10,7 +10,7 @@
 #include <QMimeData>
 #include <QSlider>
 
-TEST_F(MainWindow, KeysAndClicksLeaveTheFocusWhereItBelongs) {
+TEST_F(MainWindow, KeysReachWhatTheyBelongTo) {
     Start();
     const auto isBack = [this] { return QApplication::focusWidget() == edit; };
     // A field does not keep the keys of the menu bar.
@@ -80,7 +80,7 @@ TEST_F(MainWindow, FilesAreChosenInDialogs) {
     Choose("&File", "Save &As...");
     EXPECT_EQ(FileBytes(path), "no archive");
     PutFile(path, saved);
-    person.OnDialog([&](QDialog& dialog) { Person::AnswerWith(dialog, path); });
+    person.AnswerFileDialog(path);
     Choose("&File", "&Open...");
     EXPECT_EQ(vPlatform->GetProfileString("Recent File List", "File1", ""), path);
     EXPECT_FALSE(QGuiApplication::overrideCursor());

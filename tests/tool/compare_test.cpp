@@ -273,8 +273,8 @@ TEST_F(Compare, RandomWorkIsToldAndJoined) {
                 "diff o b --json --values\ndiff o b --json\nrepair cut ./cut\n"
                 "repair cut c\ncheck c\nrepair c no/c\ninfo c >/dev/full\ninfo b --json\n"
                 "merge o a b -o c --marks\ncat c\ninfo c\nmerge o a b -o c --theirs\ncheck c\n"
-                "merge o no b -o c\nmerge o b a -o c >/dev/full\nrepair no c\nmerge /dev/null a b "
-                "-o c\ncat c\nrepair b c\ndiff b c\n");
+                "merge o no b -o c\nmerge o b a -o c >/dev/full\nrepair no c\n"
+                "merge /dev/null a b -o c\ncat c\nrepair b c\ndiff b c\n");
             for (std::string call; std::getline(calls, call);) {
                 const Result result = Run(call);
                 sums[call.substr(0, call.find(' '))] +=

@@ -19,7 +19,7 @@ TEST(Sample, FaultsOfTheSourcesAreTold) {
            "glyph 1\n########\npixel ab 1\npixel b 0\nglyph 65 A\n#\nzb......\nglyph 9 B\n"}})
         PutFile(folder / file, text);
     const std::string call = "cd " + folder.Path() +
-                             "; (" QUILT_LIBRARY " --library . .; echo $?; " QUILT_LIBRARY
+                             " && (" QUILT_LIBRARY " --library . .; echo $?; " QUILT_LIBRARY
                              " --library . no; " QUILT_LIBRARY " --library; echo $?; " QUILT_SAMPLE
                              " x; echo $?; cd $OLDPWD; " QUILT_SAMPLE " /dev/null/x " SPRITES
                              "; echo $?; " QUILT_LIBRARY " --icons /dev/null/x " SOURCES
