@@ -132,8 +132,16 @@ private:
                 all << entry->text() << entry->statusTip() << entry->isEnabled()
                     << entry->isChecked();
             if (&kind == &QWidget::staticMetaObject && !widget->findChild<QWidget*>()) {
-                const QImage image = screen->copy({widget->mapTo(&top, QPoint()), widget->size()});
-                all << qHashBits(image.constBits(), static_cast<std::size_t>(image.sizeInBytes()));
+                const QPoint at = widget->mapTo(&top, QPoint());
+                const QRect part = QRect(at, widget->size()) & screen->rect();
+                // Of another format than the screen's, so that the bytes are compared as they are.
+                const QImage picture(screen->constScanLine(part.y()) + part.x() * 4, part.width(),
+                                     part.height(), screen->bytesPerLine(), QImage::Format_ARGB32);
+                // Most show what they showed the last time.
+                auto& [known, sum] = pictures[part.width()];
+                if (picture != known)
+                    known = picture.copy(), sum = qHashBits(known.constBits(), known.sizeInBytes());
+                all << sum;
             }
             if (!seen.contains(*now.insert(sight).first)) run.Say("sees", sight);
         }
@@ -207,8 +215,9 @@ private:
     int turns = 0;
     const QWidget* last = nullptr;  ///< what was on top at the last turn
     bool done = false;
-    std::set<QString> seen;      ///< what the last look told
-    std::set<std::int32_t> ids;  ///< of the nodes looked at
+    std::set<QString> seen;                                  ///< what the last look told
+    std::map<int, std::pair<QImage, std::size_t>> pictures;  ///< the last of a width, and its sum
+    std::set<std::int32_t> ids;                              ///< of the nodes looked at
 };
 
 // Good files, a bad one beside each, and what comes with the program, which may be saved over.

