@@ -12,9 +12,9 @@ struct ToolTest : WorldTest {
     };
     /// In `folder`, so that paths are relative and far from the program, which is in the path.
     Result Shell(const std::string& command) {
-        const std::string line = "cd '" + folder.Path() + "' && PATH='" QUILT_TOOLS "':$PATH; { " +
-                                 command + "; } >'" + out.Path() + "/out' 2>'" + out.Path() +
-                                 "/err' </dev/null";
+        const std::string line = "cd '" + folder.Path() +
+                                 "' && PATH='" QUILT_TOOLS "':$PATH && { " + command + "; } >'" +
+                                 out.Path() + "/out' 2>'" + out.Path() + "/err' </dev/null";
         const int status = std::system(line.c_str());
         EXPECT_TRUE(WIFEXITED(status)) << command;
         return {WEXITSTATUS(status), FileBytes(out / "out"), FileBytes(out / "err")};
