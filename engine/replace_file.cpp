@@ -139,11 +139,13 @@ private:
     int Compare() {
         int error = Doing("what was written cannot be opened", vFiles->Open(beside, file));
         if (error != 0) return error;
-        const auto piece = std::make_unique<char[]>(kPiece);
+        // No byte more than there may be, but one that shows a file that is too long.
+        const std::size_t room = std::min(kPiece, bytes.size() + 1);
+        const auto piece = std::make_unique<char[]>(room);
         std::size_t at = 0;
         for (std::size_t got = 1; error == 0 && got > 0; at += got) {
             error = Doing("what was written cannot be read",
-                          vFiles->Read(file, piece.get(), kPiece, got));
+                          vFiles->Read(file, piece.get(), room, got));
             const bool same = got <= bytes.size() - at &&
                               std::equal(piece.get(), piece.get() + got,
                                          bytes.begin() + static_cast<std::ptrdiff_t>(at));

@@ -64,7 +64,8 @@ int ImageFailed(voidpf opaque, voidpf) { return Image(opaque).failed; }
 
 // False when that part of the file cannot be read or the file has none there.
 bool Fetch(ZipSource& source) {
-    if (source.file < 0) return false;
+    // minizip goes on asking where a file that was cut has ended.
+    if (source.file < 0 || source.position >= source.size) return false;
     source.first = source.position / kPiece * kPiece;
     std::size_t count = 0;
     while (count < kPiece && source.first + count < source.size) {

@@ -6,12 +6,12 @@ install_packages() {
         echo "This is no Debian system: make sure that what packages.txt names is installed."
         return 0
     }
-    local wanted missing=() package
-    mapfile -t wanted < <(sed 's/#.*//' packages.txt | tr -d ' ' | grep .)
-    for package in "${wanted[@]}"; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||
-            missing+=("$package")
-    done
+    local wanted missing
+    wanted=$(sed 's/#.*//' packages.txt | tr -d ' ' | grep . | sort)
+    # shellcheck disable=SC2086  # names of packages, which hold no blanks
+    mapfile -t missing < <(comm -23 <(echo "$wanted") \
+        <(dpkg-query -W -f='${Package} ${Status}\n' $wanted 2>/dev/null |
+            sed -n 's/ .* ok installed$//p' | sort))
     [ ${#missing[@]} -eq 0 ] && return 0
     local root=()
     if [ "$(id -u)" -ne 0 ]; then

@@ -99,7 +99,7 @@ void Camera::Save(const QPixmap& picture, const std::string& name) {
 
 void Camera::TakeDialog(const std::string& name, const std::function<void()>& open,
                         const std::function<void(QDialog&)>& act) {
-    QTimer::singleShot(50, [&] {
+    QTimer::singleShot(10, [&] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (!dialog) return;
         if (act) act(*dialog);
@@ -117,7 +117,7 @@ void Camera::TakeDialog(const std::string& name, const std::function<void()>& op
 
 void Camera::TakeMenu(const std::string& name, QWidget& over, QPoint from, QPoint to,
                       Qt::KeyboardModifiers with, const std::vector<std::string>& path) {
-    QTimer::singleShot(50, [&] {
+    QTimer::singleShot(10, [&] {
         auto* first = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         if (!first) return;
         std::vector<QMenu*> open{first};
