@@ -127,7 +127,7 @@ struct Compositor : WorldTest {
 
 TEST_F(Compositor, MatchesThePixelModelOnRandomWorlds) {
     Dobject& root = world->Root();
-    for (int round = 0; round < 1000 && !HasFailure(); ++round) {
+    for (int round = 0; round < 1000 / PART_OF_WALK && !HasFailure(); ++round) {
         root.EraseAll();
         all.clear();
         Grow(root, 0);

@@ -437,7 +437,7 @@ TEST_F(Walk, GoesAsItsModelDoes) {
         world->SetProperty(first, kHeight, size);
         node.Resize(size, size);
     }
-    for (int step = 0; step < 4000 && !HasFailure(); ++step) {
+    for (int step = 0; step < 4000 / PART_OF_WALK && !HasFailure(); ++step) {
         SCOPED_TRACE("step " + std::to_string(step));
         ASSERT_NO_FATAL_FAILURE(Step());
         ASSERT_NO_FATAL_FAILURE(Compare());
