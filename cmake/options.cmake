@@ -19,7 +19,7 @@ add_compile_options(-fwrapv)
 option(QUILT_SANITIZE "Address and undefined behaviour sanitizers" OFF)
 if(QUILT_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
-                      -fno-omit-frame-pointer)
+                      -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=address,undefined)
   add_compile_definitions(QUILT_SANITIZED)
 endif()
@@ -42,6 +42,8 @@ add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -fmacro-prefix-map=
 
 find_program(CCACHE ccache)
 if(CCACHE)
+  # What uses a precompiled header is found again, too.
+  list(PREPEND CCACHE env CCACHE_SLOPPINESS=pch_defines,time_macros)
   set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
