@@ -43,8 +43,10 @@ struct Areas : WorldTest, HostLog {
         board->posx = Roll(-2, 2);
         board->viewy = Roll(0, 2);
         for (Dtile& tile : board->tiles) {
-            tile = {std::uint16_t(Roll(0, 1)), 1, 2, 3};
-            if (Roll(0, 9) == 0)
+            // Long runs, which are looked at by eights.
+            const bool odd = (&tile - board->tiles.data()) / w % 2;
+            tile = {std::uint16_t(odd ^ (Roll(0, 19) == 0)), 1, 2, 3};
+            if (Roll(0, 29) == 0)
                 *Fields(tile)[std::size_t(Roll(1, 3))] = std::uint16_t(Roll(-1, 1));
         }
         board->RedrawTiles();

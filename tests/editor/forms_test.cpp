@@ -202,8 +202,8 @@ TEST_F(Forms, AllOfThem) {
         {"Location", [] { DoLocation().Run(); }, "'3' '-4' '0' ",
          "1001=-8 1002=40000 1003=10 1001!:an+integer. 1002!2147483648:integer. 1003!1x:integer.",
          "x-8 y40000 z10 "},
-        {"Size", size, "'6' '5' [x] ", "1001=8 1002=4 1001!0:between+1+and+32767. 1002!32768:32767",
-         "w8 h4 vieww8 viewh4 blank24 "},
+        {"Size", size, "'6' '5' [x] ", "1001=8 1002=7 1001!0:between+1+and+32767. 1002!32768:32767",
+         "w8 h7 vieww8 viewh7 "},
         {"Size", size, "'6' '5' [x] ", "1003 1002!0:1+and 1001=8 1002=4", "w8 h4 viewh4 blank24 "},
         // Neither side of a grid passes through one that is too large.
         {"Size", tall, "'2' '32000' [x] ", "1003 1001=32000 1002=2",
@@ -257,7 +257,7 @@ TEST_F(Forms, AllOfThem) {
     EXPECT_EQ(sums,
               "4657 About QUILT!639 Bar2498 Brush Settings2556 Color Select2848 Distance "
               "Fade5581 Fade4625 Filter2584 Font Edit476 Location4220 Name1374 Object "
-              "ClipBoard3167 Programming1477 Save Notification9253 Size5881 Slime fade2294 "
+              "ClipBoard3167 Programming1477 Save Notification9253 Size5335 Slime fade2294 "
               "Speckle2501 Tile ClipBoard6260 Viewport6576 ")
         << "look at the forms that changed, then write their sums here";
 }

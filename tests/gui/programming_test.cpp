@@ -123,7 +123,7 @@ TEST_F(Programming, KeysEditTheTextAndCancelAsks) {
         const auto margin = code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0);
         EXPECT_GT(margin, 20) << "the line numbers' room";
         EXPECT_EQ(code->Send(Base::SCI_STYLEGETFORE, Base::STYLE_LINENUMBER, 0), 0x6E6E6E);
-        for (const int turn : {180, 180, -120})
+        for (const int turn : {180, 60, -120, 120})
             TurnWheel(*code->viewport(), {9, 9}, turn, Qt::ControlModifier);
         EXPECT_EQ(code->Send(Base::SCI_GETZOOM, 0, 0), 2);
         EXPECT_GT(code->Send(Base::SCI_GETMARGINWIDTHN, 0, 0), margin);

@@ -126,7 +126,7 @@ private:
             QDebug all(&sight);
             all << kind.className() << widget->accessibleName() << widget->windowTitle()
                 << (fitsPath ? QRect() : widget->geometry()) << widget->isEnabled()
-                << widget->hasFocus() << widget->property("text")
+                << widget->hasFocus() << widget->property("text") << widget->accessibleDescription()
                 << kind.userProperty().read(widget) << widget->cursor().shape();
             for (const QAction* entry : widget->actions())
                 all << entry->text() << entry->statusTip() << entry->isEnabled()
