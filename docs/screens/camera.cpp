@@ -15,6 +15,8 @@
 namespace {
 
 constexpr std::size_t kColors = 256;
+// Only when a window has been painted it knows whether it needs a scroll bar.
+constexpr int kUntilPainted = 10;  // milliseconds after it opens
 
 int Distance(QRgb a, QRgb b) {
     const int r = qRed(a) - qRed(b), g = qGreen(a) - qGreen(b), blue = qBlue(a) - qBlue(b);
@@ -99,7 +101,7 @@ void Camera::Save(const QPixmap& picture, const std::string& name) {
 
 void Camera::TakeDialog(const std::string& name, const std::function<void()>& open,
                         const std::function<void(QDialog&)>& act) {
-    QTimer::singleShot(10, [&] {
+    QTimer::singleShot(kUntilPainted, [&] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (!dialog) return;
         if (act) act(*dialog);
@@ -117,7 +119,7 @@ void Camera::TakeDialog(const std::string& name, const std::function<void()>& op
 
 void Camera::TakeMenu(const std::string& name, QWidget& over, QPoint from, QPoint to,
                       Qt::KeyboardModifiers with, const std::vector<std::string>& path) {
-    QTimer::singleShot(10, [&] {
+    QTimer::singleShot(kUntilPainted, [&] {
         auto* first = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         if (!first) return;
         std::vector<QMenu*> open{first};

@@ -43,10 +43,10 @@ struct Areas : WorldTest, HostLog {
         board->posx = Roll(-2, 2);
         board->viewy = Roll(0, 2);
         for (Dtile& tile : board->tiles) {
-            // Long runs, which are looked at by eights.
+            // A wide board has long runs, which are looked at by eights.
             const bool odd = (&tile - board->tiles.data()) / w % 2;
-            tile = {std::uint16_t(odd ^ (Roll(0, 19) == 0)), 1, 2, 3};
-            if (Roll(0, 29) == 0)
+            tile = {std::uint16_t(w > 16 ? odd ^ (Roll(0, 19) == 0) : Roll(0, 1)), 1, 2, 3};
+            if (Roll(0, w > 16 ? 29 : 9) == 0)
                 *Fields(tile)[std::size_t(Roll(1, 3))] = std::uint16_t(Roll(-1, 1));
         }
         board->RedrawTiles();
